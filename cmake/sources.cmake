@@ -1,0 +1,15 @@
+# Sets <out> to the C++ files of the given folders that belong to the platform being built for:
+# a name that ends in _win or _posix is for that platform only.
+function(tl_sources out)
+  set(found)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+    list(APPEND found ${files})
+  endforeach()
+  if(WIN32)
+    list(FILTER found EXCLUDE REGEX "_posix\\.cpp$")
+  else()
+    list(FILTER found EXCLUDE REGEX "_win\\.cpp$")
+  endif()
+  set(${out} ${found} PARENT_SCOPE)
+endfunction()
