@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+/// The doors to the world outside. Each is a function that tests may replace.
+namespace tlpacscfg::doors {
+
+struct LocalTime {
+  int year, month, day, hour, minute, second, millisecond;
+};
+
+enum class Buttons { Ok, YesNo, YesNoCancel };
+enum class Icon { None, Critical };
+enum class Modality { System, Application };
+enum class Answer { Ok, Yes, No, Cancel };
+
+struct Message {
+  std::wstring text;
+  Buttons buttons = Buttons::Ok;
+  Icon icon = Icon::None;
+  Modality modality = Modality::System;
+  std::wstring title = L"TLPACSCFG";
+};
+
+extern std::function<LocalTime()> localTime;
+
+/// The name of this computer, without blanks around it.
+extern std::function<std::wstring()> computerName;
+
+/// Shows a message box and waits for the answer.
+extern std::function<Answer(const Message&)> showMessage;
+
+/// Lets the messages that wait for the host's user interface be processed once.
+extern std::function<void()> processPendingMessages;
+
+}  // namespace tlpacscfg::doors
