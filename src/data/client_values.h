@@ -1,0 +1,28 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "data/table.h"
+
+/// What a late-bound client answers, as values of the component. Nothing is trusted: what does not
+/// fit throws RunTimeError, most often TypeMismatch.
+namespace tlpacscfg {
+
+bool truthOf(const VARIANT& value);
+std::int32_t numberOf(const VARIANT& value);
+std::wstring textOf(const VARIANT& value);
+
+/// A two-dimensional array (column, row) with any bounds. Empty or Null is a table without columns.
+/// Truth values become -1 and 0, dates the form of the database.
+Table tableOf(const VARIANT& value);
+
+/// A one-dimensional array; Empty or Null holds nothing.
+std::vector<std::wstring> textsOf(const VARIANT& value);
+
+}  // namespace tlpacscfg

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tlpacscfg {
+
+/// One cell of a result: its text, or nothing for NULL.
+using Cell = std::optional<std::wstring_view>;
+
+/// The rows of a query. Their texts lie in a few blocks, so that a large result costs little more
+/// than its texts.
+class Table {
+ public:
+  explicit Table(std::size_t columns = 0) : columns_(columns) {}
+
+  std::size_t columns() const { return columns_; }
+  std::size_t rows() const;
+
+  /// Appends the next cell of the row being filled; a row is complete with its last column.
+  /// Throws std::length_error for a text of 2^31 characters.
+  void append(Cell cell);
+
+  Cell at(std::size_t column, std::size_t row) const;
+
+  void clear();
+
+ private:
+  static constexpr std::size_t kRowsInPage = 256;
+  /// Set in the end of a cell that is NULL.
+  static constexpr std::uint32_t kNull = 0x80000000;
+
+  struct Page {
+    /// Where each cell ends in the texts; it begins where the one before ends.
+    std::vector<std::uint32_t> ends;
+    std::wstring texts;
+  };
+
+  bool lastPageIsFull() const;
+  void addPage();
+
+  std::size_t columns_;
+  std::vector<Page> pages_;
+};
+
+}  // namespace tlpacscfg

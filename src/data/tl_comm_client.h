@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/host_settings.h"
+#include "data/table.h"
+
+/// The way to the data through a remote data client.
+namespace tlpacscfg {
+
+/// The seven methods of the client object. Every call may throw RunTimeError.
+class TlCommClientObject {
+ public:
+  virtual ~TlCommClientObject() = default;
+
+  virtual bool ConnectToService(const std::wstring& application, const std::wstring& host,
+                                const std::wstring& port, const std::wstring& timeout) = 0;
+  virtual void DisconnectFromService(const std::wstring& application) = 0;
+  virtual std::int32_t SQLQueryTable(const std::wstring& database, const std::wstring& sql) = 0;
+  /// A table without columns stands for "empty".
+  virtual Table GetTableData(std::int16_t zeroBasedIndex) = 0;
+  virtual bool SQLExecuteText(const std::wstring& database, const std::wstring& sql) = 0;
+  virtual std::vector<std::wstring> GetNetworkDirectoryFiles(const std::wstring& directory,
+                                                             const std::wstring& pattern) = 0;
+  virtual std::wstring CheckForError() = 0;
+};
+
+/// Creates the registered client object; throws CannotCreateObject. Tests replace it.
+extern std::function<std::unique_ptr<TlCommClientObject>()> createTlCommClient;
+
+/// Nothing when not connected.
+extern std::unique_ptr<TlCommClientObject> g_objTlCommClient;
+/// The database named with every statement.
+extern std::wstring g_strTlDatabase;
+
+/// None of these throws: what fails answers False or 0 and leaves its lines in the log.
+bool ConnectTlCommClient(const HostSettings& config);
+void DisconnectTlCommClient();
+bool TlCommClientConnected();
+
+/// The number of tables that the query gave.
+std::int16_t TlCommClientQuery(const std::wstring& sql);
+/// `index` counts from 1.
+bool TlCommClientGetDataset(std::int16_t index, Table& data);
+bool TlCommClientExecute(const std::wstring& sql);
+bool TlCommClientGetFileList(const std::wstring& directory, const std::wstring& pattern,
+                             std::vector<std::wstring>& files);
+
+/// The number in the text when it is numeric, else the default. Throws Overflow.
+std::int32_t ValOrDefault(std::wstring_view text, std::int32_t defaultValue);
+
+}  // namespace tlpacscfg

@@ -1,0 +1,10 @@
+#include "data/tl_comm_client.h"
+#include "support/runtime_error.h"
+
+namespace tlpacscfg {
+
+// There are no COM objects here.
+std::function<std::unique_ptr<TlCommClientObject>()> createTlCommClient =
+    []() -> std::unique_ptr<TlCommClientObject> { raise(ErrorNumber::CannotCreateObject); };
+
+}  // namespace tlpacscfg

@@ -1,0 +1,73 @@
+#include "data/workstation_key.h"
+
+#include "data/database.h"
+#include "data/statements.h"
+#include "data/tl_comm_client.h"
+#include "log/log_support.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
+
+namespace tlpacscfg {
+
+std::wstring g_strWorkstationBatch;
+
+namespace {
+
+std::wstring lines(std::initializer_list<std::wstring> pieces) {
+  std::wstring text;
+  for (const std::wstring& piece : pieces) {
+    if (!text.empty()) text += kLineBreak;
+    text += piece;
+  }
+  return text;
+}
+
+}  // namespace
+
+std::int16_t WorkstationConfigExists(const std::wstring& pcName) {
+  const std::wstring sql = lines({L"select key_value ", L"from System_Workstation_cfg",
+                                  L"where pc_name = '" + pcName + L"' and ",
+                                  L"application_id = 38 and ", L"key_name = 'PACSConfig'"});
+  if (TlCommClientConnected()) {
+    try {
+      WriteLog(L"[TLPACSCFG] Getting workstation user option using TlCommClient",
+               log_level::kOutcome);
+    } catch (const RunTimeError&) {
+      return 0;
+    }
+    Table data;
+    return TlCommClientQuery(sql) == 1 && TlCommClientGetDataset(1, data) && data.rows() > 0;
+  }
+  if (!g_conSql) raise(ErrorNumber::ObjectNotSet);
+  openShared(*g_conSql, sql);
+  const bool found = !sharedResult().EndOfData();
+  sharedResult().Close();
+  return found;
+}
+
+void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& configId) {
+  try {
+    const std::wstring statement =
+        WorkstationConfigExists(pcName) <= 0
+            ? lines({L"INSERT into system_workstation_cfg",
+                     L"(pc_name, application_id, key_name, key_value, user_id, flag1)",
+                     L"VALUES('" + pcName + L"', 38, 'PACSConfig', '" + configId + L"', -1, 0)"})
+            : lines({L"UPDATE system_workstation_cfg", L"SET key_value = '" + configId + L"'",
+                     L"WHERE pc_name = '" + pcName + L"' and ", L"application_id = 38 and ",
+                     L"key_name = 'PACSConfig'"});
+    g_strWorkstationBatch += kLineBreak;
+    g_strWorkstationBatch += kLineBreak + statement;
+  } catch (const RunTimeError&) {
+    // The batch is only kept as text: a statement that could not be built is left out.
+  }
+}
+
+void AddOfflineDbUpdate() {
+  try {
+    ExecuteSQL(L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)");
+  } catch (const RunTimeError&) {
+    // The change itself is stored; the mark for offline copies is a courtesy.
+  }
+}
+
+}  // namespace tlpacscfg
