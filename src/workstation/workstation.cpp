@@ -1,0 +1,87 @@
+#include "workstation/workstation.h"
+
+#include "data/statements.h"
+#include "data/workstation_key.h"
+#include "support/conversions.h"
+#include "support/text.h"
+
+namespace tlpacscfg {
+namespace {
+
+constexpr int kWorkstationsInBatch = 100;
+
+std::wstring assignmentStatements(const clsWorkstation& workstation) {
+  const std::wstring& name = workstation.WorkStation;
+  std::wstring text;
+  const auto line = [&text](const std::wstring& piece) { text += piece + kLineBreak; };
+  line(L"DELETE FROM system_workstation_cfg");
+  line(L"WHERE pc_name = '" + name + L"' and ");
+  line(L"application_id = 38 and ");
+  line(L"key_name = 'PACSConfig'");
+  line(L"");
+  line(L"INSERT into system_workstation_cfg");
+  line(L"(pc_name, application_id, key_name, key_value, user_id, flag1)");
+  line(L"VALUES('" + name + L"', 38, 'PACSConfig', '" + decimal(workstation.configID) +
+       L"', -1, 0)");
+  line(L"");
+  return text;
+}
+
+}  // namespace
+
+void clsWorkstation::SaveWorkstation() const {
+  SetWorkstationConfig(WorkStation, decimal(configID));
+}
+
+colWorkstation::Pointer colWorkstation::Item(std::int64_t position) const {
+  if (position < 1 || static_cast<std::size_t>(position) > ColWorkStations->count()) {
+    return nullptr;
+  }
+  return ColWorkStations->at(static_cast<std::size_t>(position));
+}
+
+void colWorkstation::AddWS(std::int16_t configID, const std::wstring& WorkStation) {
+  add(configID, WorkStation, 0);
+}
+
+void colWorkstation::add(std::int16_t configID, std::wstring_view name, std::int16_t flag2) {
+  const auto workstation = std::make_shared<clsWorkstation>();
+  workstation->configID = configID;
+  workstation->WorkStation = name;
+  workstation->Flag2 = flag2;
+  ColWorkStations->add(workstation, name);
+}
+
+std::int16_t colWorkstation::GetItemNumber(const std::wstring& WorkStation) const {
+  std::int64_t position = 0;
+  for (const Pointer& workstation : ColWorkStations->items()) {
+    ++position;
+    if (workstation->WorkStation == WorkStation) return toInt16(position);
+  }
+  return 0;
+}
+
+void colWorkstation::SaveAllWorkStationSettings() const {
+  g_strWorkstationBatch.clear();
+  std::wstring batch;
+  int counter = 0;
+  for (const Pointer& workstation : ColWorkStations->items()) {
+    batch += assignmentStatements(*workstation);
+    if (++counter == kWorkstationsInBatch) {
+      ExecuteSQL(batch);
+      batch.clear();
+      counter = 0;
+    }
+  }
+  if (counter > 0) ExecuteSQL(batch);
+  AddOfflineDbUpdate();
+}
+
+bool colWorkstation::CheckforAttachedWS(std::int16_t configID) const {
+  for (const Pointer& workstation : ColWorkStations->items()) {
+    if (workstation->configID == configID) return true;
+  }
+  return false;
+}
+
+}  // namespace tlpacscfg
