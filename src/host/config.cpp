@@ -1,0 +1,62 @@
+#include "host/config.h"
+
+#include "data/database.h"
+#include "data/tl_comm_client.h"
+#include "host/version.h"
+#include "support/doors.h"
+#include "support/ini_file.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
+
+namespace tlpacscfg {
+
+clsConfig::clsConfig() {
+  g_blnSqlConnected = false;
+  g_objConfig = settings;
+}
+
+bool clsConfig::Init() {
+  if (Initialized) return false;
+  try {
+    DisconnectDatabase();
+    if (!openDataPath()) return false;
+    m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+    m_colPACSConfig->GetPACSConfigurations();
+    m_colWorkstation = std::make_shared<colWorkstation>();
+    if (g_blnUseOfflineDB) {
+      m_colWorkstation->GetOfflineWorkstationInfo();
+    } else {
+      m_colWorkstation->GetWorkstationsList();
+    }
+    ReadNetworkRootDir();
+    Initialized = true;
+    return true;
+  } catch (const std::exception&) {
+    // A host learns of a failure by the result alone.
+    return false;
+  }
+}
+
+bool clsConfig::openDataPath() {
+  if (g_blnUseOfflineDB) return ConnectToOfflineDatabase(*settings);
+  if (g_blnTlCommClientEnabled && ConnectTlCommClient(*settings)) return true;
+  return ConnectToDatabase(*settings);
+}
+
+std::wstring clsConfig::Version() const {
+  return decimal(kVersionMajor) + L"." + decimal(kVersionMinor) + L"." + decimal(kVersionRevision);
+}
+
+void ReadNetworkRootDir() {
+  if (!g_objConfig || g_objConfig->Talora_INIFile.empty()) return;
+  g_strNetworkRootDir =
+      trimBlanks(readIniValue(g_objConfig->Talora_INIFile, L"System", L"NetworkRootDir"));
+  if (g_strNetworkRootDir.empty()) {
+    doors::showMessage({.text = L"Error - NetworkRootDir was not specified in the TALORA.INI "
+                                L"Configuration file.",
+                        .icon = doors::Icon::Critical,
+                        .modality = doors::Modality::Application});
+  }
+}
+
+}  // namespace tlpacscfg
