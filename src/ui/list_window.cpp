@@ -1,0 +1,280 @@
+#include "ui/list_window.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "support/doors.h"
+#include "support/scope_exit.h"
+#include "support/text.h"
+#include "ui/assignment_window.h"
+#include "ui/resource.h"
+#include "ui/settings_window.h"
+#include "ui/win32/module.h"
+
+namespace tlpacscfg {
+namespace {
+
+struct ColumnDesign {
+  const wchar_t* header;
+  int twips;
+};
+
+constexpr ColumnDesign kColumns[] = {
+    {L"Workstation", 0},      {L"Workstation", 1440},
+    {L"Configuration", 2200}, {L"Request File Location", 3500},
+    {L"ConfigID", 0},
+};
+
+/// So many rows fit; one more brings a scroll bar, for which the third column makes room.
+constexpr std::size_t kDesignedRows = 24;
+constexpr int kNarrowConfigurationTwips = 1950;
+
+constexpr WORD columnNumber(WorkstationRows::Column column) {
+  return static_cast<WORD>(column + 1);
+}
+
+}  // namespace
+
+frmPACSList::frmPACSList(std::shared_ptr<clsConfig> config)
+    : Form(kName),
+      config_(std::move(config)),
+      settings_(std::make_unique<frmPACSSettings>(*this, config_)),
+      assignment_(std::make_unique<frmWorkstationSettings>(*this, config_)) {}
+
+frmPACSList::~frmPACSList() { destroy(); }
+
+void frmPACSList::Show() {
+  load(IDD_frmPACSList, nullptr);
+  win32::SetFormTopMost(window(), true);
+  BringToFront();
+  ShowWindow(window(), SW_SHOW);
+  SetFocus(item(IDC_frmPACSList_lvwPACSList));
+}
+
+void frmPACSList::BringToFront() const { win32::ForceForegroundWindow(window()); }
+
+void frmPACSList::onInit() {
+  tooltips_.attach(window());
+  tooltips_.set(item(IDC_frmPACSList_btnOk), L"Close the Workstation List");
+  tooltips_.set(item(IDC_frmPACSList_cmdEditConfig), L"Edit, delete or add configurations");
+  tooltips_.set(item(IDC_frmPACSList_cmdEditWorkstation),
+                L"Assign a configuration to a workstation");
+
+  list_.attach(item(IDC_frmPACSList_lvwPACSList), rows_, WorkstationRows::kName);
+  addColumns();
+  fitToDesignedRows();
+
+  filter_ = win32::ComboBox(item(IDC_frmPACSList_cboPCList));
+  for (const FilterEntry& entry : kFilterEntries) {
+    filter_.add(entry.text, static_cast<std::int16_t>(entry.filter));
+  }
+  filter_.selectPosition(0);
+  FillPCList();
+}
+
+void frmPACSList::addColumns() {
+  for (const ColumnDesign& column : kColumns) {
+    list_.addColumn(column.header, win32::pixelsFromTwips(column.twips));
+  }
+  lastColumnWidth_ = list_.columnWidth(WorkstationRows::kRequestFile);
+}
+
+void frmPACSList::fitToDesignedRows() {
+  const HWND list = item(IDC_frmPACSList_lvwPACSList);
+  RECT now{};
+  GetWindowRect(list, &now);
+  SIZE wanted = list_.sizeForRows(static_cast<int>(kDesignedRows));
+  // What the narrowed column gives up may fall short of a scroll bar by a rounded pixel.
+  const int givenUp = list_.columnWidth(WorkstationRows::kConfiguration) -
+                      win32::pixelsFromTwips(kNarrowConfigurationTwips);
+  wanted.cx += std::max(GetSystemMetrics(SM_CXVSCROLL) - givenUp, 0);
+
+  using enum win32::Anchors::Edges;
+  anchors_.attach(window());
+  anchors_.add(IDC_frmPACSList_cboPCList, kLeft | kTop | kRight);
+  anchors_.add(IDC_frmPACSList_lvwPACSList, kLeft | kTop | kRight | kBottom);
+  anchors_.add(IDC_frmPACSList_cmdEditConfig, kLeft | kBottom);
+  anchors_.add(IDC_frmPACSList_cmdEditWorkstation, kLeft | kBottom);
+  anchors_.add(IDC_frmPACSList_btnOk, kRight | kBottom);
+
+  RECT frame{};
+  GetWindowRect(window(), &frame);
+  const int wider = static_cast<int>(wanted.cx - (now.right - now.left));
+  const int higher = static_cast<int>(wanted.cy - (now.bottom - now.top));
+  RECT workArea{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &workArea, 0);
+  const int width = std::min(static_cast<int>(frame.right - frame.left) + wider,
+                             static_cast<int>(workArea.right - workArea.left));
+  const int height = std::min(static_cast<int>(frame.bottom - frame.top) + higher,
+                              static_cast<int>(workArea.bottom - workArea.top));
+  const int left = workArea.left + (workArea.right - workArea.left - width) / 2;
+  const int top = workArea.top + (workArea.bottom - workArea.top - height) / 2;
+  designedListWidth_ = static_cast<int>(wanted.cx);
+  SetWindowPos(window(), nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  smallest_ = {width * 2 / 3, height / 3};
+}
+
+void frmPACSList::onSize(int, int) {
+  if (designedListWidth_ == 0) return;
+  anchors_.apply();
+  const HWND list = item(IDC_frmPACSList_lvwPACSList);
+  RECT frame{};
+  RECT client{};
+  GetWindowRect(list, &frame);
+  GetClientRect(list, &client);
+  const int others = list_.columnWidth(WorkstationRows::kName) +
+                     list_.columnWidth(WorkstationRows::kConfiguration);
+  const bool wider = frame.right - frame.left > designedListWidth_;
+  list_.setColumnWidth(WorkstationRows::kRequestFile,
+                       wider ? std::max(lastColumnWidth_, static_cast<int>(client.right) - others)
+                             : lastColumnWidth_);
+}
+
+void frmPACSList::onMinMaxInfo(MINMAXINFO& info) {
+  if (smallest_.cx > 0) info.ptMinTrackSize = {smallest_.cx, smallest_.cy};
+}
+
+void frmPACSList::FillPCList() {
+  try {
+    rows_.clear();
+    SetWorkstationsList(static_cast<WorkstationFilter>(filter_.selectedCode()));
+    rows_.sortOrder = kDescending;
+    SortListView(rows_, columnNumber(WorkstationRows::kName),
+                 static_cast<std::int16_t>(SortType::Text));
+    list_.refill();
+    list_.showSortArrow(WorkstationRows::kName, true);
+    SetCurrentWorkstation();
+  } catch (const RunTimeError&) {
+    list_.refill();
+    doors::showMessage({.text = L"PACS interface configuration could not be loaded.  Please "
+                                L"contact Brannock & Company for technical support.",
+                        .title = L"Corvane Search Configurations"});
+  }
+}
+
+void frmPACSList::SetWorkstationsList(WorkstationFilter filter) {
+  if (!config_->m_colWorkstation || !config_->m_colPACSConfig) raise(ErrorNumber::ObjectNotSet);
+  rows_.fill(*config_->m_colWorkstation, *config_->m_colPACSConfig, filter);
+  enable(IDC_frmPACSList_cmdEditWorkstation, rows_.rowCount() > 0);
+  if (rows_.rowCount() > kDesignedRows) {
+    list_.setColumnWidth(WorkstationRows::kConfiguration,
+                         win32::pixelsFromTwips(kNarrowConfigurationTwips));
+  }
+}
+
+void frmPACSList::SetCurrentWorkstation() {
+  localComputer_ = doors::computerName();
+  if (rows_.rowCount() == 0) return;
+  list_.select(rows_.rowOf(localComputer_).value_or(0));
+}
+
+void frmPACSList::SetItemFocus() {
+  const std::optional<std::size_t> row = rows_.rowOf(chosenWorkstation_);
+  if (row) list_.select(*row);
+}
+
+std::wstring frmPACSList::ReplaceNull(const std::optional<std::wstring>& value) {
+  return value.value_or(L"N/A");
+}
+
+void frmPACSList::onCommand(int controlId, int code) {
+  if (controlId == IDC_frmPACSList_cboPCList) {
+    if (code == CBN_SELCHANGE) FillPCList();
+    return;
+  }
+  if (code != BN_CLICKED) return;
+  switch (controlId) {
+    case IDC_frmPACSList_cmdEditConfig:
+      return editConfiguration();
+    case IDC_frmPACSList_cmdEditWorkstation:
+      return editWorkstation();
+    case IDC_frmPACSList_btnOk:
+      return saveAndClose();
+    case IDCANCEL:
+      return onClose();
+    default:
+      break;
+  }
+}
+
+LRESULT frmPACSList::onNotify(NMHDR& header) {
+  LRESULT result = 0;
+  if (list_.answer(header, result)) return result;
+  if (header.idFrom != IDC_frmPACSList_lvwPACSList) return 0;
+  if (header.code == LVN_COLUMNCLICK) {
+    sortByHeader(reinterpret_cast<const NMLISTVIEW&>(header).iSubItem);
+  } else if (header.code == NM_DBLCLK &&
+             reinterpret_cast<const NMITEMACTIVATE&>(header).iItem >= 0) {
+    editWorkstation();
+  }
+  return 0;
+}
+
+void frmPACSList::sortByHeader(int column) {
+  const std::optional<std::size_t> selected = list_.selectedRow();
+  const std::wstring name(selected ? rows_.cell(*selected, WorkstationRows::kName) : L"");
+  if (column == WorkstationRows::kConfiguration) {
+    SortListView(rows_, columnNumber(WorkstationRows::kConfigID),
+                 static_cast<std::int16_t>(SortType::WholeNumber));
+  } else {
+    SortListView(rows_, static_cast<std::int16_t>(column + 1),
+                 static_cast<std::int16_t>(SortType::Text));
+  }
+  list_.showSortArrow(column, rows_.sortOrder == kAscending);
+  list_.redraw();
+  // The selection belongs to the workstation, not to the place in the list.
+  if (selected) selectRowOf(name);
+}
+
+void frmPACSList::selectRowOf(const std::wstring& name) {
+  list_.clearSelection();
+  const std::optional<std::size_t> row = rows_.rowOf(name);
+  if (row) list_.select(*row);
+}
+
+void frmPACSList::editConfiguration() {
+  chosenWorkstation_ = L"0";
+  std::int16_t configID = 0;
+  if (const std::optional<std::size_t> row = list_.selectedRow()) {
+    chosenWorkstation_ = rows_.cell(*row, WorkstationRows::kName);
+    configID = rows_.configIDOf(*row);
+  }
+  settings_->ShowPACSSettings(configID);
+}
+
+void frmPACSList::editWorkstation() {
+  const std::optional<std::size_t> row = list_.selectedRow();
+  if (!row) return;
+  chosenWorkstation_ = rows_.cell(*row, WorkstationRows::kName);
+  assignment_->showPACSWorkStation(chosenWorkstation_, rows_.configIDOf(*row));
+}
+
+void frmPACSList::onClose() {
+  if (!saveFailed_) return saveAndClose();
+  // Without this way out a database that refuses the assignments would hold the host for ever.
+  const doors::Answer answer = doors::showMessage(
+      {.text = L"The workstation assignments could not be saved. Close without saving them?",
+       .buttons = doors::Buttons::YesNo});
+  if (answer == doors::Answer::Yes) closeEditorsAndUnload();
+}
+
+void frmPACSList::saveAndClose() {
+  if (closing_) return;
+  closing_ = true;
+  const ScopeExit done([this] { closing_ = false; });
+  saveFailed_ = true;
+  if (!config_->m_colWorkstation) raise(ErrorNumber::ObjectNotSet);
+  config_->m_colWorkstation->SaveAllWorkStationSettings();
+  saveFailed_ = false;
+  closeEditorsAndUnload();
+}
+
+void frmPACSList::closeEditorsAndUnload() {
+  if (settings_->isOpen()) settings_->askToClose();
+  if (assignment_->isOpen()) assignment_->askToClose();
+  if (settings_->isOpen() || assignment_->isOpen()) return;
+  destroy();
+  config_->ConfigLoaded = false;
+}
+
+}  // namespace tlpacscfg

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "config/pacs_configurations.h"
+#include "host/config.h"
+#include "support/list_sort.h"
+#include "ui/model/settings_form.h"
+
+namespace tlpacscfg {
+
+/// The rows of the configuration list: every configuration but the placeholder, in the order of
+/// the collection.
+class ConfigurationRows : public ListRows {
+ public:
+  /// Columns count from 0; the last one serves programs that read the list.
+  enum Column : std::size_t { kConfigID, kConfiguration, kHiddenID };
+  static constexpr std::size_t kColumns = 3;
+
+  void fill(const colPACSConfiguration& configurations);
+  void clear() { rows_.clear(); }
+
+  std::size_t rowCount() const override { return rows_.size(); }
+  std::wstring_view cell(std::size_t row, std::size_t column) const override;
+
+  /// "C" and the identifier: the only link between a row and its configuration.
+  const std::wstring& key(std::size_t row) const { return rows_[row].key; }
+  std::optional<std::size_t> rowOfKey(const std::wstring& key) const;
+  static std::wstring keyOf(std::int16_t configID);
+  static std::int16_t configIDOfKey(const std::wstring& key);
+
+ private:
+  struct Row {
+    std::wstring key;
+    std::wstring configID;
+    std::wstring text;
+  };
+  std::vector<Row> rows_;
+};
+
+/// What the settings window does, without the window: its state between events and its commands.
+/// Before a command the window copies its controls into `form`, after it `form` and the rest into
+/// its controls. A command that throws leaves what the user entered.
+class SettingsEditor {
+ public:
+  /// Refreshes the workstation list, and the assignment dialog where the configurations changed
+  /// so that it must offer other ones.
+  struct Surroundings {
+    std::function<void()> refreshWorkstationList = [] {};
+    std::function<void()> refreshAssignmentDialog = [] {};
+  };
+
+  SettingsEditor(std::shared_ptr<clsConfig> config, Surroundings surroundings);
+
+  /// The window is loaded: a fresh form and a copy of the host's configurations.
+  void load();
+  /// The window is gone.
+  void unload();
+
+  /// 0 stands for the default configuration.
+  void ShowPACSSettings(std::int16_t configID);
+  void btnNew();
+  void btnSave();
+  void btnDelete();
+  /// True when the window is to be closed.
+  bool btnExit();
+  void rowClicked(std::size_t row);
+  void chkUserLogonClicked();
+  void accessionTickClicked();
+  void TmrFieldChange();
+
+  /// True when the caller may go on to another configuration, to a new one, or to the end.
+  bool CheckForSave(std::int16_t configID);
+
+  SettingsForm form;
+  ConfigurationRows rows;
+  std::optional<std::size_t> selectedRow;
+  bool deleteEnabled = true;
+
+  /// Set by commands, cleared by the window when it has done what they ask for.
+  bool rowsChanged = false;
+  bool rulesWanted = false;
+  bool firstTabWanted = false;
+  bool descriptionFocusWanted = false;
+
+  std::int16_t currentID() const { return currentID_; }
+  bool isNew() const { return newConfiguration_; }
+
+ private:
+  void InitControls();
+  void show(std::int16_t configID);
+  void save();
+  void saveNew();
+  void saveExisting();
+  bool validate();
+  bool saveAndGoOn();
+  void selectEdited();
+  void selectCurrent();
+  void fillList();
+  void handOver();
+  colPACSConfiguration::Pointer recordOf(std::int16_t configID) const;
+
+  std::shared_ptr<clsConfig> config_;
+  Surroundings surroundings_;
+  std::shared_ptr<colPACSConfiguration> configurations_;
+  std::int16_t currentID_ = 0;
+  bool newConfiguration_ = false;
+};
+
+}  // namespace tlpacscfg

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/pacs_configurations.h"
+#include "support/list_sort.h"
+#include "workstation/workstation.h"
+
+namespace tlpacscfg {
+
+enum class WorkstationFilter { Assigned, Expert, All };
+
+struct FilterEntry {
+  WorkstationFilter filter;
+  const wchar_t* text;
+};
+
+/// In the order in which the window offers them; the first is selected when it opens.
+inline constexpr std::array<FilterEntry, 3> kFilterEntries = {{
+    {WorkstationFilter::Assigned,
+     L"All workstations with a Corvane Expert Integration configuration assigned"},
+    {WorkstationFilter::Expert, L"All Corvane Expert workstations"},
+    {WorkstationFilter::All, L"All workstations"},
+}};
+
+/// The rows of the workstation list: what each of its five columns shows, in the present order.
+class WorkstationRows : public SortableList {
+ public:
+  /// Columns count from 0. The running number and the identifier serve the program, not the user.
+  enum Column : std::size_t { kNumber, kName, kConfiguration, kRequestFile, kConfigID };
+  static constexpr std::size_t kColumns = 5;
+
+  /// The identifier text of a workstation without configuration: sorts behind all others.
+  static constexpr const wchar_t* kUnassigned = L"9999";
+
+  void clear() { rows_.clear(); }
+
+  /// The rows of the workstations that pass the filter, in their order. Asks the configurations
+  /// for the next identifier, which says whether any exists; throws what that throws.
+  void fill(const colWorkstation& workstations, colPACSConfiguration& configurations,
+            WorkstationFilter filter);
+
+  std::size_t rowCount() const override { return rows_.size(); }
+  std::wstring_view cell(std::size_t row, std::size_t column) const override;
+  void reorder(const std::vector<std::size_t>& order) override;
+
+  /// The last row of exactly this name: names do not repeat.
+  std::optional<std::size_t> rowOf(std::wstring_view name) const;
+
+  /// The identifier of the row's configuration, 0 when none is assigned.
+  std::int16_t configIDOf(std::size_t row) const;
+
+ private:
+  using Row = std::array<std::wstring, kColumns>;
+  std::vector<Row> rows_;
+};
+
+}  // namespace tlpacscfg

@@ -1,0 +1,56 @@
+#include "ui/win32/combo_box.h"
+
+#include <algorithm>
+
+#include "support/runtime_error.h"
+#include "ui/win32/gdi.h"
+
+namespace tlpacscfg::win32 {
+
+void ComboBox::add(const std::wstring& text, std::int16_t code) const {
+  const LRESULT position =
+      SendMessageW(combo_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  SendMessageW(combo_, CB_SETITEMDATA, static_cast<WPARAM>(position), code);
+}
+
+std::int16_t ComboBox::selectedCode() const {
+  if (position() < 0) raise(ErrorNumber::InvalidPropertyArrayIndex);
+  return codeAt(position());
+}
+
+bool ComboBox::selectCode(std::int16_t code) const {
+  for (int i = 0; i < count(); ++i) {
+    if (codeAt(i) == code) {
+      selectPosition(i);
+      return true;
+    }
+  }
+  return false;
+}
+
+std::wstring ComboBox::textAt(int position) const {
+  const auto index = static_cast<WPARAM>(position);
+  const LRESULT length = SendMessageW(combo_, CB_GETLBTEXTLEN, index, 0);
+  if (length == CB_ERR) return {};
+  std::wstring text(static_cast<std::size_t>(length), L'\0');
+  SendMessageW(combo_, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(text.data()));
+  return text;
+}
+
+void ComboBox::fitDroppedWidth() const {
+  const ScreenDc screen;
+  const auto font = reinterpret_cast<HFONT>(SendMessageW(combo_, WM_GETFONT, 0, 0));
+  const HGDIOBJ previous = SelectObject(screen.get(), font);
+  LONG widest = 0;
+  for (int i = 0; i < count(); ++i) {
+    const std::wstring text = textAt(i);
+    SIZE size{};
+    GetTextExtentPoint32W(screen.get(), text.c_str(), static_cast<int>(text.size()), &size);
+    widest = std::max(widest, size.cx);
+  }
+  SelectObject(screen.get(), previous);
+  const int margins = GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE) + 4;
+  SendMessageW(combo_, CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + margins), 0);
+}
+
+}  // namespace tlpacscfg::win32

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <optional>
+#include <string>
+
+#include "support/runtime_error.h"
+
+namespace tlpacscfg::win32 {
+
+/// A modeless dialog, or a page inside one, made from a template. Its messages arrive as named
+/// handlers; whatever a handler throws ends there, in the default error report.
+class Dialog {
+ public:
+  Dialog() = default;
+  virtual ~Dialog();
+  Dialog(const Dialog&) = delete;
+  Dialog& operator=(const Dialog&) = delete;
+
+  HWND window() const { return window_; }
+  bool isCreated() const { return window_ != nullptr; }
+  bool isVisible() const { return window_ && IsWindowVisible(window_); }
+
+  /// Creates the window, hidden unless the template says otherwise. `parent` owns a top-level
+  /// dialog and holds a page; it may be nothing.
+  void create(int templateId, HWND parent);
+  void destroy();
+
+  HWND item(int controlId) const { return GetDlgItem(window_, controlId); }
+  std::wstring text(int controlId) const;
+  void setText(int controlId, const std::wstring& text) const;
+  void enable(int controlId, bool enabled) const;
+  void show(int controlId, bool visible) const;
+
+ protected:
+  virtual void onInit() {}
+  /// A control's notification: `code` is BN_CLICKED, CBN_SELCHANGE and so on.
+  virtual void onCommand(int controlId, int code);
+  /// The result goes back to the control.
+  virtual LRESULT onNotify(NMHDR& header);
+  virtual void onTimer(UINT_PTR timerId);
+  virtual void onSize(int clientWidth, int clientHeight);
+  virtual void onMinMaxInfo(MINMAXINFO& info);
+  /// The close box, Alt+F4, or Esc where the template has no Cancel button.
+  virtual void onClose() {}
+  virtual void onDestroyed() {}
+  /// Any other message; an answer keeps it from the default procedure.
+  virtual std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+
+ private:
+  static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  INT_PTR dispatch(UINT message, WPARAM wParam, LPARAM lParam);
+
+  HWND window_ = nullptr;
+};
+
+/// The default report of an error that no procedure handles.
+void reportRunTimeError(const RunTimeError& error);
+
+/// The text of any window.
+std::wstring windowText(HWND window);
+
+}  // namespace tlpacscfg::win32

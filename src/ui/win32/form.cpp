@@ -1,0 +1,108 @@
+#include "ui/win32/form.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "support/text.h"
+#include "support/win_handle.h"
+#include "ui/win32/module.h"
+
+namespace tlpacscfg::win32 {
+namespace {
+
+using HookHandle = UniqueHandle<HHOOK, &UnhookWindowsHookEx>;
+
+/// The loaded forms of the user-interface thread, with the hook that gives them their keys.
+struct LoadedForms {
+  std::vector<Form*> forms;
+  HookHandle keyHook;
+};
+
+LoadedForms& loaded() {
+  static LoadedForms instance;
+  return instance;
+}
+
+bool isKeyMessage(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
+
+/// What the form's own handler throws ends here.
+bool usedByForm(Form& form, const MSG& message) {
+  try {
+    return form.onKey(message);
+  } catch (const std::exception& error) {
+    reportRunTimeError(describe(error));
+    return true;
+  }
+}
+
+/// A host's message loop need not know about dialogs: this takes their keys out of it.
+LRESULT CALLBACK takeDialogKeys(int code, WPARAM wParam, LPARAM lParam) {
+  auto& message = *reinterpret_cast<MSG*>(lParam);
+  if (code == HC_ACTION && wParam == PM_REMOVE && isKeyMessage(message.message)) {
+    const std::vector<Form*> forms = loaded().forms;
+    for (Form* form : forms) {
+      const HWND window = form->window();
+      const bool inside = message.hwnd == window || IsChild(window, message.hwnd);
+      if (inside && (usedByForm(*form, message) || IsDialogMessageW(window, &message))) {
+        message.message = WM_NULL;
+        break;
+      }
+    }
+  }
+  return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+}  // namespace
+
+void Form::load(int templateId, HWND owner) {
+  LoadedForms& all = loaded();
+  if (all.forms.empty()) {
+    all.keyHook = HookHandle(
+        SetWindowsHookExW(WH_GETMESSAGE, &takeDialogKeys, nullptr, GetCurrentThreadId()));
+  }
+  all.forms.push_back(this);
+  try {
+    create(templateId, owner);
+  } catch (...) {
+    Form::onDestroyed();
+    throw;
+  }
+}
+
+bool Form::onKey(const MSG&) { return false; }
+
+void Form::onDestroyed() {
+  LoadedForms& all = loaded();
+  std::erase(all.forms, this);
+  if (all.forms.empty()) all.keyHook.reset();
+}
+
+bool IsFormLoaded(std::wstring_view name) {
+  const std::vector<Form*>& forms = loaded().forms;
+  return std::any_of(forms.begin(), forms.end(),
+                     [&](const Form* form) { return equalIgnoringCase(form->name(), name); });
+}
+
+void SetFormTopMost(HWND window, bool topMost) {
+  RECT place{};
+  GetWindowRect(window, &place);
+  SetWindowPos(window, topMost ? HWND_TOPMOST : HWND_NOTOPMOST, place.left, place.top,
+               place.right - place.left, place.bottom - place.top, 0);
+}
+
+void ForceForegroundWindow(HWND window) {
+  const HWND foreground = GetForegroundWindow();
+  if (foreground == window) return;
+  const DWORD foregroundThread = GetWindowThreadProcessId(foreground, nullptr);
+  const DWORD thisThread = GetWindowThreadProcessId(window, nullptr);
+  if (foregroundThread == thisThread) {
+    SetForegroundWindow(window);
+  } else {
+    AttachThreadInput(foregroundThread, thisThread, TRUE);
+    SetForegroundWindow(window);
+    AttachThreadInput(foregroundThread, thisThread, FALSE);
+  }
+  ShowWindow(window, IsIconic(window) ? SW_RESTORE : SW_SHOW);
+}
+
+}  // namespace tlpacscfg::win32
