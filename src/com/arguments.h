@@ -1,0 +1,70 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "com/com_class.h"
+#include "com/com_error.h"
+#include "com/variant.h"
+
+namespace tlpacscfg {
+
+/// A VARIANT as the C++ type of a parameter; throws ComError.
+template <class Value>
+struct ArgumentConverter {
+  static Value convert(const VARIANT& value) { return fromVariant<Value>(value); }
+};
+
+template <>
+struct ArgumentConverter<const VARIANT*> {
+  static const VARIANT* convert(const VARIANT& value) { return &target(value); }
+};
+
+template <class Core>
+struct ArgumentConverter<std::shared_ptr<Core>> {
+  static std::shared_ptr<Core> convert(const VARIANT& value) {
+    const auto object = fromVariant<ComPtr<IUnknown>>(value);
+    if (!object) return nullptr;
+    const std::shared_ptr<void> core = unwrapObject(object, comClassOf<Core>());
+    if (!core) throw ComError(DISP_E_TYPEMISMATCH);
+    return std::static_pointer_cast<Core>(core);
+  }
+};
+
+/// The arguments of one call in the order of the parameters, whichever way the caller passed them:
+/// by position (last one first), by name, or left out.
+class Arguments {
+ public:
+  /// Throws ComError when they do not fit the member's parameters.
+  Arguments(const DISPPARAMS& passed, const Member& member);
+
+  bool has(std::size_t parameter) const { return places_[parameter] != kNone; }
+
+  template <class Value>
+  Value get(std::size_t parameter) const {
+    const std::size_t place = places_[parameter];
+    try {
+      return ArgumentConverter<Value>::convert(passed_.rgvarg[place]);
+    } catch (const ComError& error) {
+      throw ComError(error.result(), static_cast<UINT>(place));
+    }
+  }
+
+  /// Stores a result in a by-reference argument; any other argument is left alone.
+  void put(std::size_t parameter, Variant value) const;
+
+ private:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  void placeNamed(std::size_t index, const Member& member);
+  void checkComplete(const Member& member) const;
+
+  const DISPPARAMS& passed_;
+  /// For each parameter its index in DISPPARAMS::rgvarg.
+  std::vector<std::size_t> places_;
+};
+
+}  // namespace tlpacscfg

@@ -1,0 +1,40 @@
+#include "com/class_factory.h"
+
+#include "com/com_error.h"
+#include "com/component.h"
+
+namespace tlpacscfg {
+
+ClassFactory::ClassFactory(const CreatableClass& type) : type_(type) { lockServer(); }
+ClassFactory::~ClassFactory() { unlockServer(); }
+
+HRESULT ClassFactory::QueryInterface(REFIID id, void** result) {
+  if (result == nullptr) return E_POINTER;
+  *result = nullptr;
+  if (id != IID_IUnknown && id != IID_IClassFactory) return E_NOINTERFACE;
+  *result = static_cast<IClassFactory*>(this);
+  AddRef();
+  return S_OK;
+}
+
+ULONG ClassFactory::AddRef() { return ++references_; }
+
+ULONG ClassFactory::Release() {
+  const ULONG left = --references_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID id, void** result) {
+  if (result == nullptr) return E_POINTER;
+  *result = nullptr;
+  if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+  return guarded([&] { return type_.create()->QueryInterface(id, result); });
+}
+
+HRESULT ClassFactory::LockServer(BOOL lock) {
+  lock ? lockServer() : unlockServer();
+  return S_OK;
+}
+
+}  // namespace tlpacscfg

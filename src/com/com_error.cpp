@@ -1,0 +1,78 @@
+#include "com/com_error.h"
+
+#include <oleauto.h>
+
+#include <exception>
+#include <new>
+
+#include "com/com_ptr.h"
+#include "com/component.h"
+#include "support/runtime_error.h"
+
+namespace tlpacscfg {
+namespace {
+
+const wchar_t* describeResult(HRESULT result) {
+  switch (result) {
+    case DISP_E_TYPEMISMATCH:
+      return L"Type mismatch";
+    case DISP_E_OVERFLOW:
+      return L"Overflow";
+    case DISP_E_BADPARAMCOUNT:
+      return L"Wrong number of arguments or invalid property assignment";
+    case DISP_E_MEMBERNOTFOUND:
+    case DISP_E_UNKNOWNNAME:
+      return L"Object doesn't support this property or method";
+    case DISP_E_PARAMNOTFOUND:
+      return L"Named argument not found";
+    case DISP_E_PARAMNOTOPTIONAL:
+      return L"Argument not optional";
+    case E_POINTER:
+      return L"Invalid pointer";
+    case E_OUTOFMEMORY:
+      return L"Out of memory";
+    default:
+      return L"Automation error";
+  }
+}
+
+}  // namespace
+
+SCODE scodeOf(std::int32_t errorNumber) {
+  if (errorNumber < 0) return errorNumber;
+  constexpr std::uint32_t kControlErrors = 0x800A0000;
+  return static_cast<SCODE>(kControlErrors | (static_cast<std::uint32_t>(errorNumber) & 0xFFFF));
+}
+
+Failure currentFailure() {
+  try {
+    throw;
+  } catch (const ComError& error) {
+    return {.result = error.result(),
+            .description = describeResult(error.result()),
+            .argument = error.argument()};
+  } catch (const std::bad_alloc&) {
+    return {.result = E_OUTOFMEMORY, .description = describeResult(E_OUTOFMEMORY)};
+  } catch (const std::exception& error) {
+    const RunTimeError known = describe(error);
+    return {.result = DISP_E_EXCEPTION,
+            .scode = scodeOf(known.number()),
+            .description = known.description()};
+  } catch (...) {
+    return {.description = describeResult(E_UNEXPECTED)};
+  }
+}
+
+void publish(const Failure& failure, REFGUID interfaceId) {
+  ComPtr<ICreateErrorInfo> creator;
+  if (FAILED(CreateErrorInfo(creator.out()))) return;
+  std::wstring source = kComponentName;
+  std::wstring description = failure.description;
+  creator->SetGUID(interfaceId);
+  creator->SetSource(source.data());
+  creator->SetDescription(description.data());
+  const ComPtr<IErrorInfo> info = creator.query<IErrorInfo>(IID_IErrorInfo);
+  if (info) SetErrorInfo(0, info.get());
+}
+
+}  // namespace tlpacscfg

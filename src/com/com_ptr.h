@@ -1,0 +1,63 @@
+#pragma once
+
+#include <unknwn.h>
+
+#include <utility>
+
+namespace tlpacscfg {
+
+/// Owns one reference to a COM object.
+template <class Interface>
+class ComPtr {
+ public:
+  ComPtr() = default;
+  ComPtr(std::nullptr_t) {}
+  ComPtr(const ComPtr& other) : ComPtr(sharing(other.pointer_)) {}
+  ComPtr(ComPtr&& other) noexcept : pointer_(other.detach()) {}
+  ComPtr& operator=(ComPtr other) noexcept {
+    std::swap(pointer_, other.pointer_);
+    return *this;
+  }
+  ~ComPtr() {
+    if (pointer_) pointer_->Release();
+  }
+
+  /// Takes over a reference that the caller owns.
+  static ComPtr owning(Interface* pointer) {
+    ComPtr result;
+    result.pointer_ = pointer;
+    return result;
+  }
+
+  /// Adds a reference of its own.
+  static ComPtr sharing(Interface* pointer) {
+    if (pointer) pointer->AddRef();
+    return owning(pointer);
+  }
+
+  Interface* get() const { return pointer_; }
+  Interface* operator->() const { return pointer_; }
+  explicit operator bool() const { return pointer_ != nullptr; }
+
+  /// Hands the reference to the caller.
+  Interface* detach() { return std::exchange(pointer_, nullptr); }
+
+  /// The place for a function to leave a reference in; what was held is released.
+  Interface** out() {
+    *this = ComPtr();
+    return &pointer_;
+  }
+
+  /// Nothing when the object does not offer the interface.
+  template <class Other>
+  ComPtr<Other> query(REFIID id) const {
+    ComPtr<Other> other;
+    if (pointer_) pointer_->QueryInterface(id, reinterpret_cast<void**>(other.out()));
+    return other;
+  }
+
+ private:
+  Interface* pointer_ = nullptr;
+};
+
+}  // namespace tlpacscfg

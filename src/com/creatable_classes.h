@@ -1,0 +1,20 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <span>
+
+#include "com/com_ptr.h"
+
+namespace tlpacscfg {
+
+/// A class that hosts create by its name.
+struct CreatableClass {
+  const CLSID& id;
+  const wchar_t* progId;
+  ComPtr<IDispatch> (*create)();
+};
+
+std::span<const CreatableClass> creatableClasses();
+
+}  // namespace tlpacscfg

@@ -1,0 +1,148 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "com/arguments.h"
+#include "com/com_class.h"
+
+namespace tlpacscfg {
+
+namespace member_table {
+
+/// The argument types of a function behind the object that it works on.
+template <class Function>
+struct Signature : Signature<decltype(&Function::operator())> {};
+template <class Result, class Core, class... Values>
+struct Signature<Result (Core::*)(Values...)> {
+  using Types = std::tuple<std::decay_t<Values>...>;
+};
+template <class Result, class Core, class... Values>
+struct Signature<Result (Core::*)(Values...) const> : Signature<Result (Core::*)(Values...)> {};
+
+template <class Types>
+struct WithoutFirst;
+template <class First, class... Rest>
+struct WithoutFirst<std::tuple<First, Rest...>> {
+  using Types = std::tuple<Rest...>;
+};
+
+/// A lambda names the object as its first parameter; a member function does not.
+template <class Function>
+using ParameterTypes =
+    typename std::conditional_t<std::is_member_function_pointer_v<Function>, Signature<Function>,
+                                WithoutFirst<typename Signature<Function>::Types>>::Types;
+
+inline Variant toVariant(Variant value) { return value; }
+template <class Value>
+Variant toVariant(const Value& value) {
+  return Variant(value);
+}
+template <class Core>
+Variant toVariant(const std::shared_ptr<Core>& core) {
+  return Variant(wrap(core));
+}
+
+/// Calls with the object, or with the pointer that owns it where the function wants that.
+template <class Function, class Core, class... Values>
+Variant call(const Function& function, const std::shared_ptr<Core>& core, Values&&... values) {
+  const auto run = [&](auto&& object) -> Variant {
+    using Result = std::invoke_result_t<const Function&, decltype(object), Values...>;
+    if constexpr (std::is_void_v<Result>) {
+      std::invoke(function, object, std::forward<Values>(values)...);
+      return Variant();
+    } else {
+      return toVariant(std::invoke(function, object, std::forward<Values>(values)...));
+    }
+  };
+  if constexpr (std::is_invocable_v<const Function&, Core&, Values...>) {
+    return run(*core);
+  } else {
+    return run(core);
+  }
+}
+
+}  // namespace member_table
+
+/// Builds the member table of one core class. Arguments and results are converted by their C++
+/// types; a function may be a member function or a lambda that takes the object first.
+template <class Core>
+class MemberTable {
+ public:
+  using Names = std::vector<std::wstring>;
+
+  /// A property kept in a variable: a data member, or what a function of the object refers to.
+  template <class Place>
+  MemberTable& field(const wchar_t* name, DISPID id, Place place) {
+    using Value = std::decay_t<std::invoke_result_t<Place, Core&>>;
+    get(name, id, [place](Core& core) { return std::invoke(place, core); });
+    return put(name, id,
+               [place](Core& core, Value value) { std::invoke(place, core) = std::move(value); });
+  }
+
+  template <class Function>
+  MemberTable& get(const wchar_t* name, DISPID id, Function function) {
+    return add(name, id, MemberKind::Get, {}, 0, function);
+  }
+
+  template <class Function>
+  MemberTable& put(const wchar_t* name, DISPID id, Function function) {
+    return add(name, id, MemberKind::Put, {L"value"}, 0, function);
+  }
+
+  template <class Function>
+  MemberTable& putRef(const wchar_t* name, DISPID id, Function function) {
+    return add(name, id, MemberKind::PutRef, {L"value"}, 0, function);
+  }
+
+  template <class Function>
+  MemberTable& method(const wchar_t* name, DISPID id, const Names& parameters, Function function) {
+    return add(name, id, MemberKind::Method, parameters, 0, function);
+  }
+
+  /// A method that picks its arguments itself: by-reference results, optional ones.
+  MemberTable& rawMethod(const wchar_t* name, DISPID id, const Names& parameters,
+                         std::size_t optional,
+                         std::function<Variant(Core& core, Arguments& arguments)> function) {
+    members_.push_back({name, id, MemberKind::Method, parameters, optional,
+                        [function](const std::shared_ptr<void>& core, Arguments& arguments) {
+                          return function(*static_cast<Core*>(core.get()), arguments);
+                        }});
+    return *this;
+  }
+
+  std::vector<Member> members() { return std::move(members_); }
+
+ private:
+  template <class Function>
+  MemberTable& add(const wchar_t* name, DISPID id, MemberKind kind, const Names& parameters,
+                   std::size_t optional, Function function) {
+    using Types = member_table::ParameterTypes<Function>;
+    members_.push_back({name, id, kind, parameters, optional,
+                        [function](const std::shared_ptr<void>& core, Arguments& arguments) {
+                          return invoke(function, std::static_pointer_cast<Core>(core), arguments,
+                                        static_cast<Types*>(nullptr),
+                                        std::make_index_sequence<std::tuple_size_v<Types>>());
+                        }});
+    return *this;
+  }
+
+  template <class Function, class... Values, std::size_t... Index>
+  static Variant invoke(const Function& function, const std::shared_ptr<Core>& core,
+                        [[maybe_unused]] Arguments& arguments, std::tuple<Values...>*,
+                        std::index_sequence<Index...>) {
+    // Braces fix the order: the first argument that does not convert is the one reported.
+    std::tuple<Values...> values{arguments.get<Values>(Index)...};
+    return member_table::call(function, core, std::move(std::get<Index>(values))...);
+  }
+
+  std::vector<Member> members_;
+};
+
+}  // namespace tlpacscfg

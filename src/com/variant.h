@@ -1,0 +1,48 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <cstdint>
+#include <string>
+
+#include "com/com_ptr.h"
+#include "data/owned_variant.h"
+
+namespace tlpacscfg {
+
+/// Owns one VARIANT of any type that the component hands out.
+class Variant : public OwnedVariant {
+ public:
+  using OwnedVariant::OwnedVariant;
+  explicit Variant(std::int32_t number);
+  explicit Variant(std::uint8_t number);
+  /// An object that is missing is Nothing, not Empty.
+  explicit Variant(ComPtr<IDispatch> object);
+  explicit Variant(ComPtr<IUnknown> object);
+};
+
+/// The value as another type, by rules that are the same in every locale. Truth values become the
+/// words True and False. Throws ComError with DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW.
+Variant converted(const VARIANT& value, VARTYPE type);
+
+/// What a by-reference value refers to, or the value itself.
+const VARIANT& target(const VARIANT& value);
+
+bool isMissing(const VARIANT& value);
+
+/// The C++ value of a VARIANT; throws as `converted` does.
+template <class Value>
+Value fromVariant(const VARIANT& value);
+template <>
+std::int16_t fromVariant(const VARIANT& value);
+template <>
+std::int32_t fromVariant(const VARIANT& value);
+template <>
+bool fromVariant(const VARIANT& value);
+template <>
+std::wstring fromVariant(const VARIANT& value);
+/// Nothing for an object that is missing; throws TypeMismatch for a value that is no object.
+template <>
+ComPtr<IUnknown> fromVariant(const VARIANT& value);
+
+}  // namespace tlpacscfg
