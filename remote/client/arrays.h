@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "data/owned_variant.h"
+#include "data/table.h"
+
+namespace tlpacscfg::client {
+
+/// A two-dimensional array (column, row) of texts and Nulls.
+OwnedVariant toArray(const Table& table);
+
+OwnedVariant toArray(const std::vector<std::wstring>& texts);
+
+}  // namespace tlpacscfg::client

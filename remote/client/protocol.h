@@ -1,0 +1,26 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "client/endpoint.h"
+#include "data/table.h"
+
+/// The JSON texts that client and service exchange.
+namespace tlpacscfg::client::protocol {
+
+using Member = std::pair<const char*, std::variant<std::wstring, bool>>;
+
+/// Sends a request and gives the body of a successful answer; throws ClientError with the
+/// service's reason otherwise.
+std::string ask(const Endpoint& endpoint, const wchar_t* operation,
+                std::initializer_list<Member> members);
+
+/// Throw ClientError for a text that is no such answer.
+std::vector<Table> tablesOf(const std::string& answer);
+std::vector<std::wstring> filesOf(const std::string& answer);
+
+}  // namespace tlpacscfg::client::protocol

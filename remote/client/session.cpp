@@ -1,0 +1,109 @@
+#include "client/session.h"
+
+#include <new>
+
+#include "client/client_error.h"
+#include "client/protocol.h"
+#include "support/conversions.h"
+#include "support/runtime_error.h"
+
+namespace tlpacscfg::client {
+namespace {
+
+std::int32_t numberWithin(const std::wstring& text, std::int32_t most, const wchar_t* complaint) {
+  std::int32_t number = 0;
+  try {
+    number = toInt32(text);
+  } catch (const RunTimeError&) {
+    throw ClientError(complaint);
+  }
+  if (number < 1 || number > most) throw ClientError(complaint);
+  return number;
+}
+
+}  // namespace
+
+template <class Result, class Work>
+Result Session::attempt(Result failed, Work work) {
+  try {
+    lastError_.clear();
+    return work();
+  } catch (const ClientError& error) {
+    lastError_ = error.text();
+  } catch (const std::bad_alloc&) {
+    lastError_ = L"Out of memory.";
+  } catch (const std::exception& error) {
+    lastError_ = fromUtf8(error.what());
+  }
+  return failed;
+}
+
+const Endpoint& Session::endpoint() const {
+  if (!endpoint_) throw ClientError(L"The client is not connected.");
+  return *endpoint_;
+}
+
+bool Session::ConnectToService(const std::wstring& application, const std::wstring& host,
+                               const std::wstring& port, const std::wstring& timeout) {
+  return attempt(false, [&] {
+    DisconnectFromService();
+    constexpr std::int32_t kMostSeconds = 3600;
+    const std::int32_t portNumber = numberWithin(port, 65535, L"The port is not a number.");
+    const std::chrono::seconds seconds(
+        numberWithin(timeout, kMostSeconds, L"The time-out is not a number of seconds."));
+    auto endpoint = std::make_unique<Endpoint>(readSettings(), host,
+                                               static_cast<INTERNET_PORT>(portNumber), seconds);
+    protocol::ask(*endpoint, L"connect", {{"application", application}});
+    endpoint_ = std::move(endpoint);
+    return true;
+  });
+}
+
+void Session::DisconnectFromService() {
+  lastError_.clear();
+  tables_.clear();
+  endpoint_.reset();
+}
+
+std::int32_t Session::SQLQueryTable(const std::wstring& database, const std::wstring& sql) {
+  return attempt(0, [&] {
+    tables_.clear();
+    tables_ = protocol::tablesOf(
+        protocol::ask(endpoint(), L"query", {{"database", database}, {"sql", sql}}));
+    return static_cast<std::int32_t>(tables_.size());
+  });
+}
+
+const Table* Session::GetTableData(std::int16_t index) {
+  return attempt(static_cast<const Table*>(nullptr), [&]() -> const Table* {
+    if (index < 0 || static_cast<std::size_t>(index) >= tables_.size()) {
+      throw ClientError(L"There is no such table.");
+    }
+    const Table& table = tables_[static_cast<std::size_t>(index)];
+    return table.rows() > 0 ? &table : nullptr;
+  });
+}
+
+bool Session::SQLExecuteText(const std::wstring& database, const std::wstring& sql) {
+  return attempt(false, [&] {
+    protocol::ask(endpoint(), L"execute", {{"database", database}, {"sql", sql}});
+    return true;
+  });
+}
+
+std::vector<std::wstring> Session::GetNetworkDirectoryFiles(const std::wstring& directory,
+                                                            const std::wstring& pattern,
+                                                            const FileFlags& flags) {
+  return attempt(std::vector<std::wstring>(), [&] {
+    return protocol::filesOf(protocol::ask(endpoint(), L"files",
+                                           {{"directory", directory},
+                                            {"pattern", pattern},
+                                            {"recurse", flags.recurse},
+                                            {"sorted", flags.sorted},
+                                            {"ignoreCase", flags.ignoreCase},
+                                            {"directories", flags.directories},
+                                            {"fullPaths", flags.fullPaths}}));
+  });
+}
+
+}  // namespace tlpacscfg::client

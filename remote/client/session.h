@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "client/endpoint.h"
+#include "data/table.h"
+
+namespace tlpacscfg::client {
+
+/// The seven methods of the client. None of them throws: what fails answers false, 0 or nothing
+/// and leaves its reason for CheckForError, which the next call of another method clears.
+class Session {
+ public:
+  struct FileFlags {
+    bool recurse, sorted, ignoreCase, directories, fullPaths;
+  };
+
+  bool ConnectToService(const std::wstring& application, const std::wstring& host,
+                        const std::wstring& port, const std::wstring& timeout);
+  void DisconnectFromService();
+  std::int32_t SQLQueryTable(const std::wstring& database, const std::wstring& sql);
+  /// Nothing for a table without rows too.
+  const Table* GetTableData(std::int16_t index);
+  bool SQLExecuteText(const std::wstring& database, const std::wstring& sql);
+  std::vector<std::wstring> GetNetworkDirectoryFiles(const std::wstring& directory,
+                                                     const std::wstring& pattern,
+                                                     const FileFlags& flags);
+  const std::wstring& CheckForError() const { return lastError_; }
+
+ private:
+  template <class Result, class Work>
+  Result attempt(Result failed, Work work);
+  const Endpoint& endpoint() const;
+
+  std::unique_ptr<Endpoint> endpoint_;
+  std::vector<Table> tables_;
+  std::wstring lastError_;
+};
+
+}  // namespace tlpacscfg::client

@@ -1,0 +1,87 @@
+#include "client/settings.h"
+
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "client/client_error.h"
+#include "support/text.h"
+
+namespace tlpacscfg::client {
+namespace {
+
+constexpr const wchar_t* kKey = L"SOFTWARE\\TlCommClient";
+
+std::optional<std::wstring> valueIn(HKEY root, const wchar_t* name) {
+  DWORD bytes = 0;
+  if (RegGetValueW(root, kKey, name, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) != ERROR_SUCCESS) {
+    return std::nullopt;
+  }
+  std::wstring text(bytes / sizeof(wchar_t) + 1, L'\0');
+  bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+  if (RegGetValueW(root, kKey, name, RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=
+      ERROR_SUCCESS) {
+    return std::nullopt;
+  }
+  return text.substr(0, text.find(L'\0'));
+}
+
+std::wstring value(const wchar_t* name) {
+  if (const auto own = valueIn(HKEY_CURRENT_USER, name)) return *own;
+  return valueIn(HKEY_LOCAL_MACHINE, name).value_or(L"");
+}
+
+std::wstring tokenFromFile(const std::wstring& file) {
+  std::ifstream stream{std::filesystem::path(file)};
+  std::string line;
+  if (!std::getline(stream, line)) throw ClientError(L"The token file cannot be read.");
+  while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.pop_back();
+  return fromUtf8(line);
+}
+
+int hexDigit(wchar_t digit) {
+  if (digit >= L'0' && digit <= L'9') return digit - L'0';
+  if (digit >= L'a' && digit <= L'f') return digit - L'a' + 10;
+  if (digit >= L'A' && digit <= L'F') return digit - L'A' + 10;
+  return -1;
+}
+
+}  // namespace
+
+std::optional<Fingerprint> parseFingerprint(std::wstring_view text) {
+  Fingerprint fingerprint{};
+  std::size_t digits = 0;
+  for (const wchar_t c : text) {
+    if (c == L':') continue;
+    const int digit = hexDigit(c);
+    if (digit < 0 || digits == fingerprint.size() * 2) return std::nullopt;
+    std::uint8_t& byte = fingerprint[digits++ / 2];
+    byte = static_cast<std::uint8_t>(byte << 4 | digit);
+  }
+  if (digits != fingerprint.size() * 2) return std::nullopt;
+  return fingerprint;
+}
+
+Settings readSettings() {
+  Settings settings;
+  settings.token = value(L"Token");
+  const std::wstring tokenFile = value(L"TokenFile");
+  if (settings.token.empty() && !tokenFile.empty()) settings.token = tokenFromFile(tokenFile);
+  if (settings.token.empty()) throw ClientError(L"No token is set for the service.");
+
+  const std::wstring transport = value(L"Transport");
+  settings.plainHttp = equalIgnoringCase(transport, L"http");
+  if (!settings.plainHttp && !transport.empty() && !equalIgnoringCase(transport, L"https")) {
+    throw ClientError(L"The transport is neither https nor http.");
+  }
+  if (const std::wstring text = value(L"Fingerprint"); !text.empty()) {
+    settings.fingerprint = parseFingerprint(text);
+    if (!settings.fingerprint) {
+      throw ClientError(L"The fingerprint is not one of a SHA-256 certificate digest.");
+    }
+  }
+  return settings;
+}
+
+}  // namespace tlpacscfg::client

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <httplib.h>
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "service/descriptor.h"
+#include "service/tls.h"
+
+namespace tlpacscfg::service {
+
+struct ChannelLimits {
+  std::size_t headerBytes;
+  std::size_t totalBytes;
+  std::chrono::seconds readTime;
+  std::chrono::seconds writeTime;
+};
+
+/// One accepted connection, with or without TLS. Whatever the other side does, the request has
+/// arrived, and the response is taken, within the given time and size, or the channel fails.
+class Channel : public httplib::Stream {
+ public:
+  /// The time for the request begins now. `stopSignal` becomes readable when requests that have
+  /// not arrived yet are no longer wanted.
+  Channel(Descriptor socket, SSL_CTX* tls, const ChannelLimits& limits, int stopSignal);
+
+  /// False when there will be no TLS session.
+  bool handshake();
+
+  bool is_readable() const override;
+  bool is_writable() const override;
+  ssize_t read(char* target, size_t size) override;
+  ssize_t write(const char* source, size_t size) override;
+  void get_remote_ip_and_port(std::string& address, int& port) const override;
+  void get_local_ip_and_port(std::string& address, int& port) const override;
+  socket_t socket() const override { return socket_.get(); }
+
+  /// Ends the connection so that the other side sees the whole response even when it still sends.
+  void finish();
+
+  /// Why the channel failed; empty when it did not.
+  const char* failure() const { return failure_; }
+  std::size_t bytesRead() const { return bytesRead_; }
+  std::size_t bytesWritten() const { return bytesWritten_; }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  bool await(short events, Clock::time_point deadline, bool untilStopped);
+  bool awaitRead();
+  bool awaitWrite();
+  bool awaitTls(int result, bool reading);
+  ssize_t receive(char* target, size_t size);
+  bool fill();
+  bool withinLimits(std::string_view received);
+  bool fail(const char* reason);
+
+  Descriptor socket_;
+  TlsSession tls_;
+  ChannelLimits limits_;
+  int stopSignal_;
+  Clock::time_point readDeadline_;
+  std::optional<Clock::time_point> writeDeadline_;
+  std::array<char, 8192> buffer_{};
+  std::size_t bufferStart_ = 0;
+  std::size_t bufferEnd_ = 0;
+  std::size_t bytesRead_ = 0;
+  std::size_t bytesWritten_ = 0;
+  std::size_t headerEndMatched_ = 0;
+  const char* failure_ = "";
+};
+
+}  // namespace tlpacscfg::service

@@ -1,0 +1,147 @@
+#include "service/directories.h"
+
+#include <algorithm>
+#include <span>
+#include <system_error>
+#include <utility>
+
+#include "service/refusal.h"
+#include "support/text.h"
+
+namespace tlpacscfg::service {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLongestPattern = 255;
+constexpr std::size_t kDeepest = 64;
+
+[[noreturn]] void unknownDirectory() {
+  throw Refusal(http_status::kFailed, "The directory is not shared or does not exist.");
+}
+
+/// The steps of a path; both kinds of slash separate, and doubled ones count once.
+std::vector<std::wstring> stepsOf(std::wstring path) {
+  std::replace(path.begin(), path.end(), L'/', L'\\');
+  std::vector<std::wstring> steps;
+  for (const std::wstring_view step : split(path, L'\\')) {
+    if (!step.empty()) steps.emplace_back(step);
+  }
+  return steps;
+}
+
+bool isPlainStep(const std::wstring& step) {
+  return step != L"." && step != L".." && step.find(L':') == step.npos;
+}
+
+/// The entry of that name, else the only one that differs from it in letter case.
+fs::path childOf(const fs::path& directory, const std::wstring& name) {
+  std::error_code error;
+  const fs::path exact = directory / toUtf8(name);
+  if (fs::exists(exact, error)) return exact;
+  fs::path found;
+  for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (!equalIgnoringCase(fromUtf8(entry->path().filename().string()), name)) continue;
+    if (!found.empty()) unknownDirectory();
+    found = entry->path();
+  }
+  if (found.empty()) unknownDirectory();
+  return found;
+}
+
+bool isBelow(const fs::path& path, const fs::path& root) {
+  const auto [rootEnd, ignored] = std::mismatch(root.begin(), root.end(), path.begin(), path.end());
+  return rootEnd == root.end();
+}
+
+/// Follows the steps below a root, and no link that leads out of it.
+fs::path follow(const fs::path& root, std::span<const std::wstring> steps) {
+  std::error_code error;
+  const fs::path top = fs::canonical(root, error);
+  if (error) unknownDirectory();
+  fs::path directory = top;
+  for (const std::wstring& step : steps) {
+    if (!isPlainStep(step)) unknownDirectory();
+    directory = fs::canonical(childOf(directory, step), error);
+    if (error || !isBelow(directory, top)) unknownDirectory();
+  }
+  if (!fs::is_directory(directory, error)) unknownDirectory();
+  return directory;
+}
+
+/// The deepest shared directory that holds the asked one.
+fs::path resolve(const std::vector<SharedDirectory>& shared, const std::wstring& asked) {
+  const std::vector<std::wstring> steps = stepsOf(asked);
+  if (steps.size() > kDeepest) unknownDirectory();
+  const SharedDirectory* best = nullptr;
+  std::size_t depth = 0;
+  for (const SharedDirectory& directory : shared) {
+    const std::vector<std::wstring> prefix = stepsOf(fromUtf8(directory.clientPath));
+    const bool holds = prefix.size() <= steps.size() &&
+                       std::equal(prefix.begin(), prefix.end(), steps.begin(), equalIgnoringCase);
+    if (holds && (best == nullptr || prefix.size() > depth)) {
+      best = &directory;
+      depth = prefix.size();
+    }
+  }
+  if (best == nullptr) unknownDirectory();
+  return follow(best->localPath, std::span(steps).subspan(depth));
+}
+
+}  // namespace
+
+bool matchesPattern(std::wstring_view name, std::wstring_view pattern) {
+  std::size_t inName = 0, inPattern = 0;
+  std::size_t star = pattern.npos, resume = 0;
+  while (inName < name.size()) {
+    if (inPattern < pattern.size() && pattern[inPattern] == L'*') {
+      star = inPattern++;
+      resume = inName;
+    } else if (inPattern < pattern.size() &&
+               (pattern[inPattern] == L'?' || pattern[inPattern] == name[inName])) {
+      ++inPattern;
+      ++inName;
+    } else if (star != pattern.npos) {
+      // The last star takes one character more.
+      inPattern = star + 1;
+      inName = ++resume;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of(L'*', inPattern) == pattern.npos;
+}
+
+std::vector<std::wstring> listFiles(const std::vector<SharedDirectory>& shared,
+                                    const FileQuery& query) {
+  const bool plainPattern = query.pattern.find_first_of(L"\\/") == query.pattern.npos;
+  if (query.pattern.empty() || query.pattern.size() > kLongestPattern || !plainPattern) {
+    throw Refusal(http_status::kFailed, "The pattern is not one for file names.");
+  }
+  const auto folded = [&](std::wstring_view text) {
+    return query.ignoreCase ? upperCase(text) : std::wstring(text);
+  };
+  // Windows programs mean every file by it, also those without an extension.
+  const std::wstring pattern = query.pattern == L"*.*" ? L"*" : folded(query.pattern);
+
+  std::vector<std::wstring> names;
+  std::error_code error;
+  const fs::path directory = resolve(shared, query.directory);
+  for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code unreadable;
+    if (!fs::is_regular_file(entry->symlink_status(unreadable))) continue;
+    std::wstring name = fromUtf8(entry->path().filename().string());
+    if (matchesPattern(folded(name), pattern)) names.push_back(std::move(name));
+  }
+  if (error) throw Refusal(http_status::kFailed, "The directory cannot be read.");
+  if (query.sorted) {
+    std::sort(names.begin(), names.end(), [&](const auto& first, const auto& second) {
+      return std::pair(folded(first), first) < std::pair(folded(second), second);
+    });
+  }
+  return names;
+}
+
+}  // namespace tlpacscfg::service

@@ -1,0 +1,189 @@
+#include "service/listener.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <new>
+
+#include "service/channel.h"
+#include "service/journal.h"
+#include "service/refusal.h"
+#include "service/work_queue.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
+
+namespace tlpacscfg::service {
+namespace {
+
+constexpr const char* kJson = "application/json";
+constexpr std::size_t kHeaderBytes = 4096;
+
+/// The parts of a request that decide before its body is read.
+void checkHeaders(const httplib::Request& request, std::size_t mostBytes) {
+  if (request.method != "POST") throw Refusal(http_status::kNotPost, "Only POST is answered.");
+  if (findOperation(request.path) == nullptr) {
+    throw Refusal(http_status::kUnknownOperation, "There is no such operation.");
+  }
+  if (request.has_header("Range")) {
+    throw Refusal(http_status::kMalformed, "A response is sent as a whole.");
+  }
+  const std::string type = request.get_header_value("Content-Type");
+  const std::string media = type.substr(0, type.find(';'));
+  if (!equalIgnoringCase(fromUtf8(media), fromUtf8(kJson)) ||
+      request.has_header("Content-Encoding")) {
+    throw Refusal(http_status::kNotJson, "A request is plain JSON.");
+  }
+  if (request.has_header("Transfer-Encoding") ||
+      request.get_header_value_count("Content-Length") != 1) {
+    throw Refusal(http_status::kLengthRequired, "A request states its length.");
+  }
+  const std::string length = request.get_header_value("Content-Length");
+  const char* const end = length.data() + length.size();
+  std::size_t bytes = 0;
+  const auto [stop, error] = std::from_chars(length.data(), end, bytes);
+  if (error == std::errc::invalid_argument || stop != end) {
+    throw Refusal(http_status::kMalformed, "The length is not a number.");
+  }
+  if (error == std::errc::result_out_of_range || bytes > mostBytes) {
+    throw Refusal(http_status::kTooLarge, "The request is larger than the service allows.");
+  }
+}
+
+void refuse(httplib::Response& response, int status, const std::string& reason) {
+  response.status = status;
+  response.set_content(errorText(reason), kJson);
+}
+
+}  // namespace
+
+/// What the journal says about a connection.
+struct Listener::Exchange {
+  const char* operation = "-";
+  int status = 0;
+
+  static thread_local Exchange* current;
+};
+
+thread_local Listener::Exchange* Listener::Exchange::current = nullptr;
+
+Listener::Listener(const ServiceOptions& options, int stopSignal)
+    : options_(options), stopSignal_(stopSignal), token_(Token::fromFile(options.tokenFile)) {
+  if (!options_.plainHttp) tls_ = makeTlsContext(options_.certificate, options_.key);
+  new_task_queue = [this] { return new WorkQueue(options_.workers, options_.waiting); };
+  set_payload_max_length(options_.requestBytes);
+  set_tcp_nodelay(true);
+  set_socket_options([](socket_t socket) {
+    // A restart takes the port over at once; sharing it with a stranger is not wanted.
+    const int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+  });
+  set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
+    return refuseEarly(request, response);
+  });
+  Post("/v1/.*", [this](const httplib::Request& request, httplib::Response& response) {
+    answer(request, response);
+  });
+  set_logger([](const httplib::Request&, const httplib::Response& response) {
+    Exchange::current->status = response.status;
+  });
+}
+
+Listener::HandlerResponse Listener::refuseEarly(const httplib::Request& request,
+                                                httplib::Response& response) const {
+  try {
+    checkHeaders(request, options_.requestBytes);
+    return HandlerResponse::Unhandled;
+  } catch (const Refusal& refusal) {
+    refuse(response, refusal.status(), refusal.what());
+    return HandlerResponse::Handled;
+  }
+}
+
+std::string Listener::answerOf(const httplib::Request& httpRequest) const {
+  const Operation& operation = *findOperation(httpRequest.path);
+  Exchange::current->operation = operation.path;
+  const Request request(httpRequest.body);
+  if (!token_.matches(request.utf8("token"))) {
+    throw Refusal(http_status::kWrongToken, "The token is wrong.");
+  }
+  return operation.answer(options_, request);
+}
+
+void Listener::answer(const httplib::Request& request, httplib::Response& response) const {
+  try {
+    response.set_content(answerOf(request), kJson);
+    response.status = http_status::kOk;
+  } catch (const Refusal& refusal) {
+    refuse(response, refusal.status(), refusal.what());
+  } catch (const RunTimeError& error) {
+    refuse(response, http_status::kFailed, toUtf8(error.description()));
+  } catch (const std::bad_alloc&) {
+    refuse(response, http_status::kFailed, "The result is larger than the service can hold.");
+  } catch (const std::exception&) {
+    refuse(response, http_status::kFailed, "The service could not do that.");
+  }
+}
+
+bool Listener::process_and_close_socket(socket_t socket) {
+  const auto start = std::chrono::steady_clock::now();
+  Channel channel(Descriptor(socket), tls_.get(),
+                  {.headerBytes = kHeaderBytes,
+                   .totalBytes = kHeaderBytes + options_.requestBytes,
+                   .readTime = options_.requestSeconds,
+                   .writeTime = options_.responseSeconds},
+                  stopSignal_);
+  std::string address = "-";
+  int port = 0;
+  channel.get_remote_ip_and_port(address, port);
+  if (WorkQueue::turnedAway()) {
+    writeJournal(address + " turned away");
+    return false;
+  }
+  Exchange exchange;
+  Exchange::current = &exchange;
+  bool done = false;
+  if (!tls_ || channel.handshake()) {
+    bool closed = false;
+    done = process_request(channel, true, closed, nullptr);
+    channel.finish();
+  }
+  Exchange::current = nullptr;
+
+  const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now() - start);
+  std::string line = address + " " + exchange.operation + " " + std::to_string(exchange.status) +
+                     " read " + std::to_string(channel.bytesRead()) + " wrote " +
+                     std::to_string(channel.bytesWritten()) + " in " +
+                     std::to_string(time.count()) + " ms";
+  if (*channel.failure() != '\0') line += std::string(" ") + channel.failure();
+  writeJournal(line);
+  return done;
+}
+
+bool Listener::stopping() const {
+  pollfd signal{stopSignal_, POLLIN, 0};
+  return poll(&signal, 1, 0) > 0;
+}
+
+bool Listener::bind(int& port) {
+  if (port != 0) return bind_to_port(options_.address, port);
+  port = bind_to_any_port(options_.address);
+  return port > 0;
+}
+
+bool Listener::serve() {
+  int port = options_.port;
+  // The loop of the library ends at the first connection that breaks before it is accepted.
+  while (!stopping()) {
+    if (!bind(port)) return false;
+    writeJournal(std::string("listening on ") + (tls_ ? "https" : "http") + "://" +
+                 options_.address + ":" + std::to_string(port));
+    listen_after_bind();
+  }
+  return true;
+}
+
+}  // namespace tlpacscfg::service

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <httplib.h>
+
+#include <memory>
+#include <string>
+
+#include "service/operations.h"
+#include "service/options.h"
+#include "service/tls.h"
+#include "service/token.h"
+
+namespace tlpacscfg::service {
+
+/// The service on its socket: one request for each connection, and one line in the journal.
+class Listener : public httplib::Server {
+ public:
+  /// `stopSignal` becomes readable when the service is to end. Throws OptionError.
+  Listener(const ServiceOptions& options, int stopSignal);
+
+  /// Listens until stop() is called. False when the address cannot be listened on.
+  bool serve();
+
+ private:
+  struct Exchange;
+
+  bool process_and_close_socket(socket_t socket) override;
+  HandlerResponse refuseEarly(const httplib::Request& request, httplib::Response& response) const;
+  void answer(const httplib::Request& request, httplib::Response& response) const;
+  std::string answerOf(const httplib::Request& request) const;
+  bool stopping() const;
+  bool bind(int& port);
+
+  const ServiceOptions& options_;
+  const int stopSignal_;
+  const Token token_;
+  TlsContext tls_;
+};
+
+}  // namespace tlpacscfg::service

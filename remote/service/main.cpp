@@ -1,0 +1,109 @@
+#include <sys/eventfd.h>
+#include <sys/resource.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+#include <thread>
+
+#include "service/descriptor.h"
+#include "service/journal.h"
+#include "service/listener.h"
+#include "service/options.h"
+
+namespace tlpacscfg::service {
+namespace {
+
+constexpr int kFailure = 1;
+constexpr int kWrongUse = 2;
+
+sigset_t endingSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGINT);
+  return signals;
+}
+
+void limitMemory([[maybe_unused]] std::size_t megabytes) {
+#ifndef __SANITIZE_ADDRESS__
+  if (megabytes == 0) return;
+  const rlimit limit{megabytes << 20, megabytes << 20};
+  setrlimit(RLIMIT_AS, &limit);
+#endif
+}
+
+/// Waits for a signal to end, and then stops the listener for good. A second signal ends at once.
+class Ending {
+ public:
+  Ending(Listener& listener, int stopSignal)
+      : listener_(listener), stopSignal_(stopSignal), waiter_([this] { wait(); }) {}
+  ~Ending() {
+    over_ = true;
+    waiter_.join();
+  }
+  Ending(const Ending&) = delete;
+  Ending& operator=(const Ending&) = delete;
+
+ private:
+  void wait() {
+    const sigset_t signals = endingSignals();
+    const timespec pause{0, 50'000'000};
+    bool ending = false;
+    while (!over_) {
+      if (sigtimedwait(&signals, nullptr, &pause) > 0) {
+        if (ending) std::_Exit(kFailure);
+        ending = true;
+        writeJournal("stopping");
+        eventfd_write(stopSignal_, 1);
+      }
+      // The listener may just be about to listen again, so it is told until it is over.
+      if (ending) listener_.stop();
+    }
+  }
+
+  Listener& listener_;
+  const int stopSignal_;
+  std::atomic<bool> over_ = false;
+  std::thread waiter_;
+};
+
+int run(const ServiceOptions& options) {
+  const Descriptor stopSignal(eventfd(0, EFD_CLOEXEC));
+  Listener listener(options, stopSignal.get());
+  limitMemory(options.memoryMegabytes);
+  const Ending ending(listener, stopSignal.get());
+  if (listener.serve()) {
+    writeJournal("stopped");
+    return 0;
+  }
+  std::cerr << "tlcommd: cannot listen on " << options.address << " port " << options.port << '\n';
+  return kFailure;
+}
+
+}  // namespace
+}  // namespace tlpacscfg::service
+
+int main(int count, char** arguments) {
+  using namespace tlpacscfg::service;
+  // Inherited by all threads, so that only the one that waits for them gets them.
+  const sigset_t signals = endingSignals();
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    const ServiceOptions options = readOptions({arguments + 1, arguments + count});
+    if (options.help) {
+      std::cout << helpText();
+      return 0;
+    }
+    return run(options);
+  } catch (const OptionError& error) {
+    std::cerr << "tlcommd: " << error.what() << '\n';
+    return kWrongUse;
+  } catch (const std::exception& error) {
+    std::cerr << "tlcommd: " << error.what() << '\n';
+    return kFailure;
+  }
+}

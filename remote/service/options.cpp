@@ -1,0 +1,216 @@
+#include "service/options.h"
+
+#include <arpa/inet.h>
+
+#include <charconv>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <optional>
+
+#include "support/text.h"
+
+namespace tlpacscfg::service {
+namespace {
+
+struct Setting {
+  const char* name;
+  const char* explanation;
+  std::function<void(ServiceOptions&, const std::string&)> apply;
+};
+
+template <class Number>
+Number toNumber(const std::string& text, Number smallest, Number largest) {
+  Number number{};
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end || number < smallest || number > largest) {
+    throw OptionError("'" + text + "' is not a number from " + std::to_string(smallest) + " to " +
+                      std::to_string(largest));
+  }
+  return number;
+}
+
+template <class Number>
+auto number(Number ServiceOptions::*member, Number smallest, Number largest) {
+  return [=](ServiceOptions& options, const std::string& text) {
+    options.*member = toNumber(text, smallest, largest);
+  };
+}
+
+auto seconds(std::chrono::seconds ServiceOptions::*member) {
+  return [=](ServiceOptions& options, const std::string& text) {
+    options.*member = std::chrono::seconds(toNumber(text, 1, 3600));
+  };
+}
+
+auto text(std::string ServiceOptions::*member) {
+  return [=](ServiceOptions& options, const std::string& value) { options.*member = value; };
+}
+
+void setPlainHttp(ServiceOptions& options, const std::string& value) {
+  if (value != "yes" && value != "no") throw OptionError("plain-http is either yes or no");
+  options.plainHttp = value == "yes";
+}
+
+const std::vector<Setting>& settings() {
+  constexpr std::size_t kMostBytes = 1 << 30;
+  static const std::vector<Setting> all = {
+      {"address", "address to listen on (127.0.0.1)", text(&ServiceOptions::address)},
+      {"port", "port to listen on, 0 for any (8443)", number(&ServiceOptions::port, 0, 65535)},
+      {"certificate", "file with the certificate chain, PEM", text(&ServiceOptions::certificate)},
+      {"key", "file with the certificate's private key, PEM", text(&ServiceOptions::key)},
+      {"token-file", "file with the token that clients must show",
+       text(&ServiceOptions::tokenFile)},
+      {"plain-http", "yes serves without TLS, on a loopback address only (no)", setPlainHttp},
+      {"workers", "requests handled at a time (8)",
+       number<std::size_t>(&ServiceOptions::workers, 1, 256)},
+      {"waiting", "connections that may wait for a worker (64)",
+       number<std::size_t>(&ServiceOptions::waiting, 0, 10'000)},
+      {"request-bytes", "largest request (1048576)",
+       number<std::size_t>(&ServiceOptions::requestBytes, 1024, kMostBytes)},
+      {"response-bytes", "largest response (67108864)",
+       number<std::size_t>(&ServiceOptions::responseBytes, 1024, kMostBytes)},
+      {"request-seconds", "time for a request to arrive (10)",
+       seconds(&ServiceOptions::requestSeconds)},
+      {"response-seconds", "time for a response to be taken (60)",
+       seconds(&ServiceOptions::responseSeconds)},
+      {"memory-megabytes", "limit of the process's memory, 0 for none (2048)",
+       number<std::size_t>(&ServiceOptions::memoryMegabytes, 0, 1 << 20)},
+  };
+  return all;
+}
+
+void applySetting(ServiceOptions& options, const std::string& name, const std::string& value) {
+  for (const Setting& setting : settings()) {
+    if (name != setting.name) continue;
+    try {
+      return setting.apply(options, value);
+    } catch (const OptionError& error) {
+      throw OptionError(name + ": " + error.what());
+    }
+  }
+  throw OptionError("there is no setting '" + name + "'");
+}
+
+std::string trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t\r");
+  if (first == text.npos) return {};
+  return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
+}
+
+void applyLine(ServiceOptions& options, const std::string& section, const std::string& name,
+               const std::string& value) {
+  if (section == "service") {
+    applySetting(options, name, value);
+  } else if (section == "databases") {
+    options.databases[toUtf8(upperCase(fromUtf8(name)))] = value;
+  } else if (section == "directories") {
+    options.directories.push_back({name, value});
+  } else {
+    throw OptionError("there is no section [" + section + "]");
+  }
+}
+
+std::string fileText(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw OptionError("the configuration file '" + file + "' cannot be read");
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool isLoopback(const std::string& address) {
+  in_addr v4{};
+  in6_addr v6{};
+  if (inet_pton(AF_INET, address.c_str(), &v4) == 1) return (ntohl(v4.s_addr) >> 24) == 127;
+  return inet_pton(AF_INET6, address.c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6);
+}
+
+void check(const ServiceOptions& options) {
+  if (options.tokenFile.empty()) throw OptionError("token-file is missing");
+  if (options.plainHttp) {
+    if (!isLoopback(options.address)) {
+      throw OptionError("plain-http is for loopback addresses only");
+    }
+    if (!options.certificate.empty() || !options.key.empty()) {
+      throw OptionError("plain-http has no use for a certificate");
+    }
+  } else if (options.certificate.empty() || options.key.empty()) {
+    throw OptionError("certificate and key are needed (or plain-http, on a loopback address)");
+  }
+}
+
+}  // namespace
+
+void applyConfiguration(ServiceOptions& options, std::string_view configuration) {
+  std::string section;
+  int lineNumber = 0;
+  while (!configuration.empty()) {
+    const std::size_t end = configuration.find('\n');
+    const std::string line = trimmed(configuration.substr(0, end));
+    configuration.remove_prefix(end == configuration.npos ? configuration.size() : end + 1);
+    ++lineNumber;
+    try {
+      if (line.empty() || line[0] == '#' || line[0] == ';') continue;
+      if (line.front() == '[' && line.back() == ']') {
+        section = line.substr(1, line.size() - 2);
+        continue;
+      }
+      const std::size_t equals = line.find('=');
+      if (equals == line.npos) throw OptionError("a line is 'name = value'");
+      applyLine(options, section, trimmed(line.substr(0, equals)),
+                trimmed(line.substr(equals + 1)));
+    } catch (const OptionError& error) {
+      throw OptionError("line " + std::to_string(lineNumber) + ": " + error.what());
+    }
+  }
+}
+
+ServiceOptions readOptions(const std::vector<std::string>& arguments) {
+  std::string configuration;
+  std::vector<std::pair<std::string, std::string>> fromCommandLine;
+  ServiceOptions options;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    if (argument == "--help") {
+      options.help = true;
+      return options;
+    }
+    if (!argument.starts_with("--")) throw OptionError("'" + argument + "' is no option");
+    const std::size_t equals = argument.find('=');
+    const std::string name = argument.substr(2, equals - 2);
+    if (equals == argument.npos && i + 1 == arguments.size()) {
+      throw OptionError("--" + name + " needs a value");
+    }
+    const std::string value =
+        equals == argument.npos ? arguments[++i] : argument.substr(equals + 1);
+    if (name == "config") {
+      configuration = value;
+    } else {
+      fromCommandLine.emplace_back(name, value);
+    }
+  }
+  if (!configuration.empty()) applyConfiguration(options, fileText(configuration));
+  for (const auto& [name, value] : fromCommandLine) applySetting(options, name, value);
+  check(options);
+  return options;
+}
+
+std::string helpText() {
+  std::string help =
+      "tlcommd --config FILE [--SETTING VALUE]...\n"
+      "\n"
+      "Serves databases and directory listings to remote data clients.\n"
+      "\n"
+      "Settings, in the file's section [service] or on the command line, which wins:\n";
+  for (const Setting& setting : settings()) {
+    std::string name = std::string("  ") + setting.name;
+    name.resize(21, ' ');
+    help += name + setting.explanation + "\n";
+  }
+  return help +
+         "\n"
+         "Section [databases]: NAME = ODBC connect string\n"
+         "Section [directories]: directory as clients name it = directory here\n";
+}
+
+}  // namespace tlpacscfg::service

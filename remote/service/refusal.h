@@ -1,0 +1,32 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace tlpacscfg::service {
+
+/// A request that is answered with an HTTP status other than 200 and a reason for the client.
+class Refusal : public std::runtime_error {
+ public:
+  Refusal(int status, const std::string& reason) : std::runtime_error(reason), status_(status) {}
+
+  int status() const { return status_; }
+
+ private:
+  int status_;
+};
+
+namespace http_status {
+inline constexpr int kOk = 200;
+inline constexpr int kMalformed = 400;
+inline constexpr int kWrongToken = 401;
+inline constexpr int kUnknownOperation = 404;
+inline constexpr int kNotPost = 405;
+inline constexpr int kLengthRequired = 411;
+inline constexpr int kTooLarge = 413;
+inline constexpr int kNotJson = 415;
+/// Understood, but it cannot be done: the error text is for the client's user.
+inline constexpr int kFailed = 422;
+}  // namespace http_status
+
+}  // namespace tlpacscfg::service

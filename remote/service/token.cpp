@@ -1,0 +1,46 @@
+#include "service/token.h"
+
+#include <openssl/crypto.h>
+#include <openssl/sha.h>
+
+#include <array>
+#include <fstream>
+
+#include "service/options.h"
+
+namespace tlpacscfg::service {
+namespace {
+
+constexpr std::size_t kShortest = 16;
+
+using Digest = std::array<unsigned char, SHA256_DIGEST_LENGTH>;
+
+Digest digestOf(std::string_view text) {
+  Digest digest{};
+  SHA256(reinterpret_cast<const unsigned char*>(text.data()), text.size(), digest.data());
+  return digest;
+}
+
+}  // namespace
+
+Token Token::fromFile(const std::string& file) {
+  std::ifstream stream(file);
+  std::string secret;
+  if (!std::getline(stream, secret)) {
+    throw OptionError("the token file '" + file + "' cannot be read or is empty");
+  }
+  while (!secret.empty() && (secret.back() == '\r' || secret.back() == ' ')) secret.pop_back();
+  if (secret.size() < kShortest) {
+    throw OptionError("the token has fewer than " + std::to_string(kShortest) + " characters");
+  }
+  return Token(std::move(secret));
+}
+
+bool Token::matches(std::string_view shown) const {
+  // Digests are of one length, so that not even the secret's length shows in the time.
+  const Digest expected = digestOf(secret_);
+  const Digest actual = digestOf(shown);
+  return CRYPTO_memcmp(expected.data(), actual.data(), expected.size()) == 0;
+}
+
+}  // namespace tlpacscfg::service
