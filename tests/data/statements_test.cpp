@@ -1,0 +1,134 @@
+#include "data/statements.h"
+
+#include "data/database.h"
+#include "data/odbc/error.h"
+#include "log/log_support.h"
+#include "tools/core_test.h"
+#include "tools/errors.h"
+#include "tools/fake_client.h"
+#include "tools/scratch.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+class ExecuteSqlTest : public SiteTest {
+ protected:
+  std::wstring count() const { return *site.value(L"SELECT count(*) FROM System_pc_names"); }
+};
+
+const std::wstring kInsert = L"INSERT INTO System_pc_names VALUES('PC1', 'GETDATE()', 1)";
+
+TEST_F(ExecuteSqlTest, AStatementRunsOnTheOpenConnectionAndIsLogged) {
+  connect();
+  logOn();
+  ExecuteSQL(kInsert);
+  EXPECT_EQ(site.rows(L"SELECT * FROM System_pc_names"), (ProbeRows{{L"PC1", L"GETDATE()", L"1"}}));
+  EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Executing query") +
+                       debugLine(10, L"[TLPACSCFG] Query:\r\n" + kInsert));
+}
+
+TEST_F(ExecuteSqlTest, WhatAStatementAnswersIsDiscarded) {
+  addWorkstation(L"PC1");
+  connect();
+  ExecuteSQL(L"select * from System_pc_names");
+  EXPECT_EQ(g_rsQuery, nullptr);
+  ExecuteSQL(L"DELETE FROM System_pc_names");
+  EXPECT_EQ(count(), L"0");
+}
+
+TEST_F(ExecuteSqlTest, AStatementThatTouchesNoRowIsNoError) {
+  connect();
+  EXPECT_NO_THROW(ExecuteSQL(L"DELETE FROM System_pc_names"));
+  EXPECT_NO_THROW(ExecuteSQL(L"UPDATE System_pc_names SET flag2 = 0"));
+}
+
+TEST_F(ExecuteSqlTest, OfflineNothingRunsAndNothingIsLogged) {
+  connect();
+  g_blnSqlConnected = false;
+  g_blnUseOfflineDB = true;
+  g_blnOfflineConnected = true;
+  g_conOffline = g_conSql;
+  logOn();
+  ExecuteSQL(kInsert);
+  EXPECT_EQ(count(), L"0");
+  EXPECT_FALSE(fileExists(scratchPath(L"component.log")));
+}
+
+TEST_F(ExecuteSqlTest, TheRemoteClientComesBeforeTheOpenConnection) {
+  connect();
+  const auto client = connectFakeClient(L"talora");
+  client->executes = false;
+  EXPECT_NO_THROW(ExecuteSQL(kInsert));
+  EXPECT_EQ(client->calls.front(), L"SQLExecuteText(talora, " + kInsert + L")");
+  EXPECT_EQ(count(), L"0");
+}
+
+TEST_F(ExecuteSqlTest, AnErrorReachesTheCallerWithItsStateAndNativeCode) {
+  connect();
+  try {
+    ExecuteSQL(L"DELETE FROM Missing");
+    ADD_FAILURE() << "Nothing was thrown.";
+  } catch (const odbc::Error& error) {
+    EXPECT_EQ(error.number(), 40002);
+    EXPECT_EQ(error.sqlState(), L"HY000");
+    EXPECT_EQ(error.nativeError(), 1);
+    EXPECT_NE(error.description().find(L"no such table: Missing"), std::wstring::npos);
+  }
+}
+
+TEST_F(ExecuteSqlTest, AnErrorInALaterStatementLeavesTheDatabaseAsItWas) {
+  addWorkstation(L"PC0");
+  connect();
+  std::wstring batch = L"DELETE FROM System_pc_names\r\n\r\n";
+  for (int i = 1; i <= 99; ++i) {
+    batch += L"INSERT INTO System_pc_names VALUES('PC" + std::to_wstring(i) + L"', '', 1)\r\n\r\n";
+  }
+  EXPECT_THROW(ExecuteSQL(batch + L"DELETE FROM Missing"), odbc::Error);
+  EXPECT_EQ(site.rows(L"SELECT pc_name FROM System_pc_names"), (ProbeRows{{L"PC0"}}));
+  ExecuteSQL(batch);
+  EXPECT_EQ(count(), L"99");
+}
+
+TEST_F(ExecuteSqlTest, AnErrorInAnEarlierStatementKeepsTheLaterOnesFromRunning) {
+  connect();
+  EXPECT_THROW(ExecuteSQL(L"DELETE FROM Missing\r\n\r\n" + kInsert), odbc::Error);
+  EXPECT_EQ(count(), L"0");
+}
+
+TEST_F(ExecuteSqlTest, AViolatedConstraintFailsTheStatement) {
+  addWorkstation(L"PC1");
+  connect();
+  EXPECT_THROW(ExecuteSQL(kInsert), odbc::Error);
+}
+
+TEST_F(ExecuteSqlTest, AnUnwritableLogKeepsTheStatementFromRunning) {
+  connect();
+  logTo(scratchPath(L"missing/directory.log"));
+  EXPECT_RUNTIME_ERROR(ExecuteSQL(kInsert), 75, L"Path/File access error");
+  EXPECT_EQ(count(), L"0");
+}
+
+TEST_F(ExecuteSqlTest, StatementsAreExecutedOnTheServerAndThroughTheClientOnly) {
+  EXPECT_FALSE(statementsAreExecuted());
+  g_blnOfflineConnected = true;
+  EXPECT_FALSE(statementsAreExecuted());
+  g_blnSqlConnected = true;
+  EXPECT_TRUE(statementsAreExecuted());
+  g_blnSqlConnected = false;
+  connectFakeClient();
+  EXPECT_TRUE(statementsAreExecuted());
+}
+
+TEST(FixQuotesTest, EverySingleQuoteIsDoubled) {
+  EXPECT_EQ(FixQuotes(L"O'Brien"), L"O''Brien");
+  EXPECT_EQ(FixQuotes(L"''"), L"''''");
+  EXPECT_EQ(FixQuotes(L"'a'"), L"''a''");
+}
+
+TEST(FixQuotesTest, OtherTextsComeBackUnchanged) {
+  EXPECT_EQ(FixQuotes(L""), L"");
+  EXPECT_EQ(FixQuotes(L"C:\\a \"b\" `c` \x2019\r\n"), L"C:\\a \"b\" `c` \x2019\r\n");
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test

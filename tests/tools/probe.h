@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tlpacscfg::test {
+
+using ProbeRow = std::vector<std::optional<std::wstring>>;
+using ProbeRows = std::vector<ProbeRow>;
+
+/// A look into a database that shares no code with the component's data layer: every call opens
+/// its own connection and closes it again. Throws std::runtime_error.
+class Probe {
+ public:
+  explicit Probe(std::wstring connectString) : connectString_(std::move(connectString)) {}
+
+  /// Runs the statements one by one on one connection, in one transaction.
+  void runAll(const std::vector<std::wstring>& statements) const;
+  void run(const std::wstring& statement) const { runAll({statement}); }
+
+  ProbeRows rows(const std::wstring& statement) const;
+  /// The first cell of the first row.
+  std::optional<std::wstring> value(const std::wstring& statement) const;
+
+ private:
+  std::wstring connectString_;
+};
+
+}  // namespace tlpacscfg::test

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+/// The files of a test. Texts are paths as programs of this platform write them.
+namespace tlpacscfg::test {
+
+/// The test's own directory, created empty by freshScratch.
+std::wstring scratchPath(const std::wstring& name);
+void freshScratch();
+
+/// A path of the Unix file system as this program names it.
+std::wstring platformPath(const std::string& unixPath);
+
+/// The path of a scratch file as Unix programs name it, ODBC drivers among them.
+std::string scratchUnixPath(const std::string& name);
+
+bool fileExists(const std::wstring& path);
+/// Fails the test when the file cannot be read.
+std::string readBytes(const std::wstring& path);
+void writeBytes(const std::wstring& path, const std::string& bytes);
+void makeDirectory(const std::wstring& path);
+
+/// A file that belongs to the sources of the project.
+std::wstring sourcePath(const std::string& name);
+
+}  // namespace tlpacscfg::test
