@@ -1,0 +1,677 @@
+#include "ui/model/settings_editor.h"
+
+#include "data/database.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
+#include "tools/core_test.h"
+#include "tools/scratch.h"
+#include "ui/model/settings_binding.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using enum Control;
+using doors::Answer;
+using doors::Buttons;
+
+constexpr const wchar_t* kSaveQuestion =
+    L"Configuration has not been saved. Would you like to save the current configuration before "
+    L"continuing?";
+constexpr const wchar_t* kNewQuestion =
+    L"You have not saved the new configuration. Would you like to save the configuration before "
+    L"continuing?";
+constexpr const wchar_t* kNotDefault =
+    L"You are not permitted to delete the 'Default Configuration'.";
+constexpr const wchar_t* kInUse =
+    L"This configuration is currently being used by at least one workstation. Please reassign the "
+    L"workstation to another configuration and then attempt to delete again.";
+constexpr const wchar_t* kSure = L"Are you sure you want to delete this configuration?";
+constexpr const wchar_t* kBlankDescription =
+    L"The Configuration Description Field cannot be blank.";
+
+/// What a record must hold so that showing it changes nothing.
+constexpr const wchar_t* kSettled = L"pacs_request_password = 1, flag10 = 11";
+
+class SettingsEditorTest : public SiteTest {
+ protected:
+  SettingsEditorTest() {
+    host->settings = std::make_shared<HostSettings>();
+    host->settings->User_ID = 42;
+    g_objConfig = host->settings;
+  }
+
+  void addSettled(int id, const std::wstring& description) {
+    addConfiguration(id, std::wstring(kSettled) + L", description = '" + description + L"'");
+  }
+
+  /// Three configurations; the third is assigned to a workstation.
+  void makeSite() {
+    addSettled(1, L"Default");
+    addSettled(5, L"Five");
+    addSettled(9, L"Nine");
+    addWorkstation(L"READ-01");
+    assign(L"READ-01", L"'9'");
+  }
+
+  void open(std::int16_t configID) {
+    connect();
+    host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+    host->m_colPACSConfig->GetPACSConfigurations();
+    host->m_colWorkstation = std::make_shared<colWorkstation>();
+    host->m_colWorkstation->GetWorkstationsList();
+    editor.load();
+    editor.ShowPACSSettings(configID);
+    settle();
+    messages.clear();
+  }
+
+  void settle() {
+    if (editor.rulesWanted) editor.TmrFieldChange();
+    editor.rulesWanted = false;
+  }
+
+  void type(Control control, const std::wstring& text) { editor.form[control].text = text; }
+
+  std::wstring description(int id) {
+    return site
+        .value(L"select description from Interface_PACS_cfg where config_id = " + decimal(id))
+        .value_or(L"");
+  }
+  std::wstring count() {
+    return site.value(L"select count(*) from Interface_PACS_cfg").value_or(L"");
+  }
+  std::wstring hostDescription(std::int16_t id) const {
+    const auto& all = *host->m_colPACSConfig;
+    const auto record = all.Item(all.GetItemNumber(id));
+    return record ? record->Description : L"<none>";
+  }
+
+  void expectAsked(const std::wstring& question, Buttons buttons) const {
+    ASSERT_FALSE(messages.empty());
+    EXPECT_EQ(question, messages.front().text);
+    EXPECT_EQ(buttons, messages.front().buttons);
+    EXPECT_EQ(doors::Icon::None, messages.front().icon);
+    EXPECT_EQ(doors::Modality::System, messages.front().modality);
+    EXPECT_EQ(L"TLPACSCFG", messages.front().title);
+  }
+
+  std::shared_ptr<clsConfig> host = std::make_shared<clsConfig>();
+  int listRefreshes = 0;
+  int dialogRefreshes = 0;
+  SettingsEditor editor{host,
+                        {.refreshWorkstationList = [this] { ++listRefreshes; },
+                         .refreshAssignmentDialog = [this] { ++dialogRefreshes; }}};
+};
+
+TEST_F(SettingsEditorTest, ZeroOpensTheDefaultConfiguration) {
+  makeSite();
+  open(0);
+  EXPECT_EQ(1, editor.currentID());
+  EXPECT_EQ(L"Default", editor.form[txtDescription].text);
+  EXPECT_FALSE(editor.form[txtDescription].enabled);
+  EXPECT_EQ(0u, editor.selectedRow);
+  EXPECT_TRUE(editor.descriptionFocusWanted);
+}
+
+TEST_F(SettingsEditorTest, AnyOtherConfigurationsDescriptionCanBeEdited) {
+  makeSite();
+  open(5);
+  EXPECT_EQ(L"Five", editor.form[txtDescription].text);
+  EXPECT_TRUE(editor.form[txtDescription].enabled);
+  EXPECT_EQ(1u, editor.selectedRow);
+}
+
+TEST_F(SettingsEditorTest, TheListHoldsEveryStoredConfigurationUnderItsKey) {
+  makeSite();
+  open(5);
+  ASSERT_EQ(3u, editor.rows.rowCount());
+  EXPECT_EQ(L"9", editor.rows.cell(2, ConfigurationRows::kConfigID));
+  EXPECT_EQ(L"9 - Nine", editor.rows.cell(2, ConfigurationRows::kConfiguration));
+  EXPECT_EQ(L"9", editor.rows.cell(2, ConfigurationRows::kHiddenID));
+  EXPECT_EQ(L"C9", editor.rows.key(2));
+  EXPECT_EQ(9, ConfigurationRows::configIDOfKey(L"C9"));
+  EXPECT_EQ(std::nullopt, editor.rows.rowOfKey(L"C7"));
+}
+
+TEST_F(SettingsEditorTest, OpeningAsksForTheRulesOnce) {
+  makeSite();
+  connect();
+  host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+  host->m_colPACSConfig->GetPACSConfigurations();
+  editor.load();
+  EXPECT_FALSE(editor.rulesWanted);
+  EXPECT_TRUE(editor.firstTabWanted);
+  editor.ShowPACSSettings(5);
+  EXPECT_TRUE(editor.rulesWanted);
+}
+
+TEST_F(SettingsEditorTest, AnEmptySiteOpensWithDefaultsAndNoRowSelected) {
+  open(0);
+  EXPECT_EQ(0u, editor.rows.rowCount());
+  EXPECT_EQ(std::nullopt, editor.selectedRow);
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(L"", editor.form[txtDescription].text);
+  EXPECT_TRUE(isBlank(editor.form));
+  EXPECT_FALSE(editor.descriptionFocusWanted);
+}
+
+TEST_F(SettingsEditorTest, TheFirstConfigurationOfAnEmptySiteGetsTheIdentifierOne) {
+  open(0);
+  type(txtDescription, L"First");
+  editor.btnSave();
+  EXPECT_EQ(1, editor.currentID());
+  EXPECT_EQ(L"First", description(1));
+  EXPECT_EQ(0u, editor.selectedRow);
+  EXPECT_EQ(L"First", hostDescription(1));
+}
+
+TEST_F(SettingsEditorTest, AnUnknownConfigurationShowsNothingNewAndSelectsNoRow) {
+  makeSite();
+  open(7);
+  EXPECT_EQ(L"c:\\pacs\\request.xml", editor.form[txtRequestFileName].text);
+  EXPECT_EQ(std::nullopt, editor.selectedRow);
+  EXPECT_TRUE(editor.btnExit());
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsEditorTest, SavingForAnUnknownConfigurationIsAnError) {
+  makeSite();
+  open(7);
+  editor.TmrFieldChange();
+  for (const ControlDesign& control : controls()) {
+    if (control.kind == Kind::List) editor.form[control.control].position = 0;
+  }
+  type(txtDescription, L"Nobody");
+  try {
+    editor.btnSave();
+    FAIL();
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(91, error.number());
+  }
+  EXPECT_EQ(L"3", count());
+}
+
+TEST_F(SettingsEditorTest, SavingWithoutAnEditWritesNothing) {
+  makeSite();
+  open(5);
+  site.run(L"update Interface_PACS_cfg set description = 'elsewhere' where config_id = 5");
+  editor.btnSave();
+  EXPECT_EQ(L"elsewhere", description(5));
+  EXPECT_EQ(L"0", site.value(L"select count(*) from System_offline_db_updates"));
+}
+
+TEST_F(SettingsEditorTest, SavingAnEditUpdatesTheRowTheHostAndTheList) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"O'Neil");
+  type(txtPort, L"104");
+  editor.deleteEnabled = false;
+  editor.btnSave();
+  EXPECT_EQ(L"O'Neil", description(5));
+  EXPECT_EQ(L"104", site.value(L"select flag6 from Interface_PACS_cfg where config_id = 5"));
+  EXPECT_EQ(L"42", site.value(L"select last_user_id from Interface_PACS_cfg where config_id = 5"));
+  EXPECT_EQ(L"1", site.value(L"select count(*) from System_offline_db_updates"));
+  EXPECT_EQ(L"O'Neil", hostDescription(5));
+  EXPECT_EQ(1, listRefreshes);
+  EXPECT_EQ(L"5 - O'Neil", editor.rows.cell(1, ConfigurationRows::kConfiguration));
+  EXPECT_EQ(1u, editor.selectedRow);
+  EXPECT_TRUE(editor.deleteEnabled);
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsEditorTest, TheHostGetsACopyThatLaterEditsDoNotTouch) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Once");
+  editor.btnSave();
+  const auto handedOver = host->m_colPACSConfig;
+  type(txtDescription, L"Twice");
+  editor.btnSave();
+  EXPECT_NE(handedOver, host->m_colPACSConfig);
+  EXPECT_EQ(L"Once", handedOver->Item(handedOver->GetItemNumber(5))->Description);
+  EXPECT_EQ(L"Twice", hostDescription(5));
+}
+
+TEST_F(SettingsEditorTest, AFailedCheckWritesNothing) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"default");
+  editor.btnSave();
+  ASSERT_EQ(1u, messages.size());
+  EXPECT_EQ(L"Five", description(5));
+  EXPECT_EQ(0, listRefreshes);
+}
+
+TEST_F(SettingsEditorTest, EveryFailedCheckIsShownAsANotice) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"");
+  selectCode(editor.form, cmbVendorType, vendor::kTcpIp);
+  editor.btnSave();
+  ASSERT_EQ(2u, messages.size());
+  expectAsked(kBlankDescription, Buttons::Ok);
+  EXPECT_EQ(L"TCP/IP Port is not valid.  Please enter a port number between 1 and 65000.",
+            messages[1].text);
+}
+
+TEST_F(SettingsEditorTest, APortThatIsNotUsedIsSilentlyReset) {
+  makeSite();
+  open(5);
+  type(txtPort, L"abc");
+  editor.btnSave();
+  EXPECT_EQ(L"0", editor.form[txtPort].text);
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsEditorTest, APortThatDoesNotFitIsAnErrorAndNothingIsWritten) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Changed");
+  type(txtPort, L"99999999999999999999");
+  try {
+    editor.btnSave();
+    FAIL();
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(6, error.number());
+  }
+  EXPECT_EQ(L"Five", description(5));
+  EXPECT_EQ(L"Changed", editor.form[txtDescription].text);
+  EXPECT_EQ(L"99999999999999999999", editor.form[txtPort].text);
+  type(txtPort, L"7");
+  editor.btnSave();
+  EXPECT_EQ(L"Changed", description(5));
+}
+
+TEST_F(SettingsEditorTest, AStatementThatFailsLeavesTheEditsToBeSavedOnceMore) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Changed");
+  type(txtContextXML, L"o'clock");
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  EXPECT_EQ(L"Five", description(5));
+  EXPECT_EQ(L"Five", hostDescription(5));
+  EXPECT_EQ(L"o'clock", editor.form[txtContextXML].text);
+  type(txtContextXML, L"clock");
+  editor.btnSave();
+  EXPECT_EQ(L"Changed", description(5));
+}
+
+TEST_F(SettingsEditorTest, NewOffersDefaultsUnderNoIdentifier) {
+  makeSite();
+  open(5);
+  editor.firstTabWanted = false;
+  editor.descriptionFocusWanted = false;
+  editor.btnNew();
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(0, editor.currentID());
+  EXPECT_EQ(std::nullopt, editor.selectedRow);
+  EXPECT_FALSE(editor.deleteEnabled);
+  EXPECT_TRUE(editor.firstTabWanted);
+  EXPECT_TRUE(editor.descriptionFocusWanted);
+  EXPECT_TRUE(editor.rulesWanted);
+  EXPECT_TRUE(isBlank(editor.form));
+}
+
+TEST_F(SettingsEditorTest, ANewConfigurationIsInsertedUnderTheNextIdentifier) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  editor.btnSave();
+  EXPECT_EQ(L"Ten", description(10));
+  EXPECT_EQ(10, editor.currentID());
+  EXPECT_FALSE(editor.isNew());
+  EXPECT_EQ(3u, editor.selectedRow);
+  EXPECT_TRUE(editor.deleteEnabled);
+  EXPECT_EQ(L"Ten", hostDescription(10));
+  type(txtDescription, L"Ten again");
+  editor.btnSave();
+  EXPECT_EQ(L"Ten again", description(10));
+  EXPECT_EQ(L"4", count());
+}
+
+TEST_F(SettingsEditorTest, AFailedInsertLeavesANewConfiguration) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  type(txtCloseDictation, L"o'clock");
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(L"3", count());
+  type(txtCloseDictation, L"");
+  editor.btnSave();
+  EXPECT_EQ(L"Ten", description(10));
+}
+
+TEST_F(SettingsEditorTest, ABlankNewConfigurationIsGivenUpWithoutAQuestion) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  settle();
+  editor.rowClicked(2);
+  EXPECT_TRUE(messages.empty());
+  EXPECT_FALSE(editor.isNew());
+  EXPECT_TRUE(editor.deleteEnabled);
+  EXPECT_EQ(9, editor.currentID());
+  EXPECT_EQ(L"Nine", editor.form[txtDescription].text);
+  EXPECT_EQ(2u, editor.selectedRow);
+}
+
+TEST_F(SettingsEditorTest, ARowClickWithoutEditsShowsTheOtherConfiguration) {
+  makeSite();
+  open(5);
+  editor.rowClicked(0);
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(1, editor.currentID());
+  EXPECT_FALSE(editor.form[txtDescription].enabled);
+  EXPECT_TRUE(editor.rulesWanted);
+}
+
+TEST_F(SettingsEditorTest, ARowClickAnsweredYesSavesAndMovesOn) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Changed");
+  answers = {Answer::Yes};
+  editor.rowClicked(2);
+  expectAsked(kSaveQuestion, Buttons::YesNoCancel);
+  EXPECT_EQ(L"Changed", description(5));
+  EXPECT_EQ(9, editor.currentID());
+  EXPECT_EQ(2u, editor.selectedRow);
+  EXPECT_EQ(L"5 - Changed", editor.rows.cell(1, ConfigurationRows::kConfiguration));
+}
+
+TEST_F(SettingsEditorTest, ARowClickAnsweredNoDropsTheEdits) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Changed");
+  answers = {Answer::No};
+  editor.rowClicked(2);
+  EXPECT_EQ(L"Five", description(5));
+  EXPECT_EQ(9, editor.currentID());
+  editor.rowClicked(1);
+  EXPECT_EQ(L"Five", editor.form[txtDescription].text);
+  EXPECT_EQ(1u, messages.size());
+}
+
+TEST_F(SettingsEditorTest, ARowClickAnsweredCancelJumpsBackToTheEditedRow) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Changed");
+  answers = {Answer::Cancel};
+  editor.rowClicked(2);
+  EXPECT_EQ(5, editor.currentID());
+  EXPECT_EQ(1u, editor.selectedRow);
+  EXPECT_EQ(L"Changed", editor.form[txtDescription].text);
+  EXPECT_EQ(L"Five", description(5));
+}
+
+TEST_F(SettingsEditorTest, ARowClickAnsweredYesJumpsBackWhenACheckFails) {
+  makeSite();
+  open(5);
+  type(txtDescription, L" ");
+  answers = {Answer::Yes};
+  editor.rowClicked(2);
+  ASSERT_EQ(2u, messages.size());
+  EXPECT_EQ(kBlankDescription, messages[1].text);
+  EXPECT_EQ(5, editor.currentID());
+  EXPECT_EQ(1u, editor.selectedRow);
+}
+
+TEST_F(SettingsEditorTest, ARowClickAnsweredYesJumpsBackWhenTheStatementFails) {
+  makeSite();
+  open(5);
+  type(txtContextXML, L"o'clock");
+  answers = {Answer::Yes};
+  EXPECT_THROW(editor.rowClicked(2), RunTimeError);
+  EXPECT_EQ(5, editor.currentID());
+  EXPECT_EQ(1u, editor.selectedRow);
+  EXPECT_EQ(L"o'clock", editor.form[txtContextXML].text);
+}
+
+TEST_F(SettingsEditorTest, LeavingANewConfigurationAsksAndCanBeAnsweredEveryWay) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+
+  answers = {Answer::Cancel};
+  editor.rowClicked(2);
+  expectAsked(kNewQuestion, Buttons::YesNoCancel);
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(std::nullopt, editor.selectedRow);
+  EXPECT_EQ(L"Ten", editor.form[txtDescription].text);
+
+  type(txtDescription, L"five");
+  answers = {Answer::Yes};
+  editor.rowClicked(2);
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(std::nullopt, editor.selectedRow);
+  EXPECT_EQ(L"3", count());
+
+  type(txtDescription, L"Ten");
+  answers = {Answer::Yes};
+  editor.rowClicked(2);
+  EXPECT_FALSE(editor.isNew());
+  EXPECT_EQ(L"Ten", description(10));
+  EXPECT_EQ(9, editor.currentID());
+  EXPECT_EQ(2u, editor.selectedRow);
+  EXPECT_EQ(4u, editor.rows.rowCount());
+}
+
+TEST_F(SettingsEditorTest, ANewConfigurationAnsweredNoIsDropped) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  answers = {Answer::No};
+  EXPECT_TRUE(editor.btnExit());
+  EXPECT_EQ(L"3", count());
+  EXPECT_FALSE(editor.isNew());
+  EXPECT_TRUE(editor.deleteEnabled);
+}
+
+TEST_F(SettingsEditorTest, NewAsksAboutUnsavedEdits) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Changed");
+  answers = {Answer::Cancel};
+  editor.btnNew();
+  expectAsked(kSaveQuestion, Buttons::YesNoCancel);
+  EXPECT_FALSE(editor.isNew());
+  EXPECT_EQ(5, editor.currentID());
+  EXPECT_TRUE(editor.deleteEnabled);
+  answers = {Answer::Yes};
+  editor.btnNew();
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(L"Changed", description(5));
+  EXPECT_EQ(std::nullopt, editor.selectedRow);
+}
+
+TEST_F(SettingsEditorTest, ExitHandsTheConfigurationsOverAndRefreshesTheList) {
+  makeSite();
+  open(5);
+  const auto before = host->m_colPACSConfig;
+  EXPECT_TRUE(editor.btnExit());
+  EXPECT_NE(before, host->m_colPACSConfig);
+  EXPECT_EQ(1, listRefreshes);
+  EXPECT_EQ(4u, host->m_colPACSConfig->ColPACSConfigs->count());
+}
+
+TEST_F(SettingsEditorTest, ExitStaysWhenItsQuestionIsCancelled) {
+  makeSite();
+  open(5);
+  type(txtCloseDictation, L"x");
+  const auto before = host->m_colPACSConfig;
+  answers = {Answer::Cancel};
+  EXPECT_FALSE(editor.btnExit());
+  EXPECT_EQ(before, host->m_colPACSConfig);
+  EXPECT_EQ(0, listRefreshes);
+}
+
+TEST_F(SettingsEditorTest, TheFirstRowCannotBeDeleted) {
+  makeSite();
+  open(1);
+  editor.btnDelete();
+  expectAsked(kNotDefault, Buttons::Ok);
+  EXPECT_EQ(L"3", count());
+}
+
+TEST_F(SettingsEditorTest, TheOnlyRowCannotBeDeletedWhateverItsIdentifier) {
+  addSettled(7, L"Seven");
+  open(7);
+  editor.btnDelete();
+  expectAsked(kNotDefault, Buttons::Ok);
+  EXPECT_EQ(L"1", count());
+}
+
+TEST_F(SettingsEditorTest, WithoutARowDeleteDoesNothing) {
+  open(0);
+  editor.btnDelete();
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsEditorTest, AConfigurationInUseIsRefusedBeforeTheQuestion) {
+  makeSite();
+  open(9);
+  editor.btnDelete();
+  ASSERT_EQ(1u, messages.size());
+  expectAsked(kInUse, Buttons::Ok);
+  EXPECT_EQ(L"3", count());
+}
+
+TEST_F(SettingsEditorTest, DeleteAnsweredNoKeepsTheConfiguration) {
+  makeSite();
+  open(5);
+  answers = {Answer::No};
+  editor.btnDelete();
+  expectAsked(kSure, Buttons::YesNo);
+  EXPECT_EQ(L"3", count());
+  EXPECT_EQ(5, editor.currentID());
+}
+
+TEST_F(SettingsEditorTest, DeleteAnsweredYesShowsTheFirstConfiguration) {
+  makeSite();
+  open(5);
+  editor.descriptionFocusWanted = false;
+  answers = {Answer::Yes};
+  editor.btnDelete();
+  EXPECT_EQ(L"0", site.value(L"select count(*) from Interface_PACS_cfg where config_id = 5"));
+  EXPECT_EQ(2u, editor.rows.rowCount());
+  EXPECT_EQ(0u, editor.selectedRow);
+  EXPECT_EQ(1, editor.currentID());
+  EXPECT_EQ(L"Default", editor.form[txtDescription].text);
+  EXPECT_TRUE(editor.descriptionFocusWanted);
+  EXPECT_EQ(L"<none>", hostDescription(5));
+  EXPECT_EQ(1, listRefreshes);
+  EXPECT_EQ(1, dialogRefreshes);
+}
+
+TEST_F(SettingsEditorTest, ADeleteThatFailsIsReportedAndKeepsTheConfiguration) {
+  makeSite();
+  open(5);
+  site.run(
+      L"create trigger keep before delete on Interface_PACS_cfg "
+      L"begin select raise(abort, 'kept'); end");
+  answers = {Answer::Yes};
+  editor.btnDelete();
+  ASSERT_EQ(2u, messages.size());
+  EXPECT_TRUE(messages[1].text.starts_with(L"Error Deleting configID = 5 from the DB. \r\n"));
+  EXPECT_EQ(3u, editor.rows.rowCount());
+  EXPECT_EQ(L"Five", hostDescription(5));
+}
+
+TEST_F(SettingsEditorTest, TickingTheMappingBoxSelectsTheFirstPair) {
+  makeSite();
+  open(5);
+  editor.form[chkUserLogon].ticked = true;
+  editor.chkUserLogonClicked();
+  EXPECT_EQ(1, getUserLogonMappingValue(editor.form));
+  EXPECT_TRUE(editor.form[radLogonMapPACS_0].ticked);
+  EXPECT_TRUE(editor.form[radLogonMapCorvane_0].ticked);
+  EXPECT_FALSE(editor.rulesWanted);
+  editor.form[chkUserLogon].ticked = false;
+  editor.chkUserLogonClicked();
+  EXPECT_FALSE(editor.form[radLogonMapPACS_0].enabled);
+}
+
+TEST_F(SettingsEditorTest, AStoredCustomFormatWithoutFilesFallsBackAndIsNotSaved) {
+  addSettled(1, L"Default");
+  addConfiguration(2,
+                   L"pacs_type = 7, description = 'Custom', pacs_request_password = 1, "
+                   L"flag10 = 11");
+  connect();
+  host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+  host->m_colPACSConfig->GetPACSConfigurations();
+  editor.load();
+  editor.ShowPACSSettings(2);
+  expectPlainBox(
+      L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.  Vendor "
+      L"Format reset to '<None>'.");
+  settle();
+  EXPECT_EQ(1u, messages.size());
+  EXPECT_EQ(0, editor.form[cmbVendorType].position);
+  EXPECT_EQ(L"7", site.value(L"select pacs_type from Interface_PACS_cfg where config_id = 2"));
+}
+
+TEST_F(SettingsEditorTest, AChosenCustomFormatWithoutFilesFallsBackWithTheShortMessage) {
+  makeSite();
+  open(5);
+  selectCode(editor.form, cmbVendorType, vendor::kHmi);
+  editor.TmrFieldChange();
+  expectPlainBox(L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.");
+  EXPECT_EQ(0, editor.form[cmbVendorType].position);
+}
+
+TEST_F(SettingsEditorTest, StandAloneModeOpensBlankAndKeepsANewConfigurationInMemoryOnly) {
+  host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+  host->m_colPACSConfig->AddIntitialConfig();
+  host->m_colWorkstation = std::make_shared<colWorkstation>();
+  g_blnUseOfflineDB = true;
+  editor.load();
+  editor.ShowPACSSettings(0);
+  EXPECT_TRUE(editor.isNew());
+  type(txtDescription, L"Memory");
+  editor.btnSave();
+  EXPECT_EQ(L"Memory", hostDescription(1));
+  EXPECT_EQ(L"0", count());
+}
+
+TEST_F(SettingsEditorTest, AnIdentifierTakenInStandAloneModeIsAnErrorThatKeepsTheEdits) {
+  addSettled(1, L"Default");
+  connect();
+  host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+  host->m_colPACSConfig->GetPACSConfigurations();
+  DisconnectDatabase();
+  editor.load();
+  editor.ShowPACSSettings(0);
+  EXPECT_TRUE(editor.isNew());
+  type(txtDescription, L"Memory");
+  try {
+    editor.btnSave();
+    FAIL();
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(457, error.number());
+  }
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(L"Memory", editor.form[txtDescription].text);
+  EXPECT_EQ(L"Default", hostDescription(1));
+}
+
+TEST_F(SettingsEditorTest, UnloadingForgetsEverything) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  editor.unload();
+  EXPECT_EQ(0u, editor.rows.rowCount());
+  EXPECT_FALSE(editor.isNew());
+  EXPECT_EQ(0, editor.currentID());
+  EXPECT_TRUE(editor.deleteEnabled);
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test

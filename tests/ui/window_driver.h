@@ -1,0 +1,53 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Drives the component's windows by their control ids, from another thread than theirs.
+namespace tlpacscfg::test {
+
+/// Asks again and again until the answer is yes; throws std::runtime_error when it never is.
+void waitUntil(const std::function<bool()>& condition, const std::string& what);
+
+/// The visible top-level window of this process with that caption, waited for.
+HWND windowNamed(const std::wstring& title);
+bool isShown(const std::wstring& title);
+
+/// The control anywhere inside the window; throws when there is none.
+HWND controlOf(HWND window, int id);
+
+std::wstring textOf(HWND control);
+
+/// As the user does it: the control's parent hears of it.
+void click(HWND window, int id);
+void choose(HWND window, int comboId, int position);
+void type(HWND window, int editId, const std::wstring& text);
+
+/// Queues a key for the control that has the focus in the window's thread.
+void pressKey(HWND window, WORD virtualKey);
+/// Queues Alt and a letter.
+void pressMnemonic(HWND window, wchar_t letter);
+HWND focusOf(HWND window);
+
+std::vector<std::wstring> entriesOf(HWND combo);
+
+namespace list_view {
+int rowCount(HWND list);
+std::wstring cell(HWND list, int row, int column);
+/// The texts of a column from top to bottom.
+std::vector<std::wstring> column(HWND list, int index);
+int selectedRow(HWND list);
+void selectRow(HWND list, int row);
+int columnWidth(HWND list, int column);
+std::wstring header(HWND list, int column);
+/// With the mouse, in the middle of the header.
+void clickHeader(HWND list, int column);
+/// With the mouse, on the row's text in the column.
+void clickRow(HWND list, int row, int column);
+void doubleClickRow(HWND list, int row, int column);
+}  // namespace list_view
+
+}  // namespace tlpacscfg::test

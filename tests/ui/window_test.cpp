@@ -1,0 +1,41 @@
+#include "ui/window_test.h"
+
+#include <exception>
+#include <thread>
+
+#include "data/database.h"
+#include "ui/show_form.h"
+
+namespace tlpacscfg::test {
+
+WindowTest::WindowTest() { config_->settings->SQLDSN = L"TlTestSite"; }
+
+WindowTest::~WindowTest() { DisconnectDatabase(); }
+
+void WindowTest::initialise() { ASSERT_TRUE(config_->Init()); }
+
+std::uint8_t WindowTest::showWhile(const std::function<void(HWND)>& script) {
+  const DWORD windowThread = GetCurrentThreadId();
+  std::string failure;
+  std::thread driver([&] {
+    try {
+      script(windowNamed(kListTitle));
+    } catch (const std::exception& error) {
+      failure = error.what();
+    }
+    if (isShown(kListTitle)) {
+      if (failure.empty()) failure = "the script left the list window open";
+      PostThreadMessageW(windowThread, WM_QUIT, 0, 0);
+    }
+  });
+  const std::uint8_t result = ShowForm(config_);
+  driver.join();
+  if (!failure.empty()) {
+    MSG message;
+    PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    ADD_FAILURE() << failure;
+  }
+  return result;
+}
+
+}  // namespace tlpacscfg::test
