@@ -1,0 +1,128 @@
+#include <gmock/gmock.h>
+
+#include "data/database.h"
+#include "wire/wire_test.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class WireLoginTest : public WireTest {
+ protected:
+  /// The box of a failed or timed-out login, whatever the driver says about it.
+  void expectTimeOutBox(const std::wstring& said) const {
+    ASSERT_EQ(messages.size(), 1U);
+    const std::wstring& text = messages[0].text;
+    EXPECT_THAT(text, ::testing::HasSubstr(said));
+    EXPECT_THAT(text, ::testing::EndsWith(L"\r\n-2147467259\r\nSQL Timeout, Please try again."));
+    expectPlainBox(text);
+  }
+};
+
+TEST_F(WireLoginTest, TheServerSeesLoginPasswordApplicationAndDatabase) {
+  config.SqlUserName = L"talora_admin";
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), ElementsAre(login(L"talora_admin", L"geheim", L"Talora")));
+  EXPECT_TRUE(g_blnSqlConnected);
+}
+
+TEST_F(WireLoginTest, WithoutAUserNameTheLoginIsSa) {
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
+  EXPECT_EQ(g_strSqlUser, L"sa");
+}
+
+TEST_F(WireLoginTest, ThePasswordIsSentWithoutTheBlanksAroundIt) {
+  config.Password = L"  two words  ";
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), ElementsAre(login(L"sa", L"two words", L"Talora")));
+}
+
+TEST_F(WireLoginTest, NamesAndPasswordsMayHoldAnyLetter) {
+  config.SqlUserName = L"Jürgen";
+  config.Password = L"Łódź-€";
+  config.SqlDbName = L"Zürich";
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), ElementsAre(login(L"Jürgen", L"Łódź-€", L"Zürich")));
+}
+
+TEST_F(WireLoginTest, AnEmptyPasswordIsSentEmpty) {
+  config.Password.clear();
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), ElementsAre(login(L"sa", L"", L"Talora")));
+}
+
+TEST_F(WireLoginTest, ADataSourceThatIsNotRegisteredLeavesServerAndDatabaseInCharge) {
+  config.SQLDSN = L"TlNowhereRegistered";
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
+}
+
+TEST_F(WireLoginTest, ASecondConnectWhileConnectedDoesNotLogInAgain) {
+  connect();
+  logOn();
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(newRecord(), IsEmpty());
+  EXPECT_EQ(log(), "");
+}
+
+TEST_F(WireLoginTest, AfterDisconnectingTheNextConnectLogsInAgain) {
+  connect();
+  DisconnectDatabase();
+  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(newRecord(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
+}
+
+TEST_F(WireLoginTest, ARefusedLoginShowsTheTimeOutBox) {
+  refuseLogin(18456, L"Login failed for user 'sa'.");
+  EXPECT_FALSE(ConnectToDatabase(config));
+  EXPECT_FALSE(g_blnSqlConnected);
+  expectTimeOutBox(L"Login failed for user 'sa'.");
+}
+
+TEST_F(WireLoginTest, AServerThatDoesNotAnswerIsGivenUpAtTheLoginTimeOut) {
+  stallLogin();
+  config.SqlTimeout = 1;
+  EXPECT_FALSE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
+  expectTimeOutBox(L"");
+}
+
+TEST_F(WireLoginTest, AServerThatHangsUpShowsTheTimeOutBox) {
+  hangUpAtLogin();
+  EXPECT_FALSE(ConnectToDatabase(config));
+  expectTimeOutBox(L"");
+}
+
+TEST_F(WireLoginTest, TheBoxNeverShowsThePassword) {
+  refuseLogin(18456, L"Login failed for user 'sa'.");
+  EXPECT_FALSE(ConnectToDatabase(config));
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_THAT(messages[0].text, ::testing::Not(::testing::HasSubstr(L"geheim")));
+}
+
+TEST_F(WireLoginTest, AnyOtherFailureShowsTheBoxWithoutTheConnectString) {
+  // Registered, but the driver manager knows nothing of it.
+  registerDataSource(L"TlNoDriver", L"Talora");
+  config.SQLDSN = L"TlNoDriver";
+  EXPECT_FALSE(ConnectToDatabase(config));
+  EXPECT_THAT(record(), IsEmpty());
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_THAT(messages[0].text, ::testing::StartsWith(L"Err.Description= IM002: "));
+  EXPECT_THAT(messages[0].text,
+              ::testing::EndsWith(L"\r\nErr.Number 40002\r\nADO connection String "));
+  expectPlainBox(messages[0].text);
+}
+
+TEST_F(WireLoginTest, AFailedConnectCanBeTriedAgain) {
+  refuseLogin(18456, L"Login failed for user 'sa'.");
+  EXPECT_FALSE(ConnectToDatabase(config));
+  acceptLogin();
+  EXPECT_TRUE(ConnectToDatabase(config));
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test

@@ -1,0 +1,61 @@
+"""What the stand-in answers. The script is a JSON file, read anew for every connection:
+
+{
+  "login": "stall"                        says nothing until the client gives up
+         | "close"                        hangs up
+         | {"number": N, "text": T},      refuses the login
+  "answers": [                            the first whose "to" the batch begins with
+    {"to": T, "columns": [[NAME, TYPE]...], "rows": [[VALUE...]...],
+     "closes": true},                     hangs up behind the rows
+    {"to": T, "fails": {"statement": N, "number": N, "text": T,
+     "undoes": true}}                     undoes the transaction by itself
+  ]
+}
+
+Statements that change rows need no answer: each reports one row. Anything else is an error.
+"""
+import json
+import os
+import re
+
+import tds
+
+
+class Script:
+    def __init__(self, path):
+        self.login = None
+        self.answers = []
+        if os.path.exists(path):
+            with open(path, encoding="utf-8") as file:
+                script = json.load(file)
+            self.login = script.get("login")
+            self.answers = script.get("answers", [])
+
+    def answer_to(self, text):
+        for answer in self.answers:
+            if text.startswith(answer["to"]):
+                return answer
+        return {}
+
+
+def statement_count(text):
+    return len(re.findall(r"^\s*(?:INSERT|UPDATE|DELETE)\b", text, re.IGNORECASE | re.MULTILINE))
+
+
+def rows_reply(answer):
+    content = tds.columns_metadata(answer["columns"])
+    for values in answer["rows"]:
+        content += tds.row(answer["columns"], values)
+    return content
+
+
+def changes_reply(count, failure):
+    """One outcome for each statement; a failing one ends the batch."""
+    content = b""
+    for number in range(1, count + 1):
+        more = tds.DONE_MORE if number < count else 0
+        if failure and number == failure["statement"]:
+            content += tds.error(failure["number"], failure["text"])
+            return content + tds.done(tds.DONE_ERROR)
+        content += tds.done(tds.DONE_COUNT | more, 1)
+    return content

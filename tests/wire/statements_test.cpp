@@ -1,0 +1,292 @@
+#include <gmock/gmock.h>
+
+#include "config/pacs_configurations.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "data/workstation_key.h"
+#include "wire/wire_test.h"
+#include "workstation/workstation.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const wchar_t* kOfflineMark =
+    L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)";
+
+constexpr const wchar_t* kLoadConfigurations =
+    L"Select config_id, pacs_type, description, request_filename, response_filename, "
+    L"bidirectional, response_for_paused_jobs, response_for_aborted_jobs, "
+    L"response_for_nonrequests, ins_ovr_before_pacs, user_mapping_option, pacs_request_password, "
+    L"pacs_response_password, last_user_id, last_change_date, flag1, string1, string2, flag2, "
+    L"flag3, flag4, flag5, flag6, flag7, flag8, flag9, flag10, flag11, string4, string3, flag12, "
+    L"flag13, flag14, flag15, flag16, string5, flag17, flag18\r\n"
+    L" from Interface_PACS_cfg order by config_id";
+
+constexpr const wchar_t* kLoadWorkstations =
+    L"select p.pc_name,key_value = (select key_value from system_workstation_cfg where key_name = "
+    L"'PACSConfig' and pc_name = p.pc_name), access_string, p.flag2 from system_pc_names p";
+
+const WireColumns kWorkstationColumns = {{"pc_name", "nvarchar(50)"},
+                                         {"key_value", "nvarchar(255)"},
+                                         {"access_string", "nvarchar(255)"},
+                                         {"flag2", "smallint"}};
+
+const WireColumns kConfigurationColumns = {{"config_id", "smallint"},
+                                           {"pacs_type", "smallint"},
+                                           {"description", "nvarchar(255)"},
+                                           {"request_filename", "nvarchar(255)"},
+                                           {"response_filename", "nvarchar(2000)"},
+                                           {"bidirectional", "smallint"},
+                                           {"response_for_paused_jobs", "smallint"},
+                                           {"response_for_aborted_jobs", "smallint"},
+                                           {"response_for_nonrequests", "smallint"},
+                                           {"ins_ovr_before_pacs", "smallint"},
+                                           {"user_mapping_option", "smallint"},
+                                           {"pacs_request_password", "smallint"},
+                                           {"pacs_response_password", "smallint"},
+                                           {"last_user_id", "int"},
+                                           {"last_change_date", "datetime"},
+                                           {"flag1", "smallint"},
+                                           {"string1", "nvarchar(255)"},
+                                           {"string2", "nvarchar(255)"},
+                                           {"flag2", "smallint"},
+                                           {"flag3", "smallint"},
+                                           {"flag4", "smallint"},
+                                           {"flag5", "smallint"},
+                                           {"flag6", "int"},
+                                           {"flag7", "smallint"},
+                                           {"flag8", "smallint"},
+                                           {"flag9", "smallint"},
+                                           {"flag10", "smallint"},
+                                           {"flag11", "smallint"},
+                                           {"string4", "nvarchar(255)"},
+                                           {"string3", "nvarchar(255)"},
+                                           {"flag12", "smallint"},
+                                           {"flag13", "smallint"},
+                                           {"flag14", "smallint"},
+                                           {"flag15", "smallint"},
+                                           {"flag16", "smallint"},
+                                           {"string5", "nvarchar(255)"},
+                                           {"flag17", "smallint"},
+                                           {"flag18", "smallint"}};
+
+/// A row in load order whose later columns are all NULL.
+ProbeRow oldRow(const std::wstring& id, const std::wstring& description) {
+  ProbeRow row = {id,    L"7", description, L"C:\\req.xml", L"C:\\res.xml",
+                  L"-1", L"0", L"1",        L"0",           L"8",
+                  L"5",  L"1", L"2",        L"12",          L"2012-10-24T14:05:09",
+                  L"10"};
+  row.resize(38);
+  return row;
+}
+
+using WireStatementTest = WireTest;
+
+TEST_F(WireStatementTest, TheConnectionTestAsksForTheTime) {
+  answerTestStatement();
+  connect();
+  EXPECT_TRUE(TestDatabaseConnection());
+  EXPECT_THAT(newRecord(), ElementsAre(batch(L"SELECT GetDate()")));
+}
+
+TEST_F(WireStatementTest, ConfigurationsAreLoadedWithOneStatement) {
+  ProbeRow full = oldRow(L"5", L"TCP/IP listener");
+  const wchar_t* const later[] = {L"map.xml",     L"7,11",
+                                  L"1",           L"1",
+                                  L"2",           L"0",
+                                  L"65000",       L"-1",
+                                  L"5",           L"35",
+                                  L"27",          L"2",
+                                  L"C:\\ctx.xml", L"Accession ID,Account",
+                                  L"0",           L"-1",
+                                  L"0",           L"1",
+                                  L"1",           L"C:\\close.xml",
+                                  L"10",          L"1"};
+  std::copy(std::begin(later), std::end(later), full.begin() + 16);
+  answer(L"Select ", kConfigurationColumns, {oldRow(L"3", L"Łódź – O'Neil \"old\""), full});
+  connect();
+
+  colPACSConfiguration configurations;
+  configurations.GetPACSConfigurations();
+
+  EXPECT_THAT(newRecord(), ElementsAre(batch(kLoadConfigurations)));
+  ASSERT_EQ(configurations.ColPACSConfigs->count(), 3U);
+  const clsPACSConfiguration& old = *configurations.Item(2);
+  EXPECT_EQ(old.configID, 3);
+  EXPECT_EQ(old.PACSType, 7);
+  EXPECT_EQ(old.Description, L"Łódź – O'Neil \"old\"");
+  EXPECT_EQ(old.BiDirectional, -1);
+  EXPECT_EQ(old.CofirmStartTrigger, 8);
+  EXPECT_EQ(old.ManualEntryTrigger, 10);
+  EXPECT_EQ(old.LastUpdateUserID, L"12");
+  EXPECT_THAT(old.LastUpdateDate, ::testing::StartsWith(L"2012-10-24 14:05:09"));
+  EXPECT_EQ(old.PollingDisplayField, 1);
+  EXPECT_EQ(old.Port, 0);
+  EXPECT_EQ(old.MultiAccessFields, L"");
+  const clsPACSConfiguration& recent = *configurations.Item(3);
+  EXPECT_EQ(recent.CustomXMLFile, L"map.xml");
+  EXPECT_EQ(recent.Port, 65000);
+  EXPECT_EQ(recent.DeleteFlag, -1);
+  EXPECT_EQ(recent.PollingDisplayField, 27);
+  EXPECT_EQ(recent.ContextXMLFile, L"C:\\ctx.xml");
+  EXPECT_EQ(recent.MultiAccessFields, L"Accession ID,Account");
+  EXPECT_EQ(recent.CloseDictationFile, L"C:\\close.xml");
+  EXPECT_EQ(recent.SendAbortOnFailedOpen, 1);
+}
+
+TEST_F(WireStatementTest, WorkstationsAreLoadedWithOneStatement) {
+  answer(L"select p.pc_name", kWorkstationColumns,
+         {{L" READ-01 ", L"12", L"A1", L"1"},
+          {L"RÖNTGEN-1", std::nullopt, std::nullopt, L"0"},
+          {L"READ-03", L"0", L"", L"-1"}});
+  connect();
+
+  colWorkstation workstations;
+  workstations.GetWorkstationsList();
+
+  EXPECT_THAT(newRecord(), ElementsAre(batch(kLoadWorkstations)));
+  EXPECT_THAT(messages, IsEmpty());
+  ASSERT_EQ(workstations.ColWorkStations->count(), 3U);
+  EXPECT_EQ(workstations.Item(1)->WorkStation, L"READ-01");
+  EXPECT_EQ(workstations.Item(1)->configID, 12);
+  EXPECT_EQ(workstations.Item(2)->WorkStation, L"RÖNTGEN-1");
+  EXPECT_EQ(workstations.Item(2)->configID, 0);
+  EXPECT_EQ(workstations.Item(3)->configID, 0);
+  EXPECT_EQ(workstations.Item(3)->Flag2, -1);
+}
+
+TEST_F(WireStatementTest, MoreRowsThanOneBlockHoldsAreAllLoaded) {
+  ProbeRows rows;
+  for (int i = 0; i < 5000; ++i) {
+    rows.push_back({L"PC-" + std::to_wstring(i), std::to_wstring(i % 100), L"", L"1"});
+  }
+  answer(L"select p.pc_name", kWorkstationColumns, rows);
+  connect();
+  colWorkstation workstations;
+  workstations.GetWorkstationsList();
+  ASSERT_EQ(workstations.ColWorkStations->count(), 5000U);
+  EXPECT_EQ(workstations.Item(5000)->WorkStation, L"PC-4999");
+  EXPECT_EQ(workstations.Item(5000)->configID, 99);
+}
+
+TEST_F(WireStatementTest, TheNextIdentifierComesFromTheLastRow) {
+  answer(L"select config_id ", {{"config_id", "smallint"}}, {{L"1"}, {L"2"}, {L"7"}});
+  connect();
+  colPACSConfiguration configurations;
+  EXPECT_EQ(configurations.GetNextConfigID(), 8);
+  EXPECT_THAT(
+      newRecord(),
+      ElementsAre(batch(L"select config_id \r\n from Interface_PACS_cfg \r\norder by config_id")));
+}
+
+TEST_F(WireStatementTest, AnExistingConfigurationIsUpdatedInATransactionOfItsOwn) {
+  g_objConfig = std::make_shared<HostSettings>(config);
+  connect();
+  clsPACSConfiguration record;
+  record.configID = 12;
+  record.Description = L"O'Neil – Zürich";
+  record.RequestFileName = L"C:\\o'neil.xml";
+  record.CustomXMLFile = L"map.xml";
+  record.BiDirectional = -1;
+  record.Port = 65000;
+  record.ExistingConfig = kTrue;
+  EXPECT_EQ(record.SaveConfiguration(), 0);
+
+  const std::wstring update =
+      L"UPDATE Interface_PACS_cfg\r\nSET pacs_type = 0,description = 'O''Neil – "
+      L"Zürich',request_filename = 'C:\\o''neil.xml',response_filename = '',bidirectional = "
+      L"-1,response_for_paused_jobs = 0,response_for_aborted_jobs = 0,response_for_nonrequests = "
+      L"0,ins_ovr_before_pacs = 0,flag1 = 0, user_mapping_option = 0,pacs_request_password = "
+      L"0,pacs_response_password = 0,last_user_id = 4711,last_change_date = '2026-01-05 "
+      L"09:08:07',string1 = 'map.xml', string2 = '', flag2 = 0, flag3 = 0, flag4 = 0, flag5 = 0, "
+      L"flag6 = 65000, flag7 = 0, flag8 = 0, flag9 = 0, flag10 = 0, flag11 = 0, string3 = '', "
+      L"string4 = '', flag12 = 0, flag13 = 0, flag14 = 0, flag15 = 0, flag16 = 0, string5 = '', "
+      L"flag17 = 0, flag18 = 0\r\nWHERE config_id = 12";
+  EXPECT_THAT(newRecord(),
+              ElementsAre(transaction("begin"), batch(update), transaction("commit"),
+                          transaction("begin"), batch(kOfflineMark), transaction("commit")));
+}
+
+TEST_F(WireStatementTest, ANewConfigurationIsInserted) {
+  connect();
+  clsPACSConfiguration record;
+  record.configID = 13;
+  record.LastUpdateUserID = L"7";
+  record.SaveConfiguration();
+
+  const std::wstring insert =
+      L"INSERT into Interface_PACS_cfg\r\n( config_id, pacs_type, description, request_filename, "
+      L"response_filename, bidirectional, response_for_paused_jobs, response_for_aborted_jobs, "
+      L"response_for_nonrequests, ins_ovr_before_pacs, flag1, user_mapping_option, "
+      L"pacs_request_password, pacs_response_password, last_user_id, last_change_date, string1, "
+      L"string2, flag2, flag3, flag4, flag5, flag6, flag7, flag8, flag9, flag10, flag11, string3, "
+      L"string4, flag12, flag13, flag14, flag15, flag16, string5, flag17, flag18)\r\n"
+      L"VALUES(13, 0, '', '', '', 0, 0, 0, 0, 0, 0, 0, 0, 0, '7', '2026-01-05 09:08:07', '', '', "
+      L"0, 0, 0, 0, 0, 0, 0, 0, 0, 0, '', '', 0, 0, 0, 0, 0, '', 0, 0)";
+  EXPECT_THAT(newRecord(),
+              ElementsAre(transaction("begin"), batch(insert), transaction("commit"),
+                          transaction("begin"), batch(kOfflineMark), transaction("commit")));
+}
+
+TEST_F(WireStatementTest, ADeletedConfigurationIsNamedInQuotes) {
+  connect();
+  colPACSConfiguration configurations;
+  auto record = std::make_shared<clsPACSConfiguration>();
+  record->configID = 7;
+  configurations.AddCurrenttoCollection(record);
+  configurations.RemoveConfig(7);
+  EXPECT_THAT(messages, IsEmpty());
+  EXPECT_EQ(configurations.ColPACSConfigs->count(), 0U);
+  const std::vector<std::string> told = newRecord();
+  EXPECT_THAT(told,
+              ::testing::Contains(batch(L"delete from interface_PACS_cfg where config_id = '7'")));
+  EXPECT_THAT(told, ::testing::Contains(batch(kOfflineMark)));
+}
+
+std::wstring assignment(const std::wstring& name, const std::wstring& configID) {
+  return L"DELETE FROM system_workstation_cfg\r\nWHERE pc_name = '" + name +
+         L"' and \r\napplication_id = 38 and \r\nkey_name = 'PACSConfig'\r\n\r\n"
+         L"INSERT into system_workstation_cfg\r\n"
+         L"(pc_name, application_id, key_name, key_value, user_id, flag1)\r\nVALUES('" +
+         name + L"', 38, 'PACSConfig', '" + configID + L"', -1, 0)\r\n\r\n";
+}
+
+TEST_F(WireStatementTest, AssignmentsGoOutAHundredToABatch) {
+  connect();
+  colWorkstation workstations;
+  std::wstring first;
+  for (std::int16_t i = 1; i <= 101; ++i) {
+    const std::wstring name = L"PC-" + std::to_wstring(i);
+    workstations.AddWS(i, name);
+    if (i <= 100) first += assignment(name, std::to_wstring(i));
+  }
+  workstations.SaveAllWorkStationSettings();
+  EXPECT_THAT(newRecord(), ElementsAre(transaction("begin"), batch(first), transaction("commit"),
+                                       transaction("begin"), batch(assignment(L"PC-101", L"101")),
+                                       transaction("commit"), transaction("begin"),
+                                       batch(kOfflineMark), transaction("commit")));
+}
+
+TEST_F(WireStatementTest, AWorkstationNameWithAQuoteIsSentAsItStands) {
+  connect();
+  colWorkstation workstations;
+  workstations.AddWS(0, L"O'BRIEN-PC");
+  workstations.SaveAllWorkStationSettings();
+  EXPECT_THAT(newRecord(), ::testing::Contains(batch(assignment(L"O'BRIEN-PC", L"0"))));
+}
+
+TEST_F(WireStatementTest, AWorkstationsRowIsAskedForInFiveLines) {
+  answer(L"select key_value ", {{"key_value", "nvarchar(255)"}}, {{L"7"}});
+  connect();
+  EXPECT_EQ(WorkstationConfigExists(L"READ-01"), 1);
+  EXPECT_THAT(newRecord(),
+              ElementsAre(batch(L"select key_value \r\nfrom System_Workstation_cfg\r\nwhere "
+                                L"pc_name = 'READ-01' and \r\napplication_id = 38 and \r\n"
+                                L"key_name = 'PACSConfig'")));
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test
