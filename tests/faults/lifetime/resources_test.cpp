@@ -1,0 +1,184 @@
+#include <windows.h>
+
+#include <exception>
+#include <iostream>
+#include <thread>
+
+#include "com/com_test.h"
+#include "faults/lifetime/hook_count.h"
+#include "faults/lifetime/usage.h"
+#include "ui/resource.h"
+#include "ui/window_driver.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+constexpr const wchar_t* kList = L"Workstation List";
+constexpr const wchar_t* kSettings = L"Corvane Expert Integration Settings";
+constexpr const wchar_t* kAssignment = L"Workstation Setting";
+
+BOOL CALLBACK countLabel(HWND window, LPARAM count) {
+  wchar_t name[16] = {};
+  GetClassNameW(window, name, 16);
+  if (std::wstring_view(name) == L"Static") ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+
+int labelsIn(HWND window) {
+  int count = 0;
+  EnumChildWindows(window, &countLabel, reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+/// A host that opens and closes the component's windows.
+class ResourcesTest : public ComSiteTest {
+ protected:
+  ResourcesTest() {
+    // Configurations that read back from the window as they are stored: nobody is asked to save.
+    for (int id = 1; id <= 2; ++id) {
+      addConfiguration(id, L"pacs_request_password = 1, flag10 = 11");
+    }
+    addWorkstation(L"PC-1");
+    assign(L"PC-1", L"'2'");
+  }
+
+  /// Runs ShowForm while another thread does the script with the list window's handle and closes
+  /// that window.
+  void show(const HostObject& component, const std::function<void(HWND)>& script) {
+    const DWORD thread = GetCurrentThreadId();
+    std::string failure;
+    std::thread user([&] {
+      try {
+        const HWND list = windowNamed(kList);
+        script(list);
+        click(list, IDC_frmPACSList_btnOk);
+      } catch (const std::exception& error) {
+        failure = error.what();
+        PostThreadMessageW(thread, WM_QUIT, 0, 0);
+      }
+    });
+    EXPECT_EQ(component.call(L"ShowForm").number(), 0);
+    user.join();
+    ASSERT_EQ(failure, "");
+  }
+};
+
+/// Wine's labels keep a block of memory for each of them; what belongs to the system is no growth
+/// of the component's.
+int blocksKeptByOneLabel() {
+  const auto makeLabels = [] {
+    const HFONT font = CreateFontW(-11, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0,
+                                   L"MS Shell Dlg 2");
+    const HWND parent = CreateWindowW(L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr,
+                                      nullptr, nullptr, nullptr);
+    for (int i = 0; i < 100; ++i) {
+      const HWND label =
+          CreateWindowW(L"STATIC", L"", WS_CHILD, 0, 0, 10, 10, parent, nullptr, nullptr, nullptr);
+      SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(font), 0);
+    }
+    DestroyWindow(parent);
+    DeleteObject(font);
+  };
+  makeLabels();
+  const int before = usageNow().heapBlocks;
+  makeLabels();
+  return (usageNow().heapBlocks - before + 50) / 100;
+}
+
+void expectNoGrowth(const Usage& before, const Usage& after, int labelsMade) {
+  std::cout << "before: " << before << "\nafter:  " << after << '\n';
+  const int systemBlocks = labelsMade * blocksKeptByOneLabel();
+  constexpr int kFew = 50;
+  constexpr std::size_t kBytes = 64 * 1024;
+  constexpr std::size_t kPages = 4 * 1024 * 1024;
+  EXPECT_LE(after.kernelHandles, before.kernelHandles + kFew);
+  EXPECT_LE(after.gdiObjects, before.gdiObjects + kFew);
+  EXPECT_EQ(after.windows, before.windows);
+  EXPECT_LE(after.menusAndIcons, before.menusAndIcons + kFew);
+  EXPECT_LE(after.heapBlocks, before.heapBlocks + systemBlocks + kFew);
+  EXPECT_LE(after.heapBytes, before.heapBytes + 32U * static_cast<unsigned>(systemBlocks) + kBytes);
+  EXPECT_LE(after.committedBytes, before.committedBytes + kPages);
+  EXPECT_LE(after.workingSet, before.workingSet + kPages);
+}
+
+constexpr int kWarmUp = 150;
+constexpr int kTimes = 1000;
+
+TEST_F(ResourcesTest, AThousandOpeningsOfTheListWindowLeaveNothingBehind) {
+  const HookCount hooks(host.component());
+  const HostObject component = initialised();
+  int labels = 0;
+  const auto open = [&] { show(component, [&](HWND list) { labels = labelsIn(list); }); };
+  for (int i = 0; i < kWarmUp; ++i) open();
+  const Usage before = usageNow();
+  for (int i = 0; i < kTimes; ++i) open();
+  expectNoGrowth(before, usageNow(), labels * kTimes);
+  EXPECT_EQ(HookCount::now(), 0);
+  EXPECT_GE(HookCount::ever(), kTimes);
+}
+
+TEST_F(ResourcesTest, AThousandOpeningsOfTheSettingsWindowLeaveNothingBehind) {
+  const HookCount hooks(host.component());
+  const HostObject component = initialised();
+  int labels = 0;
+  show(component, [&](HWND list) {
+    const auto open = [&] {
+      click(list, IDC_frmPACSList_cmdEditConfig);
+      const HWND settings = windowNamed(kSettings);
+      labels = labelsIn(settings);
+      click(settings, IDC_frmPACSSettings_btnExit);
+      waitUntil([&] { return !IsWindow(settings); }, "the settings window closes");
+    };
+    for (int i = 0; i < kWarmUp; ++i) open();
+    const Usage before = usageNow();
+    for (int i = 0; i < kTimes; ++i) open();
+    expectNoGrowth(before, usageNow(), labels * kTimes);
+  });
+  EXPECT_EQ(HookCount::now(), 0);
+}
+
+TEST_F(ResourcesTest, AThousandOpeningsOfTheAssignmentDialogLeaveNothingBehind) {
+  const HookCount hooks(host.component());
+  const HostObject component = initialised();
+  show(component, [&](HWND list) {
+    const auto open = [&] {
+      click(list, IDC_frmPACSList_cmdEditWorkstation);
+      const HWND dialog = windowNamed(kAssignment);
+      click(dialog, IDC_frmWorkstationSettings_cmdOK);
+      waitUntil([] { return !isShown(kAssignment); }, "the dialog closes");
+    };
+    for (int i = 0; i < kWarmUp; ++i) open();
+    const Usage before = usageNow();
+    for (int i = 0; i < kTimes; ++i) open();
+    expectNoGrowth(before, usageNow(), 0);
+  });
+  EXPECT_EQ(HookCount::now(), 0);
+}
+
+TEST_F(ResourcesTest, TenThousandObjectsLeaveNothingBehind) {
+  const auto create = [](int count) {
+    for (int i = 0; i < count; ++i) {
+      const HostObject component = HostObject::create(kConfig);
+      component.put(L"User_ID", i);
+    }
+  };
+  create(kWarmUp);
+  const Usage before = usageNow();
+  create(10'000);
+  expectNoGrowth(before, usageNow(), 0);
+  EXPECT_TRUE(host.mayUnload());
+}
+
+TEST_F(ResourcesTest, AThousandInitialisationsLeaveNothingBehind) {
+  const auto initialise = [&](int count) {
+    for (int i = 0; i < count; ++i) initialised();
+  };
+  initialise(kWarmUp);
+  const Usage before = usageNow();
+  initialise(kTimes);
+  expectNoGrowth(before, usageNow(), 0);
+  EXPECT_TRUE(host.mayUnload());
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test
