@@ -1,0 +1,67 @@
+#include "remote/client/client_test.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "data/tl_comm_client.h"
+#include "log/log_support.h"
+#include "support/registry.h"
+#include "support/win_handle.h"
+#include "tools/scratch.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+constexpr const wchar_t* kKey = L"SOFTWARE\\TlCommClient";
+
+}  // namespace
+
+void registerServer(const char* entryPoint) {
+  const UniqueHandle<HMODULE, FreeLibrary> module(
+      LoadLibraryW(platformPath(TL_CLIENT_DLL).c_str()));
+  if (!module) throw std::runtime_error("TlCommClient.dll cannot be loaded");
+  const FARPROC function = GetProcAddress(module.get(), entryPoint);
+  if (function == nullptr) throw std::runtime_error(std::string(entryPoint) + " is missing");
+  const auto call =
+      reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void (*)()>(function));
+  if (FAILED(call())) throw std::runtime_error(std::string(entryPoint) + " failed");
+}
+
+ClientTest::ClientTest() {
+  EXPECT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
+  registerServer("DllRegisterServer");
+  registry::deleteKey(registry::Root::CurrentUser, kKey);
+  config.SqlDbName = L"Talora";
+}
+
+ClientTest::~ClientTest() {
+  g_objTlCommClient.reset();
+  registry::deleteKey(registry::Root::CurrentUser, kKey);
+  CoUninitialize();
+}
+
+void ClientTest::set(const std::wstring& name, const std::wstring& value) {
+  ASSERT_TRUE(registry::createKey(registry::Root::CurrentUser, kKey));
+  ASSERT_TRUE(registry::write(registry::Root::CurrentUser, kKey, name, value));
+}
+
+ServiceClientTest::ServiceClientTest() {
+  set(L"Token", WineService::kToken);
+  set(L"Transport", L"http");
+}
+
+void ServiceClientTest::useService(int port, const std::wstring& timeout) {
+  config.TlCommClientHostIP = L"127.0.0.1";
+  config.TlCommClientHostPort = std::to_wstring(port);
+  config.TlCommClientTimeout = timeout;
+}
+
+void ServiceClientTest::connectClient() {
+  service.start();
+  useService(service.port());
+  const std::wstring file = std::exchange(g_strLogFile, std::wstring());
+  ASSERT_TRUE(ConnectTlCommClient(config)) << service.log();
+  g_strLogFile = file;
+}
+
+}  // namespace tlpacscfg::test

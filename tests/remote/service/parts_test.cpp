@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "service/directories.h"
+#include "service/options.h"
+#include "service/refusal.h"
+#include "tools/core_test.h"
+#include "tools/scratch.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using service::applyConfiguration;
+using service::FileQuery;
+using service::listFiles;
+using service::matchesPattern;
+using service::OptionError;
+using service::ServiceOptions;
+using service::SharedDirectory;
+
+TEST(PatternTest, StarsAndQuestionMarksStandForCharacters) {
+  const struct {
+    const wchar_t* name;
+    const wchar_t* pattern;
+    bool matches;
+  } cases[] = {
+      {L"a.xml", L"*.xml", true}, {L".xml", L"*.xml", true},   {L"a.xml.txt", L"*.xml", false},
+      {L"a.xml", L"a.xml", true}, {L"a.xml", L"?.xml", true},  {L"ab.xml", L"?.xml", false},
+      {L"a.xml", L"*", true},     {L"", L"*", true},           {L"", L"", true},
+      {L"", L"?", false},         {L"abc", L"a*c", true},      {L"abcbc", L"a*bc", true},
+      {L"abcbd", L"a*bc", false}, {L"abc", L"***", true},      {L"abc", L"abc*", true},
+      {L"a", L"", false},         {L"a.XML", L"*.xml", false}, {L"a+b", L"a+b", true},
+  };
+  for (const auto& [name, pattern, matches] : cases) {
+    EXPECT_EQ(matchesPattern(name, pattern), matches) << name << L" " << pattern;
+  }
+}
+
+TEST(PatternTest, ManyStarsTakeNoLongerThanTheTextIsLong) {
+  std::wstring pattern;
+  for (int i = 0; i < 100; ++i) pattern += L"*a";
+  EXPECT_FALSE(matchesPattern(std::wstring(250, L'a') + L"b", pattern));
+}
+
+class SharedDirectoryTest : public CoreTest {
+ protected:
+  SharedDirectoryTest() {
+    makeDirectory(scratchPath(L"root/Sub/Deeper"));
+    makeDirectory(scratchPath(L"outside"));
+    writeBytes(scratchPath(L"root/top.xml"), "");
+    writeBytes(scratchPath(L"root/Sub/below.xml"), "");
+    writeBytes(scratchPath(L"outside/secret.xml"), "");
+    std::filesystem::create_symlink(scratchUnixPath("outside"), scratchUnixPath("root/way-out"));
+    std::filesystem::create_symlink(scratchUnixPath("outside/secret.xml"),
+                                    scratchUnixPath("root/linked.xml"));
+  }
+
+  std::vector<std::wstring> list(const std::wstring& directory,
+                                 const std::wstring& pattern = L"*.xml") const {
+    return listFiles(shared, {.directory = directory, .pattern = pattern});
+  }
+
+  std::vector<SharedDirectory> shared = {{"Z:\\site", scratchUnixPath("root")}};
+};
+
+using Names = std::vector<std::wstring>;
+
+TEST_F(SharedDirectoryTest, WhatLiesBelowASharedDirectoryIsSharedToo) {
+  EXPECT_EQ(list(L"Z:\\site"), Names{L"top.xml"});
+  EXPECT_EQ(list(L"Z:\\site\\Sub"), Names{L"below.xml"});
+  EXPECT_EQ(list(L"z:/SITE//sub\\"), Names{L"below.xml"});
+  EXPECT_EQ(list(L"Z:\\site\\sub\\DEEPER"), Names{});
+}
+
+TEST_F(SharedDirectoryTest, NothingLeadsOutOfASharedDirectory) {
+  for (const wchar_t* directory :
+       {L"Z:\\site\\..\\outside", L"Z:\\site\\.\\Sub", L"Z:\\site\\way-out", L"Z:\\outside",
+        L"Z:\\site\\Sub\\..\\..\\outside", L"Z:\\site\\top.xml", L"Z:\\site\\C:\\",
+        L"\\\\host\\x"}) {
+    EXPECT_THROW(list(directory), service::Refusal) << directory;
+  }
+}
+
+TEST_F(SharedDirectoryTest, LinksAreNotListed) { EXPECT_EQ(list(L"Z:\\site"), Names{L"top.xml"}); }
+
+TEST_F(SharedDirectoryTest, TheDeepestSharedDirectoryAnswers) {
+  shared.push_back({"Z:\\site\\Sub", scratchUnixPath("outside")});
+  EXPECT_EQ(list(L"Z:\\site\\sub"), Names{L"secret.xml"});
+}
+
+TEST_F(SharedDirectoryTest, ANameOfExactlyThatCaseComesFirst) {
+  makeDirectory(scratchPath(L"root/SUB"));
+  writeBytes(scratchPath(L"root/SUB/other.xml"), "");
+  EXPECT_EQ(list(L"Z:\\site\\SUB"), Names{L"other.xml"});
+  EXPECT_THROW(list(L"Z:\\site\\sub"), service::Refusal) << "Either could be meant.";
+}
+
+TEST_F(SharedDirectoryTest, APatternIsOneForNames) {
+  EXPECT_EQ(list(L"Z:\\site", L"*.*"), Names{L"top.xml"});
+  for (const std::wstring& pattern :
+       {std::wstring(), std::wstring(L"Sub\\*"), std::wstring(L"../*"), std::wstring(256, L'*')}) {
+    EXPECT_THROW(list(L"Z:\\site", pattern), service::Refusal) << pattern;
+  }
+}
+
+TEST_F(SharedDirectoryTest, LetterCaseCountsWhenItIsAskedFor) {
+  const FileQuery query = {.directory = L"Z:\\site", .pattern = L"*.XML", .ignoreCase = false};
+  EXPECT_EQ(listFiles(shared, query), Names{});
+}
+
+TEST(OptionsTest, AConfigurationFileHasSettingsDatabasesAndDirectories) {
+  ServiceOptions options;
+  applyConfiguration(options,
+                     "# comment\r\n"
+                     "[service]\r\n"
+                     "port = 9443\r\n"
+                     "workers=3\r\n"
+                     "\r\n"
+                     "[databases]\n"
+                     "Talora = DSN=Site;UID=sa;PWD=a=b\n"
+                     "[directories]\n"
+                     "Z:\\site = /srv/site\n");
+  EXPECT_EQ(options.port, 9443);
+  EXPECT_EQ(options.workers, 3U);
+  EXPECT_EQ(options.databases.at("TALORA"), "DSN=Site;UID=sa;PWD=a=b");
+  ASSERT_EQ(options.directories.size(), 1U);
+  EXPECT_EQ(options.directories[0].clientPath, "Z:\\site");
+  EXPECT_EQ(options.directories[0].localPath, "/srv/site");
+}
+
+TEST(OptionsTest, AWrongLineIsNamed) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"\n[service]\nport = many\n", "line 3: port: 'many' is not a number from 0 to 65535"},
+      {"[service]\nnonsense\n", "line 2: a line is 'name = value'"},
+      {"[other]\nx = y\n", "line 2: there is no section [other]"},
+      {"x = y", "line 1: there is no section []"},
+      {"[service]\nworkers = 0\n", "line 2: workers: '0' is not a number from 1 to 256"},
+  };
+  for (const auto& [text, complaint] : cases) {
+    ServiceOptions options;
+    try {
+      applyConfiguration(options, text);
+      ADD_FAILURE() << text;
+    } catch (const OptionError& error) {
+      EXPECT_STREQ(error.what(), complaint);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test

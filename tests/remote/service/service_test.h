@@ -1,0 +1,43 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+#include "remote/tools/raw_client.h"
+#include "remote/tools/service_process.h"
+#include "tools/core_test.h"
+
+namespace tlpacscfg::test {
+
+struct ServiceAnswer {
+  int status = 0;
+  nlohmann::json body;
+};
+
+/// A real service before the site's database, and the directory that clients call
+/// Z:\site\TALORA\PROMPTS.
+class ServiceTest : public SiteTest {
+ protected:
+  ServiceTest();
+
+  ServiceProcess service;
+
+  /// Asks with the right token.
+  ServiceAnswer ask(const std::string& operation, nlohmann::json members) const;
+  ServiceAnswer query(const std::string& sql) const;
+  ServiceAnswer execute(const std::string& sql) const;
+  ServiceAnswer files(const std::string& directory, const std::string& pattern) const;
+  /// Sends the body as it stands; -1 without an answer.
+  ServiceAnswer post(const std::string& path, const std::string& body) const;
+
+  /// The status of the answer to these bytes; -1 when the connection ends without one.
+  int statusOf(const std::string& bytes) const;
+  void expectStillServing() const;
+
+  static std::string promptsPath(const std::string& name);
+  void makePrompt(const std::string& name) const;
+};
+
+}  // namespace tlpacscfg::test

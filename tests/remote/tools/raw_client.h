@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tlpacscfg::test {
+
+/// A bare connection to a port of this computer, for saying what no proper client says.
+class RawClient {
+ public:
+  /// Throws std::runtime_error when there is no connection.
+  explicit RawClient(int port);
+  ~RawClient();
+  RawClient(const RawClient&) = delete;
+  RawClient& operator=(const RawClient&) = delete;
+
+  /// False when the other side is gone.
+  bool send(std::string_view bytes) const;
+
+  /// Everything until the other side closes; fails the deadline of half a minute by throwing.
+  std::string readToEnd() const;
+
+  /// Closes with a reset instead of a farewell.
+  void reset();
+
+ private:
+  int socket_;
+};
+
+/// An HTTP request with these header lines (each ended by CR LF) and this body.
+std::string httpRequest(const std::string& firstLine, const std::string& headers,
+                        const std::string& body = "");
+
+/// A proper request for an operation.
+std::string properRequest(const std::string& path, const std::string& json);
+
+}  // namespace tlpacscfg::test
