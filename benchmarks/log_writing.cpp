@@ -1,0 +1,47 @@
+#include <windows.h>
+
+#include <stdexcept>
+
+#include "benchmarks/measurements.h"
+#include "benchmarks/measuring.h"
+#include "log/log_support.h"
+#include "support/win_handle.h"
+
+namespace tlpacscfg::bench {
+namespace {
+
+constexpr int kLines = 10'000;
+constexpr const wchar_t* kMessage = L"[TLPACSCFG] TlCommClient connected successfully";
+constexpr std::string_view kLine =
+    "2024-09-09 11:20:36.123 INFO    [TLPACSCFG] TlCommClient connected successfully\r\n";
+
+void appendLine(const std::wstring& file) {
+  const FileHandle handle(CreateFileW(file.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr,
+                                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  DWORD written = 0;
+  if (!handle ||
+      !WriteFile(handle.get(), kLine.data(), static_cast<DWORD>(kLine.size()), &written, nullptr)) {
+    throw std::runtime_error("The bare log could not be written.");
+  }
+}
+
+}  // namespace
+
+void measureLog(const std::wstring& folder, int repetitions) {
+  const std::wstring bareLog = folder + L"\\bare.log";
+  const std::wstring log = folder + L"\\component.log";
+  for (int repetition = 0; repetition < repetitions; ++repetition) {
+    DeleteFileW(bareLog.c_str());
+    record("log", kLines, Series::Baseline, secondsOf([&] {
+             for (int i = 0; i < kLines; ++i) appendLine(bareLog);
+           }));
+    DeleteFileW(log.c_str());
+    g_strLogFile = log;
+    record("log", kLines, Series::Component, secondsOf([] {
+             for (int i = 0; i < kLines; ++i) WriteLog(kMessage, log_level::kInformation);
+           }));
+    g_strLogFile.clear();
+  }
+}
+
+}  // namespace tlpacscfg::bench
