@@ -25,14 +25,14 @@ bool isBlankLine(const SqlToken& token) {
 std::vector<Tokens> splitStatements(std::wstring_view sql) {
   const Tokens tokens = sqlTokens(sql);
   std::vector<Tokens> statements;
-  bool newStatement = true;
+  bool newStatement = false;
   for (const SqlToken& token : tokens) {
+    if (statements.empty() && token.kind == SqlToken::Kind::Space) continue;
     if (isBlankLine(token)) newStatement = true;
-    if (newStatement && startsStatement(token)) {
+    if (statements.empty() || (newStatement && startsStatement(token))) {
       statements.emplace_back();
       newStatement = false;
     }
-    if (statements.empty()) statements.emplace_back();
     statements.back().push_back(token);
   }
   return statements;
