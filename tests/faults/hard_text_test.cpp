@@ -19,6 +19,17 @@ std::ptrdiff_t quotesIn(const std::wstring& text) {
   return std::count(text.begin(), text.end(), L'\'');
 }
 
+/// The text for SQLite, in letters that every driver manager passes on.
+std::wstring spelled(const std::wstring& text) {
+  constexpr const wchar_t* kDigits = L"0123456789ABCDEF";
+  std::wstring digits;
+  for (const char byte : toUtf8(text)) {
+    digits += kDigits[static_cast<unsigned char>(byte) >> 4];
+    digits += kDigits[static_cast<unsigned char>(byte) & 15];
+  }
+  return L"CAST(x'" + digits + L"' AS TEXT)";
+}
+
 class HardTextTest : public SiteTest {
  protected:
   HardTextTest() {
@@ -131,9 +142,10 @@ TEST_F(HardTextTest, AssignmentsOfWorkstationsWithHardNamesAreStoredOrRefused) {
     const std::wstring name(trimBlanks(hard.text));
     if (name.empty()) continue;
     SCOPED_TRACE(hard.name);
-    site.runAll({L"DELETE FROM System_pc_names", L"DELETE FROM System_workstation_cfg"});
-    addWorkstation(FixQuotes(hard.text));
-    assign(FixQuotes(name), L"'1'");
+    site.runAll({L"DELETE FROM System_pc_names", L"DELETE FROM System_workstation_cfg",
+                 L"INSERT INTO System_pc_names VALUES(" + spelled(hard.text) + L", '', 1)",
+                 L"INSERT INTO System_workstation_cfg VALUES(" + spelled(name) +
+                     L", 38, 'PACSConfig', '1', -1, 0)"});
     colWorkstation workstations;
     workstations.GetWorkstationsList();
     ASSERT_TRUE(messages.empty()) << toUtf8(messages[0].text);

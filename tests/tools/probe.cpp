@@ -96,7 +96,7 @@ class ProbeConnection {
 
  private:
   static std::optional<std::wstring> cell(const ProbeHandle& handle, SQLUSMALLINT column) {
-    std::u16string text(100'000, u'\0');
+    std::u16string text(150'000, u'\0');
     SQLLEN length = 0;
     handle.verify(SQLGetData(handle.get(), column, SQL_C_WCHAR, text.data(),
                              static_cast<SQLLEN>(text.size() * sizeof(char16_t)), &length));

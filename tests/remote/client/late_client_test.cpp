@@ -76,19 +76,17 @@ TEST_F(LateClientTest, TheObjectIsReleasedWhenItIsDisconnected) {
 }
 
 TEST_F(LateClientTest, AClientThatDoesNotConnectIsReleased) {
-  connectWith(L"", {});
-  DisconnectTlCommClient();
-  ScriptedClient refusing([](const std::wstring& method, const DISPPARAMS&) {
+  client.answerWith([](const std::wstring& method, const DISPPARAMS&) {
     return method == L"CheckForError" ? OwnedVariant(std::wstring_view(L"no way"))
                                       : OwnedVariant(false);
   });
   EXPECT_FALSE(ConnectTlCommClient(config));
-  EXPECT_EQ(refusing.objects(), 0);
+  EXPECT_EQ(client.objects(), 0);
   EXPECT_FALSE(TlCommClientConnected());
 }
 
 TEST_F(LateClientTest, AClientMayReplaceTheTextsItGets) {
-  ScriptedClient replacing([](const std::wstring& method, const DISPPARAMS& passed) {
+  client.answerWith([](const std::wstring& method, const DISPPARAMS& passed) {
     if (method == L"SQLQueryTable") {
       for (UINT i = 0; i < passed.cArgs; ++i) {
         SysReAllocString(passed.rgvarg[i].pbstrVal, L"something else and much longer than before");
@@ -99,7 +97,9 @@ TEST_F(LateClientTest, AClientMayReplaceTheTextsItGets) {
   ASSERT_TRUE(ConnectTlCommClient(config));
   EXPECT_EQ(TlCommClientQuery(L"select 1"), 1);
   EXPECT_EQ(TlCommClientQuery(L"select 2"), 1);
-  EXPECT_EQ(replacing.calls().back(), L"SQLQueryTable(text& Talora, text& select 2)");
+  const Calls calls = client.calls();
+  ASSERT_FALSE(calls.empty());
+  EXPECT_EQ(calls.back(), L"SQLQueryTable(text& Talora, text& select 2)");
 }
 
 TEST_F(LateClientTest, TableCountsOfEveryKindOfNumberAreUnderstood) {
@@ -468,7 +468,7 @@ TEST_F(LateBoundTest, AProgIdThatNobodyRegisteredIsTheClassicError) {
 }
 
 TEST_F(LateBoundTest, WhatAnObjectRaisesKeepsItsNumberAndText) {
-  ScriptedClient raising([](const std::wstring& method, const DISPPARAMS&) -> OwnedVariant {
+  client.answerWith([](const std::wstring& method, const DISPPARAMS&) -> OwnedVariant {
     if (method == L"Classic") {
       throw CallFails{DISP_E_EXCEPTION, static_cast<SCODE>(0x800A0009), L"out of range"};
     }

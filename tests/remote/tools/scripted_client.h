@@ -31,6 +31,9 @@ class ScriptedClient {
   ScriptedClient(const ScriptedClient&) = delete;
   ScriptedClient& operator=(const ScriptedClient&) = delete;
 
+  /// From now on the objects, old and new, answer like this.
+  void answerWith(Answers answers);
+
   /// "Method(type value, ...)" in the order of the calls and of the parameters; types are those of
   /// the VARIANTs, with & for a reference. CheckForError is not noted.
   std::vector<std::wstring> calls() const;

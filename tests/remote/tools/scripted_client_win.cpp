@@ -155,6 +155,8 @@ ScriptedClient::ScriptedClient(Answers answers)
 
 ScriptedClient::~ScriptedClient() { CoRevokeClassObject(registration_); }
 
+void ScriptedClient::answerWith(Answers answers) { state_->answers = std::move(answers); }
+
 std::vector<std::wstring> ScriptedClient::calls() const { return state_->calls; }
 
 int ScriptedClient::objects() const { return state_->objects; }
