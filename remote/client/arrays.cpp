@@ -21,9 +21,17 @@ class VariantArray {
     elements_ = static_cast<VARIANT*>(data);
   }
 
+  ~VariantArray() {
+    if (elements_) SafeArrayUnaccessData(value_.get().parray);
+  }
+  VariantArray(const VariantArray&) = delete;
+  VariantArray& operator=(const VariantArray&) = delete;
+
   void append(OwnedVariant element) { *elements_++ = element.release(); }
 
   OwnedVariant take() {
+    // A locked array could not be freed by its next owner.
+    elements_ = nullptr;
     SafeArrayUnaccessData(value_.get().parray);
     return std::move(value_);
   }

@@ -133,7 +133,9 @@ std::int16_t colPACSConfiguration::nextRemoteConfigID() {
   WriteLog(L"[TLPACSCFG] Getting next config ID using TlCommClient", log_level::kOperation);
   Table data;
   TlCommClientQuery(L"SELECT TOP 1 config_id FROM Interface_PACS_cfg ORDER BY config_id DESC");
-  if (!TlCommClientGetDataset(1, data) || data.rows() == 0) return 1;
+  // Only the table counts: rows that came with an error are rows.
+  TlCommClientGetDataset(1, data);
+  if (data.rows() == 0) return 1;
   const Cell cell = data.at(0, 0);
   if (!cell) raise(ErrorNumber::InvalidUseOfNull);
   return toInt16(std::int64_t{toInt16(*cell)} + 1);

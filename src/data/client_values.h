@@ -18,11 +18,12 @@ bool truthOf(const VARIANT& value);
 std::int32_t numberOf(const VARIANT& value);
 std::wstring textOf(const VARIANT& value);
 
-/// A two-dimensional array (column, row) with any bounds. Empty or Null is a table without columns.
+/// A two-dimensional array (column, row) with any bounds. Empty, Null or an array that was never
+/// given bounds is a table without columns.
 /// Truth values become -1 and 0, dates the form of the database.
 Table tableOf(const VARIANT& value);
 
-/// A one-dimensional array; Empty or Null holds nothing.
+/// A one-dimensional array; Empty, Null or an array that was never given bounds holds nothing.
 std::vector<std::wstring> textsOf(const VARIANT& value);
 
 }  // namespace tlpacscfg

@@ -28,7 +28,15 @@ const VARIANT& target(const VARIANT& value) {
   return *found;
 }
 
-bool isEmpty(const VARIANT& value) { return value.vt == VT_EMPTY || value.vt == VT_NULL; }
+SAFEARRAY* arrayIn(const VARIANT& value) {
+  return (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
+}
+
+/// An array that was never given bounds has no descriptor.
+bool isEmpty(const VARIANT& value) {
+  return value.vt == VT_EMPTY || value.vt == VT_NULL ||
+         ((value.vt & VT_ARRAY) != 0 && arrayIn(value) == nullptr);
+}
 
 bool isPlain(VARTYPE type) {
   switch (type) {
@@ -104,8 +112,8 @@ class Elements {
   Elements(const VARIANT& value, UINT dimensions) {
     if ((value.vt & VT_ARRAY) == 0) mismatch();
     type_ = static_cast<VARTYPE>(value.vt & VT_TYPEMASK);
-    array_ = (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
-    if (array_ == nullptr || array_->cDims != dimensions) mismatch();
+    array_ = arrayIn(value);
+    if (array_->cDims != dimensions) mismatch();
     checkType();
     std::uint64_t count = 1;
     for (UINT i = 0; i < dimensions; ++i) {

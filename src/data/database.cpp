@@ -2,7 +2,10 @@
 
 #include <chrono>
 #include <filesystem>
+#include <optional>
+#include <utility>
 
+#include "data/odbc/error.h"
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
 #include "support/doors.h"
@@ -145,6 +148,19 @@ bool DSNDatabaseExists(const std::wstring& dsn) {
   const std::wstring key = L"SOFTWARE\\ODBC\\ODBC.INI\\" + dsn;
   return !ReadRegString(registry::Root::LocalMachine, key, L"DATABASE").empty() ||
          !ReadRegString(registry::Root::CurrentUser, key, L"DATABASE").empty();
+}
+
+RemoteFailure::RemoteFailure(std::wstring description, bool firstIsExecuted)
+    : RunTimeError(odbc::kOdbcFailed, std::move(description)), firstIsExecuted_(firstIsExecuted) {}
+
+void requireExecution(const std::function<void()>& statements) {
+  g_tlExecutions = {};
+  statements();
+  const std::optional<std::wstring>& failure = g_tlExecutions.failure;
+  if (!failure) return;
+  throw RemoteFailure(
+      failure->empty() ? L"The remote data client could not execute a statement." : *failure,
+      g_tlExecutions.executedBeforeFailure > 0);
 }
 
 void openShared(odbc::Connection& connection, const std::wstring& sql) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "data/host_settings.h"
 #include "data/odbc/connection.h"
 #include "data/result_set.h"
+#include "support/runtime_error.h"
 
 /// The direct connections: to the site's SQL Server, or to the local Access file in stand-alone
 /// mode. One of them at most is used in a run.
@@ -40,6 +42,22 @@ bool TestDatabaseConnection();
 
 /// Whether the data source is registered for the machine or for the user.
 bool DSNDatabaseExists(const std::wstring& dsn);
+
+/// Statements of which the remote data client did not execute every one.
+class RemoteFailure : public RunTimeError {
+ public:
+  RemoteFailure(std::wstring description, bool firstIsExecuted);
+
+  /// Only a statement behind the first one failed.
+  bool firstIsExecuted() const { return firstIsExecuted_; }
+
+ private:
+  bool firstIsExecuted_;
+};
+
+/// Sends statements whose failure nobody may miss. The remote data client's failures, which are
+/// only logged otherwise, come as a RemoteFailure with the client's words when all is sent.
+void requireExecution(const std::function<void()>& statements);
 
 /// Opens a statement's rows in the shared slot.
 void openShared(odbc::Connection& connection, const std::wstring& sql);

@@ -18,8 +18,11 @@ class LateBound {
   /// The object registered under the ProgID; throws CannotCreateObject.
   explicit LateBound(const wchar_t* progId);
 
-  /// Arguments in the order of the method's parameters; they stay the caller's.
+  /// A method with a result. Arguments in the order of the method's parameters; they stay the
+  /// caller's.
   OwnedVariant call(const wchar_t* method, std::initializer_list<VARIANT> arguments) const;
+  /// A method without one.
+  void run(const wchar_t* method, std::initializer_list<VARIANT> arguments) const;
   OwnedVariant get(const wchar_t* property) const;
   void put(const wchar_t* property, const VARIANT& value) const;
 

@@ -58,7 +58,13 @@ LateBound::LateBound(const wchar_t* progId) {
 
 OwnedVariant LateBound::call(const wchar_t* method,
                              std::initializer_list<VARIANT> arguments) const {
-  return invoke(method, DISPATCH_METHOD, arguments);
+  // A late-bound caller cannot tell a method with a result from a property with arguments, and
+  // objects expect both bits.
+  return invoke(method, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
+}
+
+void LateBound::run(const wchar_t* method, std::initializer_list<VARIANT> arguments) const {
+  invoke(method, DISPATCH_METHOD, arguments);
 }
 
 OwnedVariant LateBound::get(const wchar_t* property) const {

@@ -1,5 +1,7 @@
 #include "data/tl_comm_client.h"
 
+#include <utility>
+
 #include "log/log_support.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"
@@ -9,6 +11,7 @@ namespace tlpacscfg {
 
 std::unique_ptr<TlCommClientObject> g_objTlCommClient;
 std::wstring g_strTlDatabase;
+TlExecutions g_tlExecutions;
 
 namespace {
 
@@ -21,7 +24,7 @@ template <class Result, class Operation>
 Result orElse(Result failed, Operation operation) {
   try {
     return operation();
-  } catch (const RunTimeError&) {
+  } catch (const std::exception&) {
     return failed;
   }
 }
@@ -41,6 +44,33 @@ bool logError(const std::wstring& label) {
   const std::wstring error = g_objTlCommClient->CheckForError();
   if (!error.empty()) WriteLog(label + error, log_level::kError);
   return !error.empty();
+}
+
+/// Fetches an array and then asks for the client's error, also when the array cannot be read. True
+/// when there is an array and no error.
+template <class Fetch>
+bool fetchArray(Fetch fetch, const wchar_t* label) {
+  bool readable = true;
+  try {
+    fetch();
+  } catch (const UnreadableAnswer&) {
+    readable = false;
+  }
+  return !logError(label) && readable;
+}
+
+/// Nothing when the statement was executed, else what was said about it, which may be empty.
+std::optional<std::wstring> failureOf(const std::wstring& sql) {
+  try {
+    logStatement(L"[TLPACSCFG] Executing query using TlCommClient", sql);
+    if (!isConnected(kNotConnected)) return L"";
+    if (g_objTlCommClient->SQLExecuteText(g_strTlDatabase, sql)) return std::nullopt;
+    std::wstring error = g_objTlCommClient->CheckForError();
+    WriteLog(L"[TLPACSCFG] Query failed to execute: " + error, log_level::kError);
+    return error;
+  } catch (const std::exception& error) {
+    return describe(error).description();
+  }
 }
 
 }  // namespace
@@ -106,21 +136,21 @@ bool TlCommClientGetDataset(std::int16_t index, Table& data) {
     WriteLog(L"[TLPACSCFG] DataIndex:" + decimal(index), log_level::kStatementText);
     data = Table();
     if (!isConnected(kNotConnected)) return false;
-    data = g_objTlCommClient->GetTableData(toInt16(std::int64_t{index} - 1));
+    const std::int16_t place = toInt16(std::int64_t{index} - 1);
     // The wording names the workstation list whatever the table.
-    return !logError(L"[TLPACSCFG] Unable to retrieve workstation list: ");
+    return fetchArray([&] { data = g_objTlCommClient->GetTableData(place); },
+                      L"[TLPACSCFG] Unable to retrieve workstation list: ");
   });
 }
 
 bool TlCommClientExecute(const std::wstring& sql) {
-  return orElse(false, [&] {
-    logStatement(L"[TLPACSCFG] Executing query using TlCommClient", sql);
-    if (!isConnected(kNotConnected)) return false;
-    if (g_objTlCommClient->SQLExecuteText(g_strTlDatabase, sql)) return true;
-    WriteLog(L"[TLPACSCFG] Query failed to execute: " + g_objTlCommClient->CheckForError(),
-             log_level::kError);
-    return false;
-  });
+  std::optional<std::wstring> failure = failureOf(sql);
+  const bool executed = !failure;
+  if (!g_tlExecutions.failure) {
+    if (executed) ++g_tlExecutions.executedBeforeFailure;
+    g_tlExecutions.failure = std::move(failure);
+  }
+  return executed;
 }
 
 bool TlCommClientGetFileList(const std::wstring& directory, const std::wstring& pattern,
@@ -129,8 +159,9 @@ bool TlCommClientGetFileList(const std::wstring& directory, const std::wstring& 
     constexpr const wchar_t* kComplaint =
         L"[TLPACSCFG] Cannot retrieve network files because TlCommClient is not connected";
     if (!isConnected(kComplaint)) return false;
-    files = g_objTlCommClient->GetNetworkDirectoryFiles(directory, pattern);
-    return !logError(L"[TLPACSCFG] Unable to get file list: ");
+    return fetchArray(
+        [&] { files = g_objTlCommClient->GetNetworkDirectoryFiles(directory, pattern); },
+        L"[TLPACSCFG] Unable to get file list: ");
   });
 }
 

@@ -3,16 +3,25 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "data/host_settings.h"
 #include "data/table.h"
+#include "support/runtime_error.h"
 
 /// The way to the data through a remote data client.
 namespace tlpacscfg {
 
-/// The seven methods of the client object. Every call may throw RunTimeError.
+/// The call itself succeeded, but what it answered is no table, or no list of texts.
+class UnreadableAnswer : public RunTimeError {
+ public:
+  explicit UnreadableAnswer(const RunTimeError& reason) : RunTimeError(reason) {}
+};
+
+/// The seven methods of the client object. Every call may throw RunTimeError; those that answer an
+/// array throw UnreadableAnswer for anything else.
 class TlCommClientObject {
  public:
   virtual ~TlCommClientObject() = default;
@@ -36,6 +45,14 @@ extern std::function<std::unique_ptr<TlCommClientObject>()> createTlCommClient;
 extern std::unique_ptr<TlCommClientObject> g_objTlCommClient;
 /// The database named with every statement.
 extern std::wstring g_strTlDatabase;
+
+/// How the statements fared that TlCommClientExecute was given since this was emptied.
+struct TlExecutions {
+  std::size_t executedBeforeFailure = 0;
+  /// What was said about the first one that failed, if anything was.
+  std::optional<std::wstring> failure;
+};
+extern TlExecutions g_tlExecutions;
 
 /// None of these throws: what fails answers False or 0 and leaves its lines in the log.
 bool ConnectTlCommClient(const HostSettings& config);

@@ -6,6 +6,16 @@
 namespace tlpacscfg {
 namespace {
 
+/// What the answer holds, as `read` understands it.
+template <class Read>
+auto arrayIn(const OwnedVariant& answer, Read read) {
+  try {
+    return read(answer.get());
+  } catch (const RunTimeError& error) {
+    throw UnreadableAnswer(error);
+  }
+}
+
 class LateBoundClient : public TlCommClientObject {
  public:
   bool ConnectToService(const std::wstring& application, const std::wstring& host,
@@ -19,7 +29,7 @@ class LateBoundClient : public TlCommClientObject {
   }
 
   void DisconnectFromService(const std::wstring& application) override {
-    client_.call(L"DisconnectFromService", {OwnedVariant(application).get()});
+    client_.run(L"DisconnectFromService", {OwnedVariant(application).get()});
   }
 
   std::int32_t SQLQueryTable(const std::wstring& database, const std::wstring& sql) override {
@@ -27,7 +37,7 @@ class LateBoundClient : public TlCommClientObject {
   }
 
   Table GetTableData(std::int16_t zeroBasedIndex) override {
-    return tableOf(client_.call(L"GetTableData", {OwnedVariant(zeroBasedIndex).get()}).get());
+    return arrayIn(client_.call(L"GetTableData", {OwnedVariant(zeroBasedIndex).get()}), tableOf);
   }
 
   bool SQLExecuteText(const std::wstring& database, const std::wstring& sql) override {
@@ -38,11 +48,10 @@ class LateBoundClient : public TlCommClientObject {
                                                      const std::wstring& pattern) override {
     OwnedVariant where(directory), which(pattern);
     const OwnedVariant yes(true), no(false);
-    return textsOf(
-        client_
-            .call(L"GetNetworkDirectoryFiles", {where.byReference(), no.get(), which.byReference(),
-                                                yes.get(), yes.get(), no.get(), no.get()})
-            .get());
+    return arrayIn(client_.call(L"GetNetworkDirectoryFiles",
+                                {where.byReference(), no.get(), which.byReference(), yes.get(),
+                                 yes.get(), no.get(), no.get()}),
+                   textsOf);
   }
 
   std::wstring CheckForError() override { return textOf(client_.call(L"CheckForError", {}).get()); }

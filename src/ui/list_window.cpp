@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "data/database.h"
 #include "support/doors.h"
 #include "support/scope_exit.h"
 #include "support/text.h"
@@ -264,7 +265,7 @@ void frmPACSList::saveAndClose() {
   const ScopeExit done([this] { closing_ = false; });
   saveFailed_ = true;
   if (!config_->m_colWorkstation) raise(ErrorNumber::ObjectNotSet);
-  config_->m_colWorkstation->SaveAllWorkStationSettings();
+  requireExecution([this] { config_->m_colWorkstation->SaveAllWorkStationSettings(); });
   saveFailed_ = false;
   closeEditorsAndUnload();
 }

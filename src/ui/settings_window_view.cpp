@@ -208,7 +208,8 @@ void frmPACSSettings::presentFocus() {
   if (std::exchange(editor_.descriptionFocusWanted, false)) {
     showPage(0);
     const HWND description = control(Control::txtDescription);
-    moveFocus(IsWindowEnabled(description) ? description : control(Control::cmbVendorType));
+    // The next field would take a turn of the wheel for a choice; the list only scrolls.
+    moveFocus(IsWindowEnabled(description) ? description : control(Control::lvwConfigs));
     return;
   }
   const HWND focus = GetFocus();

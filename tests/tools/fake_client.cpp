@@ -37,7 +37,8 @@ class FakeClient : public TlCommClientObject {
   }
   bool SQLExecuteText(const std::wstring& database, const std::wstring& sql) override {
     note(L"SQLExecuteText", {database, sql});
-    return script_->executes;
+    const std::wstring& refused = script_->refused;
+    return script_->executes && (refused.empty() || sql.find(refused) == sql.npos);
   }
   std::vector<std::wstring> GetNetworkDirectoryFiles(const std::wstring& directory,
                                                      const std::wstring& pattern) override {

@@ -23,6 +23,8 @@ struct ClientScript {
   std::int32_t tableCount = 1;
   Table table;
   bool executes = true;
+  /// Statements that contain this text are not executed either.
+  std::wstring refused;
   std::vector<std::wstring> files;
   /// The answers to CheckForError, one after the other; then the empty text.
   std::deque<std::wstring> errors;

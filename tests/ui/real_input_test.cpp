@@ -214,14 +214,6 @@ TEST_F(RealInputTest, AltDownOpensTheAccessionFieldsAndTheBlankTicksThem) {
     awaitFocus(window, chkEnableContextPolling);
     const HWND combo = control(window, cmpAccessionFields);
     key(VK_TAB);
-    Sleep(1500);
-    {
-      HWND f = focusOf(window);
-      wchar_t n[50];
-      GetClassNameW(f, n, 50);
-      printf("focus %p id %d class %ls enabled %d; combo %p; fg %p window %p\n", (void*)f, GetDlgCtrlID(f), n, IsWindowEnabled(f), (void*)combo, (void*)GetForegroundWindow(), (void*)window);
-      fflush(stdout);
-    }
     waitUntil([&] { return focusOf(window) == combo; }, "the focus on the fields");
     keys({VK_MENU, VK_DOWN});
     waitUntil([&] { return SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; }, "the list");
@@ -264,9 +256,6 @@ TEST_F(RealInputTest, ClicksTickTheAccessionFieldsAndLeaveTheListOpen) {
     clickEntry(3);
     awaitText(combo, L"Account, Location");
     clickEntry(1);
-    Sleep(1500);
-    printf("text %s dropped %d\n", toUtf8(textOf(combo)).c_str(), (int)SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0));
-    fflush(stdout);
     awaitText(combo, L"Location");
     EXPECT_NE(SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0), 0);
     key(VK_ESCAPE);

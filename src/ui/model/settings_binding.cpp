@@ -51,9 +51,16 @@ constexpr Binding kBindings[] = {
 };
 // clang-format on
 
+/// Of the file with exactly that name, else of one that is the same but for small and capital letters.
 int positionOfFile(const SettingsForm& form, const std::wstring& file) {
-  const auto found = std::find(form.xmlFiles.begin(), form.xmlFiles.end(), file);
-  return found == form.xmlFiles.end() ? -1 : static_cast<int>(found - form.xmlFiles.begin());
+  const auto& files = form.xmlFiles;
+  auto found = std::find(files.begin(), files.end(), file);
+  if (found == files.end()) {
+    found = std::find_if(files.begin(), files.end(), [&](const std::wstring& offered) {
+      return equalIgnoringCase(offered, file);
+    });
+  }
+  return found == files.end() ? -1 : static_cast<int>(found - files.begin());
 }
 
 std::wstring selectedFile(const SettingsForm& form, const ControlContent& list) {
@@ -105,6 +112,15 @@ void showNumber(SettingsForm& form, const Binding& binding, const Record& record
 }
 
 std::int16_t tick(bool ticked) { return ticked ? std::int16_t{1} : std::int16_t{0}; }
+
+/// A list that shows no entry for the stored value and that the user cannot change says nothing.
+bool saysNothing(const SettingsForm& form, const Binding& binding) {
+  const ControlContent& list = form[binding.control];
+  if (list.enabled || list.position >= 0) return false;
+  return binding.conversion == Conversion::Code || binding.conversion == Conversion::Position ||
+         (binding.conversion == Conversion::ContextChange &&
+          form[Control::chkEnableContextPolling].ticked);
+}
 
 }  // namespace
 
@@ -158,6 +174,7 @@ FieldValue readBack(const SettingsForm& form, const Binding& binding) {
 void readBack(const SettingsForm& form, Record& record) {
   Record changed = record;
   for (const Binding& binding : kBindings) {
+    if (saysNothing(form, binding)) continue;
     setValue(changed, binding.field, readBack(form, binding));
   }
   record = changed;
@@ -165,6 +182,7 @@ void readBack(const SettingsForm& form, Record& record) {
 
 bool PACSValueTheSame(const SettingsForm& form, const Record& record) {
   return std::all_of(std::begin(kBindings), std::end(kBindings), [&](const Binding& binding) {
+    if (saysNothing(form, binding)) return true;
     try {
       return readBack(form, binding) == valueOf(record, binding.field);
     } catch (const RunTimeError&) {

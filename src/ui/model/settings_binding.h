@@ -42,12 +42,12 @@ std::optional<std::wstring> showRecord(SettingsForm& form, const clsPACSConfigur
 /// none, InvalidPropertyArrayIndex for a list without a selected entry.
 FieldValue readBack(const SettingsForm& form, const Binding& binding);
 
-/// Copies every control into the record. When one cannot be converted, it throws and the record
-/// stays as it was.
+/// Copies every control into the record. A disabled list without a selected entry leaves what the
+/// record holds. When a control cannot be converted, it throws and the record stays as it was.
 void readBack(const SettingsForm& form, clsPACSConfiguration& record);
 
-/// Whether the controls read back to what the record holds. A control that cannot be converted
-/// counts as changed.
+/// Whether reading the controls back would leave the record as it is. A control that cannot be
+/// converted counts as changed.
 bool PACSValueTheSame(const SettingsForm& form, const clsPACSConfiguration& record);
 
 }  // namespace tlpacscfg

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "data/database.h"
 #include "support/doors.h"
 #include "support/runtime_error.h"
 #include "ui/model/settings_binding.h"
@@ -39,13 +40,17 @@ void SettingsEditor::unload() {
   selectedRow.reset();
   deleteEnabled = true;
   newConfiguration_ = false;
+  storedID_.reset();
   currentID_ = 0;
 }
 
 void SettingsEditor::ShowPACSSettings(std::int16_t configID) {
-  currentID_ = configID == 0 ? kDefaultConfiguration : configID;
+  const std::int16_t wanted = configID == 0 ? kDefaultConfiguration : configID;
+  // A configuration that is gone shows nothing new: the one on the screen stays the current one.
+  const bool oneIsShown = currentID_ > 0 && recordOf(currentID_);
+  if (!oneIsShown || recordOf(wanted)) currentID_ = wanted;
   if (configurations_->GetNextConfigID() > 1) {
-    show(currentID_);
+    show(wanted);
     selectCurrent();
   } else {
     InitControls();
@@ -57,6 +62,7 @@ void SettingsEditor::ShowPACSSettings(std::int16_t configID) {
 void SettingsEditor::InitControls() {
   clearToDefaults(form);
   newConfiguration_ = true;
+  storedID_.reset();
   selectedRow.reset();
   firstTabWanted = true;
   // The new values govern other fields, as if they had been chosen one by one.
@@ -97,17 +103,28 @@ void SettingsEditor::selectEdited() {
   }
 }
 
-void SettingsEditor::handOver() { config_->m_colPACSConfig = configurations_->deepCopy(); }
+void SettingsEditor::handOver() {
+  config_->m_colPACSConfig = configurations_->deepCopy();
+  surroundings_.refreshWorkstationList();
+}
 
 void SettingsEditor::saveNew() {
   const auto record = std::make_shared<clsPACSConfiguration>();
+  record->configID = storedID_ ? *storedID_ : configurations_->GetNextConfigID();
+  if (recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
   readBack(form, *record);
-  record->configID = configurations_->GetNextConfigID();
-  record->ExistingConfig = kFalse;
-  record->SaveConfiguration();
-  configurations_->AddCurrenttoCollection(record);
+  record->ExistingConfig = storedID_ ? kTrue : kFalse;
+  try {
+    requireExecution([&] { record->SaveConfiguration(); });
+  } catch (const RemoteFailure& failure) {
+    // A row that was stored nevertheless is the one that the next attempt writes.
+    if (failure.firstIsExecuted()) storedID_ = record->configID;
+    throw;
+  }
   newConfiguration_ = false;
+  storedID_.reset();
   currentID_ = record->configID;
+  configurations_->AddCurrenttoCollection(record);
 }
 
 void SettingsEditor::saveExisting() {
@@ -119,7 +136,7 @@ void SettingsEditor::saveExisting() {
   record->ExistingConfig = kTrue;
   record->Changed = kTrue;
   try {
-    record->SaveConfiguration();
+    requireExecution([&] { record->SaveConfiguration(); });
   } catch (...) {
     // What was not stored still counts as a change, so that it can be saved once more.
     *record = before;
@@ -133,6 +150,19 @@ void SettingsEditor::save() {
   } else {
     saveExisting();
   }
+  handOver();
+}
+
+void SettingsEditor::remove(std::int16_t configID) {
+  const auto before = configurations_->deepCopy();
+  try {
+    requireExecution([&] { configurations_->RemoveConfig(configID); });
+  } catch (const RemoteFailure&) {
+    // What was not deleted is still there, at its place.
+    configurations_ = before;
+    configurations_->SetCurrentConfig(currentID_);
+    throw;
+  }
 }
 
 bool SettingsEditor::validate() {
@@ -145,8 +175,6 @@ bool SettingsEditor::validate() {
 void SettingsEditor::btnSave() {
   if (!validate()) return;
   save();
-  handOver();
-  surroundings_.refreshWorkstationList();
   fillList();
   selectCurrent();
   deleteEnabled = true;
@@ -226,7 +254,7 @@ void SettingsEditor::btnDelete() {
       doors::Answer::Yes) {
     return;
   }
-  configurations_->RemoveConfig(configID);
+  remove(configID);
   fillList();
   if (rows.rowCount() > 0) {
     selectedRow = 0;
@@ -236,14 +264,12 @@ void SettingsEditor::btnDelete() {
   }
   descriptionFocusWanted = true;
   handOver();
-  surroundings_.refreshWorkstationList();
   surroundings_.refreshAssignmentDialog();
 }
 
 bool SettingsEditor::btnExit() {
   if (!CheckForSave(currentID_)) return false;
   handOver();
-  surroundings_.refreshWorkstationList();
   return true;
 }
 

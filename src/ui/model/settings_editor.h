@@ -102,6 +102,8 @@ class SettingsEditor {
   void selectEdited();
   void selectCurrent();
   void fillList();
+  void remove(std::int16_t configID);
+  /// Gives the host a copy of the configurations and refreshes the workstation list.
   void handOver();
   colPACSConfiguration::Pointer recordOf(std::int16_t configID) const;
 
@@ -110,6 +112,8 @@ class SettingsEditor {
   std::shared_ptr<colPACSConfiguration> configurations_;
   std::int16_t currentID_ = 0;
   bool newConfiguration_ = false;
+  /// Of the new configuration, once its row is stored although its saving failed.
+  std::optional<std::int16_t> storedID_;
 };
 
 }  // namespace tlpacscfg

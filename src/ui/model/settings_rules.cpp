@@ -100,8 +100,9 @@ void responseRules(SettingsForm& form, bool broker) {
   }
 }
 
-void requestPasswordRules(SettingsForm& form) {
-  if (getUserLogonMappingValue(form) == 0) forceList(form, cmbRequestPassword, 1);
+/// A broker has its own option, whether logons are mapped or not.
+void requestPasswordRules(SettingsForm& form, bool broker) {
+  if (!broker && getUserLogonMappingValue(form) == 0) forceList(form, cmbRequestPassword, 1);
 }
 
 void pollingRules(SettingsForm& form) {
@@ -148,7 +149,7 @@ RuleResult applyFieldRules(SettingsForm form) {
   startState(form);
   vendorRules(form, format);
   responseRules(form, isBroker(format));
-  requestPasswordRules(form);
+  requestPasswordRules(form, isBroker(format));
   pollingRules(form);
   contextChangeRules(form, format);
   closeDictationRules(form);

@@ -188,7 +188,7 @@ Oracle oracleOf(const Inputs& in) {
     oracle[txtResponseFileName].tooltip = L"Sets the HL7 message to send for the response";
   }
 
-  if (mapping == 0) {
+  if (mapping == 0 && !broker) {
     oracle[cmbRequestPassword].position = 1;
     oracle[cmbRequestPassword].enabled = false;
   }
