@@ -51,7 +51,8 @@ constexpr Binding kBindings[] = {
 };
 // clang-format on
 
-/// Of the file with exactly that name, else of one that is the same but for small and capital letters.
+/// Of the file with exactly that name, else of one that is the same but for small and capital
+/// letters.
 int positionOfFile(const SettingsForm& form, const std::wstring& file) {
   const auto& files = form.xmlFiles;
   auto found = std::find(files.begin(), files.end(), file);

@@ -1,10 +1,7 @@
-#include "ui/model/settings_editor.h"
+#include "ui/model/settings_editor_test.h"
 
 #include "data/database.h"
 #include "support/runtime_error.h"
-#include "support/text.h"
-#include "tools/core_test.h"
-#include "tools/scratch.h"
 #include "ui/model/settings_binding.h"
 
 namespace tlpacscfg::test {
@@ -14,94 +11,13 @@ using enum Control;
 using doors::Answer;
 using doors::Buttons;
 
-constexpr const wchar_t* kSaveQuestion =
-    L"Configuration has not been saved. Would you like to save the current configuration before "
-    L"continuing?";
-constexpr const wchar_t* kNewQuestion =
-    L"You have not saved the new configuration. Would you like to save the configuration before "
-    L"continuing?";
 constexpr const wchar_t* kNotDefault =
     L"You are not permitted to delete the 'Default Configuration'.";
 constexpr const wchar_t* kInUse =
     L"This configuration is currently being used by at least one workstation. Please reassign the "
     L"workstation to another configuration and then attempt to delete again.";
-constexpr const wchar_t* kSure = L"Are you sure you want to delete this configuration?";
 constexpr const wchar_t* kBlankDescription =
     L"The Configuration Description Field cannot be blank.";
-
-/// What a record must hold so that showing it changes nothing.
-constexpr const wchar_t* kSettled = L"pacs_request_password = 1, flag10 = 11";
-
-class SettingsEditorTest : public SiteTest {
- protected:
-  SettingsEditorTest() {
-    host->settings = std::make_shared<HostSettings>();
-    host->settings->User_ID = 42;
-    g_objConfig = host->settings;
-  }
-
-  void addSettled(int id, const std::wstring& description) {
-    addConfiguration(id, std::wstring(kSettled) + L", description = '" + description + L"'");
-  }
-
-  /// Three configurations; the third is assigned to a workstation.
-  void makeSite() {
-    addSettled(1, L"Default");
-    addSettled(5, L"Five");
-    addSettled(9, L"Nine");
-    addWorkstation(L"READ-01");
-    assign(L"READ-01", L"'9'");
-  }
-
-  void open(std::int16_t configID) {
-    connect();
-    host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
-    host->m_colPACSConfig->GetPACSConfigurations();
-    host->m_colWorkstation = std::make_shared<colWorkstation>();
-    host->m_colWorkstation->GetWorkstationsList();
-    editor.load();
-    editor.ShowPACSSettings(configID);
-    settle();
-    messages.clear();
-  }
-
-  void settle() {
-    if (editor.rulesWanted) editor.TmrFieldChange();
-    editor.rulesWanted = false;
-  }
-
-  void type(Control control, const std::wstring& text) { editor.form[control].text = text; }
-
-  std::wstring description(int id) {
-    return site
-        .value(L"select description from Interface_PACS_cfg where config_id = " + decimal(id))
-        .value_or(L"");
-  }
-  std::wstring count() {
-    return site.value(L"select count(*) from Interface_PACS_cfg").value_or(L"");
-  }
-  std::wstring hostDescription(std::int16_t id) const {
-    const auto& all = *host->m_colPACSConfig;
-    const auto record = all.Item(all.GetItemNumber(id));
-    return record ? record->Description : L"<none>";
-  }
-
-  void expectAsked(const std::wstring& question, Buttons buttons) const {
-    ASSERT_FALSE(messages.empty());
-    EXPECT_EQ(question, messages.front().text);
-    EXPECT_EQ(buttons, messages.front().buttons);
-    EXPECT_EQ(doors::Icon::None, messages.front().icon);
-    EXPECT_EQ(doors::Modality::System, messages.front().modality);
-    EXPECT_EQ(L"TLPACSCFG", messages.front().title);
-  }
-
-  std::shared_ptr<clsConfig> host = std::make_shared<clsConfig>();
-  int listRefreshes = 0;
-  int dialogRefreshes = 0;
-  SettingsEditor editor{host,
-                        {.refreshWorkstationList = [this] { ++listRefreshes; },
-                         .refreshAssignmentDialog = [this] { ++dialogRefreshes; }}};
-};
 
 TEST_F(SettingsEditorTest, ZeroOpensTheDefaultConfiguration) {
   makeSite();
