@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
 #include "data/database.h"
@@ -382,6 +384,27 @@ TEST_F(RemoteLoadingTest, ANullInAnOlderColumnFailsTheLoad) {
 TEST_F(RemoteLoadingTest, ATableWithTooFewColumnsFailsTheLoad) {
   client->table = tableOf({{L"1", L"2"}});
   EXPECT_RUNTIME_ERROR(configurations.GetPACSConfigurations(), 9, L"Subscript out of range");
+}
+
+TEST_F(RemoteLoadingTest, AStoredIdentifierZeroCollidesWithThePlaceholder) {
+  Cells cells = distinctCells();
+  cells[0] = L"0";
+  client->table = tableOf({cells, distinctCells()});
+  EXPECT_RUNTIME_ERROR(configurations.GetPACSConfigurations(), 457, kDuplicateKey);
+  EXPECT_EQ(identifiers(), (Identifiers{0}));
+}
+
+TEST_F(RemoteLoadingTest, ANullFlag10YieldsOne) {
+  Cells cells = distinctCells();
+  const auto flag10 = std::find_if(
+      columnsInLoadOrder().begin(), columnsInLoadOrder().end(),
+      [](const Column* column) { return std::wstring_view(column->name) == L"flag10"; });
+  ASSERT_NE(flag10, columnsInLoadOrder().end());
+  cells[static_cast<std::size_t>((*flag10)->loadPosition)] = std::nullopt;
+  client->table = tableOf({cells});
+  configurations.GetPACSConfigurations();
+  ASSERT_EQ(identifiers(), (Identifiers{0, 101}));
+  EXPECT_EQ(configurations.Item(2)->PollingDisplayField, 1);
 }
 
 TEST_F(RemoteLoadingTest, ADuplicateIdentifierFailsTheLoad) {

@@ -66,6 +66,14 @@ TEST_F(WorkstationKeyTest, AQuoteInTheNameFailsOnTheDirectPath) {
   EXPECT_THROW(WorkstationConfigExists(L"O'BRIEN-PC"), odbc::Error);
 }
 
+TEST_F(WorkstationKeyTest, AQuoteInTheNameIsAnsweredWithNoOnTheRemotePath) {
+  const auto client = connectFakeClient();
+  // What a database says to the quote that ends the name too early.
+  client->errors = {L"Incorrect syntax near 'BRIEN'."};
+  EXPECT_EQ(WorkstationConfigExists(L"O'BRIEN-PC"), 0);
+  EXPECT_EQ(client->calls.front(), L"SQLQueryTable(site, " + question(L"O'BRIEN-PC") + L")");
+}
+
 TEST_F(WorkstationKeyTest, WithoutAConnectionTheQuestionFails) {
   EXPECT_RUNTIME_ERROR(WorkstationConfigExists(L"PC1"), 91,
                        L"Object variable or With block variable not set");

@@ -4,6 +4,7 @@
 
 #include "support/runtime_error.h"
 #include "support/text.h"
+#include "ui/model/settings_rules.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -200,6 +201,39 @@ TEST(BindingTest, ABrokerRecordShowsTheFirstRequestPasswordOptionDisabled) {
   }
 }
 
+TEST(BindingTest, TheRulesLeaveABrokerItsPasswordOptionWhateverTheMapping) {
+  for (const std::int16_t format : {vendor::kBroker, vendor::kBrokerExtended}) {
+    for (int mapping = 0; mapping <= 6; ++mapping) {
+      Record record = completeRecord();
+      record.PACSType = format;
+      record.UserMappingOpt = static_cast<std::int16_t>(mapping);
+      record.RequestPasswordOpt = 2;
+      SettingsForm form(kFiles);
+      showRecord(form, record);
+      form = applyFieldRules(form).form;
+      EXPECT_EQ(0, form[cmbRequestPassword].position) << format << ' ' << mapping;
+      EXPECT_FALSE(form[cmbRequestPassword].enabled);
+    }
+  }
+}
+
+TEST(BindingTest, FileNamesAreStoredAsTypedWithoutTrimming) {
+  for (const wchar_t* typed : {L"{AF}", L"  {AF}\req.xml ", L"http://h/?a={af}&b= ", L" "}) {
+    Record record = completeRecord();
+    SettingsForm form(kFiles);
+    showRecord(form, record);
+    for (const Control name :
+         {txtRequestFileName, txtResponseFileName, txtContextXML, txtCloseDictation}) {
+      form[name].text = typed;
+    }
+    readBack(form, record);
+    EXPECT_EQ(typed, record.RequestFileName);
+    EXPECT_EQ(typed, record.ResponseFileName);
+    EXPECT_EQ(typed, record.ContextXMLFile);
+    EXPECT_EQ(typed, record.CloseDictationFile);
+  }
+}
+
 TEST(BindingTest, ContextChangeZeroUnticksTheBoxAndLeavesTheList) {
   Record record = completeRecord();
   SettingsForm form(kFiles);
@@ -244,6 +278,20 @@ TEST(BindingTest, AnXmlFileThatIsNotOfferedSelectsNone) {
   record.CustomXMLFile = L"";
   showRecord(form, record);
   EXPECT_TRUE(PACSValueTheSame(form, record));
+}
+
+TEST(BindingTest, AnXmlFileIsFoundInOtherLettersUnlessOneIsExactlyItsOwn) {
+  Record record = completeRecord();
+  SettingsForm form({L"MAP.XML", L"map.xml", L"Other.xml"});
+  const struct {
+    const wchar_t* stored;
+    int position;
+  } cases[] = {{L"map.xml", 1}, {L"MAP.XML", 0}, {L"Map.Xml", 0}, {L"OTHER.XML", 2}, {L"map", -1}};
+  for (const auto& each : cases) {
+    record.CustomXMLFile = each.stored;
+    showRecord(form, record);
+    EXPECT_EQ(each.position, form[cmbXMLConfugrationFile].position) << toUtf8(each.stored);
+  }
 }
 
 TEST(BindingTest, ACustomFormatWithoutXmlFilesFallsBackWithItsMessage) {
@@ -334,6 +382,40 @@ TEST(BindingTest, APositionListWithoutASelectedEntryReadsAsMinusOne) {
   form[cmbResPassword].position = -1;
   readBack(form, record);
   EXPECT_EQ(-1, record.ResponsePasswordOpt);
+}
+
+TEST(BindingTest, ADisabledListWithoutASelectedEntryKeepsWhatTheRecordHolds) {
+  for (const Binding& binding : bindings()) {
+    if (design(binding.control).kind != Kind::List) continue;
+    if (binding.conversion == Conversion::FileEntry) continue;
+    SCOPED_TRACE(toUtf8(design(binding.control).name));
+    Record record = completeRecord();
+    SettingsForm form(kFiles);
+    showRecord(form, record);
+    const Record before = record;
+    form[binding.control].position = -1;
+    EXPECT_FALSE(PACSValueTheSame(form, record));
+    form[binding.control].enabled = false;
+    EXPECT_TRUE(PACSValueTheSame(form, record));
+    form[txtDescription].text = L"changed";
+    EXPECT_FALSE(PACSValueTheSame(form, record));
+    readBack(form, record);
+    EXPECT_EQ(L"changed", record.Description);
+    EXPECT_EQ(valueOf(before, binding.field), valueOf(record, binding.field));
+  }
+}
+
+TEST(BindingTest, ADisabledListWithASelectedEntryIsReadBack) {
+  Record record = completeRecord();
+  SettingsForm form(kFiles);
+  showRecord(form, record);
+  selectCode(form, cmbContextUpdate, 5);
+  form[cmbContextUpdate].enabled = false;
+  form[cmbResPassword].position = 2;
+  form[cmbResPassword].enabled = false;
+  readBack(form, record);
+  EXPECT_EQ(5, record.ContextUpdate);
+  EXPECT_EQ(2, record.ResponsePasswordOpt);
 }
 
 TEST(BindingTest, AccessionFieldsOfOldRowsStayAsTheyAreUntilATickChanges) {

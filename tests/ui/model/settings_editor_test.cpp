@@ -90,6 +90,30 @@ TEST_F(SettingsEditorTest, AnUnknownConfigurationShowsNothingNewAndSelectsNoRow)
   EXPECT_TRUE(messages.empty());
 }
 
+TEST_F(SettingsEditorTest, AnUnknownConfigurationLeavesTheShownOneTheCurrentOne) {
+  makeSite();
+  open(5);
+  editor.ShowPACSSettings(7);
+  EXPECT_EQ(5, editor.currentID());
+  EXPECT_EQ(1u, editor.selectedRow);
+  EXPECT_EQ(L"Five", editor.form[txtDescription].text);
+  type(txtDescription, L"Changed");
+  editor.btnSave();
+  EXPECT_EQ(L"Changed", description(5));
+}
+
+TEST_F(SettingsEditorTest, AnUnknownConfigurationLeavesTheShownOnesEditsToBeAskedAbout) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Changed");
+  editor.ShowPACSSettings(7);
+  EXPECT_EQ(L"Changed", editor.form[txtDescription].text);
+  answers = {Answer::Cancel};
+  EXPECT_FALSE(editor.btnExit());
+  expectAsked(kSaveQuestion, Buttons::YesNoCancel);
+  EXPECT_EQ(1u, editor.selectedRow);
+}
+
 TEST_F(SettingsEditorTest, SavingForAnUnknownConfigurationIsAnError) {
   makeSite();
   open(7);
@@ -114,6 +138,31 @@ TEST_F(SettingsEditorTest, SavingWithoutAnEditWritesNothing) {
   editor.btnSave();
   EXPECT_EQ(L"elsewhere", description(5));
   EXPECT_EQ(L"0", site.value(L"select count(*) from System_offline_db_updates"));
+}
+
+TEST_F(SettingsEditorTest, ADisabledListWithoutAnEntryHindersNoSaveAndKeepsItsColumn) {
+  addConfiguration(1, std::wstring(kSettled) + L", description = 'Default', flag8 = 1");
+  open(1);
+  ASSERT_FALSE(editor.form[cmbContextUpdate].enabled);
+  ASSERT_EQ(-1, editor.form[cmbContextUpdate].position);
+  EXPECT_TRUE(editor.CheckForSave(1));
+  EXPECT_TRUE(messages.empty());
+  type(txtPort, L"104");
+  editor.btnSave();
+  EXPECT_EQ(L"104", site.value(L"select flag6 from Interface_PACS_cfg where config_id = 1"));
+  EXPECT_EQ(L"1", site.value(L"select flag8 from Interface_PACS_cfg where config_id = 1"));
+}
+
+TEST_F(SettingsEditorTest, AnEnabledListWithoutAnEntryCannotBeSaved) {
+  addConfiguration(1, std::wstring(kSettled) + L", description = 'Default', flag10 = 99");
+  open(1);
+  ASSERT_TRUE(editor.form[cmbPollingDisplayField].enabled);
+  try {
+    editor.btnSave();
+    FAIL();
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(381, error.number());
+  }
 }
 
 TEST_F(SettingsEditorTest, SavingAnEditUpdatesTheRowTheHostAndTheList) {
@@ -247,6 +296,26 @@ TEST_F(SettingsEditorTest, ANewConfigurationIsInsertedUnderTheNextIdentifier) {
   EXPECT_EQ(L"4", count());
 }
 
+TEST_F(SettingsEditorTest, AnIdentifierThatIsTakenIsRefusedBeforeARowIsInserted) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  // Somebody else deletes all rows: numbering begins with 1 again.
+  site.run(L"delete from Interface_PACS_cfg");
+  try {
+    editor.btnSave();
+    FAIL();
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(457, error.number());
+  }
+  EXPECT_EQ(L"0", count());
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(L"Ten", editor.form[txtDescription].text);
+  EXPECT_EQ(3u, editor.rows.rowCount());
+}
+
 TEST_F(SettingsEditorTest, AFailedInsertLeavesANewConfiguration) {
   makeSite();
   open(5);
@@ -297,6 +366,8 @@ TEST_F(SettingsEditorTest, ARowClickAnsweredYesSavesAndMovesOn) {
   EXPECT_EQ(9, editor.currentID());
   EXPECT_EQ(2u, editor.selectedRow);
   EXPECT_EQ(L"5 - Changed", editor.rows.cell(1, ConfigurationRows::kConfiguration));
+  EXPECT_EQ(L"Changed", hostDescription(5));
+  EXPECT_EQ(1, listRefreshes);
 }
 
 TEST_F(SettingsEditorTest, ARowClickAnsweredNoDropsTheEdits) {
@@ -378,6 +449,29 @@ TEST_F(SettingsEditorTest, LeavingANewConfigurationAsksAndCanBeAnsweredEveryWay)
   EXPECT_EQ(4u, editor.rows.rowCount());
 }
 
+TEST_F(SettingsEditorTest, ANewConfigurationSavedByTheQuestionReachesTheHostAndTheList) {
+  makeSite();
+  open(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  answers = {Answer::Yes};
+  editor.rowClicked(2);
+  EXPECT_EQ(L"Ten", hostDescription(10));
+  EXPECT_EQ(1, listRefreshes);
+}
+
+TEST_F(SettingsEditorTest, WhatTheQuestionDropsReachesNobody) {
+  makeSite();
+  open(5);
+  const auto before = host->m_colPACSConfig;
+  type(txtDescription, L"Changed");
+  answers = {Answer::No};
+  editor.rowClicked(2);
+  EXPECT_EQ(before, host->m_colPACSConfig);
+  EXPECT_EQ(0, listRefreshes);
+}
+
 TEST_F(SettingsEditorTest, ANewConfigurationAnsweredNoIsDropped) {
   makeSite();
   open(5);
@@ -405,6 +499,8 @@ TEST_F(SettingsEditorTest, NewAsksAboutUnsavedEdits) {
   editor.btnNew();
   EXPECT_TRUE(editor.isNew());
   EXPECT_EQ(L"Changed", description(5));
+  EXPECT_EQ(L"Changed", hostDescription(5));
+  EXPECT_EQ(1, listRefreshes);
   EXPECT_EQ(std::nullopt, editor.selectedRow);
 }
 
@@ -435,6 +531,16 @@ TEST_F(SettingsEditorTest, TheFirstRowCannotBeDeleted) {
   editor.btnDelete();
   expectAsked(kNotDefault, Buttons::Ok);
   EXPECT_EQ(L"3", count());
+}
+
+TEST_F(SettingsEditorTest, TheFirstRowIsRefusedEvenWhenNoWorkstationUsesIt) {
+  makeSite();
+  open(1);
+  ASSERT_FALSE(host->m_colWorkstation->CheckforAttachedWS(1));
+  editor.btnDelete();
+  EXPECT_EQ(1u, messages.size());
+  expectAsked(kNotDefault, Buttons::Ok);
+  EXPECT_EQ(L"Default", description(1));
 }
 
 TEST_F(SettingsEditorTest, TheOnlyRowCannotBeDeletedWhateverItsIdentifier) {

@@ -69,6 +69,26 @@ TEST(SettingsTablesTest, EveryListHasItsEntriesInOrderWithTheirCodes) {
   }
 }
 
+std::vector<std::int16_t> codesOf(Control list) {
+  std::vector<std::int16_t> codes;
+  for (const Option& option : optionsOf(list)) codes.push_back(option.code);
+  return codes;
+}
+
+using Codes = std::vector<std::int16_t>;
+
+TEST(SettingsTablesTest, TheSpeechMikeListsCarryTenForEolAndEightForInsOvwrNotTheirPositions) {
+  for (const Control list : {Control::cmbStartPACS, Control::cmbManualEntry}) {
+    EXPECT_EQ((Codes{0, 10, 8}), codesOf(list));
+    EXPECT_STREQ(L"EOL", optionsOf(list)[1].text);
+    EXPECT_STREQ(L"INS/OVWR", optionsOf(list)[2].text);
+  }
+}
+
+TEST(SettingsTablesTest, TheContextChangeActionsCarryTheCodes10To45) {
+  EXPECT_EQ((Codes{10, 20, 30, 35, 40, 45}), codesOf(Control::cmbContextChangeOption));
+}
+
 TEST(SettingsTablesTest, EveryListButTheXmlFilesHasEntries) {
   std::set<std::wstring> withEntries;
   for (const ExpectedList& list : expectedLists()) withEntries.insert(list.control);

@@ -140,6 +140,28 @@ TEST_F(ValidDataTest, ApplicableFieldsOfBlanksAreEnough) {
   EXPECT_EQ(Messages{}, messages());
 }
 
+TEST_F(ValidDataTest, PortZeroIsRefusedForTcpIpAndAcceptedForTheExtendedBroker) {
+  form[txtPort].text = L"0";
+  selectCode(form, cmbVendorType, vendor::kTcpIp);
+  EXPECT_EQ(Messages{kTcpIpPort}, messages());
+  selectCode(form, cmbVendorType, vendor::kBrokerExtended);
+  EXPECT_EQ(Messages{}, messages());
+}
+
+TEST_F(ValidDataTest, Port65000IsAcceptedAnd65001IsRefused) {
+  const struct {
+    std::int16_t format;
+    const wchar_t* complaint;
+  } cases[] = {{vendor::kTcpIp, kTcpIpPort}, {vendor::kBrokerExtended, kBrokerPort}};
+  for (const auto& each : cases) {
+    selectCode(form, cmbVendorType, each.format);
+    form[txtPort].text = L"65000";
+    EXPECT_EQ(Messages{}, messages());
+    form[txtPort].text = L"65001";
+    EXPECT_EQ(Messages{each.complaint}, messages());
+  }
+}
+
 struct PortCase {
   std::wstring text;
   bool tcpIp;

@@ -1,0 +1,253 @@
+#include <algorithm>
+
+#include "support/runtime_error.h"
+#include "tools/errors.h"
+#include "tools/fake_client.h"
+#include "ui/model/settings_editor_test.h"
+
+/// The editor's writing through the remote data client, which reports its failures to the log only.
+namespace tlpacscfg::test {
+namespace {
+
+using enum Control;
+using doors::Answer;
+using doors::Buttons;
+
+constexpr const wchar_t* kLocked = L"The table is locked.";
+constexpr const wchar_t* kUpdate = L"UPDATE Interface_PACS_cfg";
+constexpr const wchar_t* kInsert = L"INSERT into Interface_PACS_cfg";
+constexpr const wchar_t* kDelete = L"delete from interface_PACS_cfg";
+constexpr const wchar_t* kMark = L"System_offline_db_updates";
+
+class SettingsRemoteTest : public SettingsEditorTest {
+ protected:
+  /// The editor on the site's configurations, from now on behind a client that numbers from 9.
+  void openRemotely(std::int16_t configID) {
+    makeSite();
+    open(configID);
+    client = connectFakeClient();
+    number(L"9");
+  }
+
+  /// The highest identifier that is stored.
+  void number(const std::wstring& highest) { client->table = tableOf({{highest}}); }
+
+  void refuse(const wchar_t* statement) {
+    client->refused = statement;
+    // Before an insert its number is asked for, and with it twice for an error.
+    client->errors.assign(editor.isNew() ? 2 : 0, L"");
+    client->errors.push_back(kLocked);
+  }
+  void accept() {
+    client->refused.clear();
+    client->errors.clear();
+    client->calls.clear();
+  }
+
+  std::ptrdiff_t sent(const std::wstring& piece) const {
+    return std::count_if(client->calls.begin(), client->calls.end(), [&](const std::wstring& call) {
+      return call.starts_with(L"SQLExecuteText(") && call.find(piece) != call.npos;
+    });
+  }
+
+  void expectRefused(const std::function<void()>& command) {
+    EXPECT_RUNTIME_ERROR(command(), 40002, kLocked);
+  }
+
+  std::shared_ptr<ClientScript> client;
+};
+
+TEST_F(SettingsRemoteTest, ASaveIsSentAndHandedOver) {
+  openRemotely(5);
+  type(txtDescription, L"Changed");
+  editor.btnSave();
+  EXPECT_EQ(sent(kUpdate), 1);
+  EXPECT_EQ(sent(kMark), 1);
+  EXPECT_EQ(hostDescription(5), L"Changed");
+  EXPECT_EQ(listRefreshes, 1);
+}
+
+TEST_F(SettingsRemoteTest, ARefusedSaveIsAnErrorInTheClientsWordsAndTheEditsStay) {
+  openRemotely(5);
+  type(txtDescription, L"Changed");
+  refuse(kUpdate);
+  expectRefused([&] { editor.btnSave(); });
+  EXPECT_EQ(editor.form[txtDescription].text, L"Changed");
+  EXPECT_EQ(editor.currentID(), 5);
+  EXPECT_EQ(hostDescription(5), L"Five");
+  EXPECT_EQ(listRefreshes, 0);
+}
+
+TEST_F(SettingsRemoteTest, ARefusedSaveIsSentAgainByTheNextOne) {
+  openRemotely(5);
+  type(txtDescription, L"Changed");
+  refuse(kUpdate);
+  expectRefused([&] { editor.btnSave(); });
+  accept();
+  editor.btnSave();
+  EXPECT_EQ(sent(kUpdate), 1);
+  EXPECT_EQ(hostDescription(5), L"Changed");
+  editor.btnSave();
+  EXPECT_EQ(sent(kUpdate), 1) << "Nothing is left to be saved.";
+}
+
+TEST_F(SettingsRemoteTest, ExitAsksAboutWhatTheClientRefused) {
+  openRemotely(5);
+  type(txtDescription, L"Changed");
+  refuse(kUpdate);
+  expectRefused([&] { editor.btnSave(); });
+  answers = {Answer::Cancel};
+  EXPECT_FALSE(editor.btnExit());
+  expectAsked(kSaveQuestion, Buttons::YesNoCancel);
+}
+
+TEST_F(SettingsRemoteTest, ARowClickAnsweredYesJumpsBackWhenTheClientRefuses) {
+  openRemotely(5);
+  type(txtDescription, L"Changed");
+  refuse(kUpdate);
+  answers = {Answer::Yes};
+  expectRefused([&] { editor.rowClicked(2); });
+  EXPECT_EQ(editor.currentID(), 5);
+  EXPECT_EQ(editor.selectedRow, 1U);
+  EXPECT_EQ(editor.form[txtDescription].text, L"Changed");
+}
+
+TEST_F(SettingsRemoteTest, ARefusedMarkForOfflineCopiesFailsTheSaveToo) {
+  openRemotely(5);
+  type(txtDescription, L"Changed");
+  refuse(kMark);
+  expectRefused([&] { editor.btnSave(); });
+  accept();
+  editor.btnSave();
+  EXPECT_EQ(sent(kUpdate), 1);
+  EXPECT_EQ(sent(kMark), 1);
+}
+
+TEST_F(SettingsRemoteTest, ARefusedInsertLeavesTheConfigurationNewAndOutsideTheCollection) {
+  openRemotely(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  refuse(kInsert);
+  expectRefused([&] { editor.btnSave(); });
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(editor.currentID(), 0);
+  EXPECT_EQ(editor.rows.rowCount(), 3U);
+  EXPECT_EQ(editor.form[txtDescription].text, L"Ten");
+  EXPECT_EQ(hostDescription(10), L"<none>");
+  answers = {Answer::Cancel};
+  EXPECT_FALSE(editor.btnExit());
+  expectAsked(kNewQuestion, Buttons::YesNoCancel);
+  accept();
+  editor.btnSave();
+  EXPECT_EQ(sent(kInsert), 1);
+  EXPECT_FALSE(editor.isNew());
+  EXPECT_EQ(hostDescription(10), L"Ten");
+}
+
+TEST_F(SettingsRemoteTest, ANewRowWhoseMarkIsRefusedIsNotInsertedTwice) {
+  openRemotely(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  refuse(kMark);
+  expectRefused([&] { editor.btnSave(); });
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(sent(kInsert), 1);
+  accept();
+  number(L"10");
+  type(txtDescription, L"Ten again");
+  editor.btnSave();
+  EXPECT_EQ(sent(kInsert), 0);
+  EXPECT_EQ(sent(L"WHERE config_id = 10"), 1);
+  EXPECT_EQ(editor.currentID(), 10);
+  EXPECT_EQ(hostDescription(10), L"Ten again");
+}
+
+TEST_F(SettingsRemoteTest, TheNextNewConfigurationIsInsertedUnderItsOwnNumber) {
+  openRemotely(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  refuse(kMark);
+  expectRefused([&] { editor.btnSave(); });
+  accept();
+  number(L"10");
+  answers = {Answer::No};
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Eleven");
+  editor.btnSave();
+  EXPECT_EQ(sent(kInsert), 1);
+  EXPECT_EQ(hostDescription(11), L"Eleven");
+}
+
+TEST_F(SettingsRemoteTest, ARefusedDeleteKeepsTheConfigurationInTheCollectionAndOnTheScreen) {
+  openRemotely(5);
+  refuse(kDelete);
+  answers = {Answer::Yes};
+  expectRefused([&] { editor.btnDelete(); });
+  EXPECT_EQ(editor.rows.rowCount(), 3U);
+  EXPECT_EQ(editor.selectedRow, 1U);
+  EXPECT_EQ(editor.currentID(), 5);
+  EXPECT_EQ(editor.form[txtDescription].text, L"Five");
+  EXPECT_EQ(dialogRefreshes, 0);
+  EXPECT_TRUE(editor.btnExit());
+  EXPECT_EQ(hostDescription(5), L"Five");
+  EXPECT_EQ(host->m_colPACSConfig->GetItemNumber(5), 3) << "at its former place";
+  EXPECT_EQ(messages.size(), 1U) << "Nothing was changed by it.";
+}
+
+TEST_F(SettingsRemoteTest, ARefusedDeleteIsSentAgainByTheNextOne) {
+  openRemotely(5);
+  refuse(kDelete);
+  answers = {Answer::Yes, Answer::Yes};
+  expectRefused([&] { editor.btnDelete(); });
+  accept();
+  editor.btnDelete();
+  EXPECT_EQ(sent(L"where config_id = '5'"), 1);
+  EXPECT_EQ(hostDescription(5), L"<none>");
+  EXPECT_EQ(editor.currentID(), 1);
+}
+
+TEST_F(SettingsRemoteTest, AClientThatIsGoneIsAnErrorToo) {
+  openRemotely(5);
+  type(txtDescription, L"Changed");
+  client->failing = {L"SQLExecuteText"};
+  EXPECT_RUNTIME_ERROR(editor.btnSave(), 40002,
+                       L"The object invoked has disconnected from its clients.");
+  EXPECT_EQ(editor.form[txtDescription].text, L"Changed");
+}
+
+TEST_F(SettingsRemoteTest, AnIdentifierThatIsTakenIsRefusedBeforeAnythingIsSent) {
+  openRemotely(5);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Ten");
+  number(L"4");
+  EXPECT_RUNTIME_ERROR(editor.btnSave(), 457,
+                       L"This key is already associated with an element of this collection");
+  EXPECT_EQ(sent(L""), 0);
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(editor.form[txtDescription].text, L"Ten");
+  EXPECT_EQ(hostDescription(5), L"Five");
+  number(L"9");
+  editor.btnSave();
+  EXPECT_EQ(hostDescription(10), L"Ten");
+}
+
+TEST_F(SettingsRemoteTest, ANewConfigurationIsNumberedBeforeItsControlsAreRead) {
+  openRemotely(5);
+  editor.btnNew();
+  settle();
+  client->calls.clear();
+  type(txtDescription, L"Ten");
+  type(txtPort, L"99999999999999999999");
+  EXPECT_OVERFLOW(editor.btnSave());
+  ASSERT_FALSE(client->calls.empty());
+  EXPECT_TRUE(client->calls.front().starts_with(L"SQLQueryTable(site, SELECT TOP 1 config_id"));
+  EXPECT_EQ(sent(L""), 0);
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test
