@@ -108,6 +108,51 @@ TEST_F(AssignmentTest, NoneTakesTheAssignmentAway) {
   EXPECT_EQ(assigned(kComputer), L"0");
 }
 
+TEST_F(AssignmentTest, AWorkstationWithoutAConfigurationOpensWithNoneSelected) {
+  makeSite();
+  site.run(L"update System_workstation_cfg set key_value = '0'");
+  assignWhile([](HWND list) {
+    const HWND dialog = open(list);
+    EXPECT_EQ(chosen(dialog), 0);
+    EXPECT_EQ(textOf(combo(dialog)), L"<None>");
+    EXPECT_EQ(SendMessageW(combo(dialog), CB_GETITEMDATA, 0, 0), 0);
+  });
+}
+
+TEST_F(AssignmentTest, NoneSortsTheRowLastByConfiguration) {
+  makeSite();
+  addWorkstation(L"READ-02");
+  assign(L"READ-02", L"'9'");
+  assignWhile([](HWND list) {
+    const HWND dialog = open(list);
+    choose(dialog, IDC_frmWorkstationSettings_cmbPACSConfig, 0);
+    ok(dialog);
+    // The first click reverses the order by name.
+    list_view::clickHeader(workstations(list), 2);
+    list_view::clickHeader(workstations(list), 2);
+    EXPECT_EQ(list_view::column(workstations(list), 1), (Texts{L"READ-02", kComputer}));
+    EXPECT_EQ(list_view::column(workstations(list), 4), (Texts{L"9", L"9999"}));
+  });
+}
+
+TEST_F(AssignmentTest, TheChangeIsLostWhenTheHostEndsWithoutClosingTheList) {
+  makeSite();
+  initialise();
+  const DWORD thread = GetCurrentThreadId();
+  showWhile([&](HWND list) {
+    const HWND dialog = open(list);
+    choose(dialog, IDC_frmWorkstationSettings_cmbPACSConfig, 3);
+    ok(dialog);
+    EXPECT_EQ(list_view::cell(workstations(list), 0, 4), L"9");
+    PostThreadMessageW(thread, WM_QUIT, 0, 0);
+    waitUntil([] { return !isShown(kListTitle); }, "the windows are gone");
+  });
+  MSG message{};
+  EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(assigned(kComputer), L"5");
+  EXPECT_EQ(site.value(L"select count(*) from System_offline_db_updates"), L"0");
+}
+
 TEST_F(AssignmentTest, AConfigurationThatIsGoneShowsNoEntryAndCannotBeConfirmed) {
   makeSite();
   site.run(L"update System_workstation_cfg set key_value = '7'");

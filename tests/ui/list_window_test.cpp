@@ -2,6 +2,7 @@
 #include <commctrl.h>
 
 #include "data/database.h"
+#include "tools/fake_client.h"
 #include "ui/list_window.h"
 #include "ui/show_form.h"
 #include "ui/win32/form.h"
@@ -287,6 +288,48 @@ TEST_F(ListWindowTest, ASaveThatFailsIsReportedAndTheWindowStays) {
   EXPECT_FALSE(config_->ConfigLoaded);
   EXPECT_EQ(site.rows(L"select pc_name, key_value from System_workstation_cfg"),
             (ProbeRows{{L"PC-1", L"1"}}));
+}
+
+TEST_F(ListWindowTest, AssignmentsThatTheRemoteClientRefusesAreReportedAndTheWindowStays) {
+  addWorkstation(L"PC-1");
+  initialise();
+  const auto client = connectFakeClient();
+  client->refused = L"system_workstation_cfg";
+  showWhile([&](HWND window) {
+    client->errors = {L"The table is locked."};
+    close(window);
+    EXPECT_TRUE(isShown(kListTitle));
+    expectPlainBox(L"Run-time error '40002':\r\nThe table is locked.");
+    messages.clear();
+    answers = {doors::Answer::No};
+    SendMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(isShown(kListTitle));
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_EQ(messages[0].text,
+              L"The workstation assignments could not be saved. Close without saving them?");
+    answers = {doors::Answer::Yes};
+    SendMessageW(window, WM_CLOSE, 0, 0);
+  });
+  EXPECT_FALSE(config_->ConfigLoaded);
+}
+
+TEST_F(ListWindowTest, AssignmentsThatTheRemoteClientRefusedAreSentAgain) {
+  addWorkstation(L"PC-1");
+  initialise();
+  const auto client = connectFakeClient();
+  // The last statement is the mark for offline copies.
+  client->refused = L"System_offline_db_updates";
+  showWhile([&](HWND window) {
+    close(window);
+    EXPECT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(isShown(kListTitle));
+    client->refused.clear();
+    client->calls.clear();
+    close(window);
+  });
+  ASSERT_EQ(client->calls.size(), 2U);
+  EXPECT_NE(client->calls[0].find(L"VALUES('PC-1', 38, 'PACSConfig', '0', -1, 0)"),
+            std::wstring::npos);
 }
 
 TEST_F(ListWindowTest, AFailedRefillIsReportedUnderItsOwnTitle) {

@@ -315,6 +315,22 @@ TEST_F(SettingsCommandsTest, AnotherRowAsksAboutUnsavedEditsAndIsAnsweredEveryWa
   });
 }
 
+TEST_F(SettingsCommandsTest, ASaveByTheQuestionShowsInTheWorkstationList) {
+  makeSite();
+  initialise();
+  showWhile([&](HWND list) {
+    const HWND window = openSettings(list);
+    fill(window, txtDescription, L"Fifth");
+    pickRowAndAnswer(window, 2, Answer::Yes, 2);
+    const HWND workstations = controlOf(list, IDC_frmPACSList_lvwPACSList);
+    EXPECT_EQ(list_view::cell(workstations, 0, 2), L"5 - Fifth");
+    EXPECT_EQ(list_view::selectedRow(workstations), 0);
+    closeSettings(window);
+    click(list, IDC_frmPACSList_btnOk);
+  });
+  EXPECT_EQ(messages.size(), 1U);
+}
+
 TEST_F(SettingsCommandsTest, AClickOnTheShownRowOffersToDropItsEdits) {
   makeSite();
   edit([&](HWND window) {
@@ -442,6 +458,28 @@ TEST_F(SettingsCommandsTest, OpeningAnotherConfigurationAsksAboutUnsavedEdits) {
   });
 }
 
+TEST_F(SettingsCommandsTest, OpeningAConfigurationThatIsGoneKeepsTheOneOnTheScreen) {
+  makeSite();
+  addWorkstation(L"READ-02");
+  assign(L"READ-02", L"'7'");
+  initialise();
+  showWhile([&](HWND list) {
+    const HWND window = openSettings(list);
+    fill(window, txtDescription, L"Changed");
+    list_view::selectRow(controlOf(list, IDC_frmPACSList_lvwPACSList), 1);
+    answers = {Answer::No};
+    click(list, IDC_frmPACSList_cmdEditConfig);
+    EXPECT_EQ(text(window, txtDescription), L"Changed");
+    EXPECT_EQ(list_view::selectedRow(rows(window)), 1);
+    messages.clear();
+    answers = {Answer::Yes};
+    closeSettings(window);
+    expectQuestion(kSaveQuestion, Buttons::YesNoCancel);
+    click(list, IDC_frmPACSList_btnOk);
+  });
+  EXPECT_EQ(stored(5, L"description"), L"Changed");
+}
+
 TEST_F(SettingsCommandsTest, TheDefaultConfigurationCannotBeDeleted) {
   makeSite();
   edit([&](HWND window) {
@@ -482,7 +520,7 @@ TEST_F(SettingsCommandsTest, DeleteAsksAndShowsTheFirstConfigurationAfterwards) 
     EXPECT_EQ(text(window, txtDescription), L"Default");
     EXPECT_EQ(currentTab(window), 0);
     // The description of the default configuration takes no focus.
-    EXPECT_EQ(focusOf(window), control(window, cmbVendorType));
+    EXPECT_EQ(focusOf(window), rows(window));
   });
   EXPECT_EQ(count(), L"2");
   EXPECT_EQ(site.value(L"select count(*) from System_offline_db_updates"), L"2");

@@ -32,6 +32,17 @@ TEST_F(SettingsKeyboardTest, TabWalksThroughThePageTheTabsTheButtonsAndTheList) 
   });
 }
 
+TEST_F(SettingsKeyboardTest, TheDefaultConfigurationOpensWithTheFocusWhereAWheelChoosesNothing) {
+  addSettled(1, L"Default", L"pacs_type = 1");
+  edit([](HWND window) {
+    awaitFocus(window, lvwConfigs);
+    SendMessageW(focusOf(window), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
+    EXPECT_EQ(position(window, cmbVendorType), 1);
+    EXPECT_EQ(list_view::selectedRow(rows(window)), 0);
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
 TEST_F(SettingsKeyboardTest, MnemonicsTurnToTheTabsAndTheirFirstFields) {
   addSettled(1, L"Default", L"bidirectional = 1, flag9 = 10, flag16 = 1");
   edit([](HWND window) {

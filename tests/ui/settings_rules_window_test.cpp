@@ -141,6 +141,32 @@ TEST_F(SettingsRulesWindowTest, TickingTheMappingSelectsTheFirstPairAtOnce) {
   });
 }
 
+TEST_F(SettingsRulesWindowTest, ABrokerKeepsItsPasswordOptionWhenTheMappingIsOff) {
+  for (const wchar_t* format : {L"4", L"5"}) {
+    const int id = std::stoi(format);
+    addSettled(id, L"Broker " + std::wstring(format),
+               L"pacs_type = " + std::wstring(format) + L", pacs_request_password = 2");
+  }
+  addWorkstation(kComputer);
+  assign(kComputer, L"'4'");
+  edit([this](HWND window) {
+    for (const int row : {0, 1}) {
+      if (row > 0) {
+        answers = {doors::Answer::No};
+        pickRow(window, row);
+      }
+      press(window, chkResponseEnabled);
+      awaitEnabled(window, chkPaused, true);
+      EXPECT_FALSE(ticked(window, chkUserLogon));
+      EXPECT_EQ(position(window, cmbRequestPassword), 0);
+      EXPECT_FALSE(enabled(window, cmbRequestPassword));
+    }
+    // Only its own rule held the option there.
+    pickCode(window, cmbVendorType, 1);
+    waitUntil([&] { return position(window, cmbRequestPassword) == 1; }, "the other format's rule");
+  });
+}
+
 TEST_F(SettingsRulesWindowTest, AStoredMappingIsShownWithoutActingAsAClick) {
   addSettled(1, L"Default", L"user_mapping_option = 6, pacs_request_password = 2");
   edit([](HWND window) {

@@ -227,6 +227,38 @@ TEST_F(SettingsShowingTest, AListWithoutASelectedEntryCannotBeSaved) {
   EXPECT_EQ(stored(1, L"pacs_type"), L"1");
 }
 
+TEST_F(SettingsShowingTest, ADisabledListWithoutASelectedEntryHindersNoSave) {
+  addSettled(1, L"Default", L"flag8 = 1");
+  edit([this](HWND window) {
+    EXPECT_EQ(position(window, cmbContextUpdate), CB_ERR);
+    EXPECT_FALSE(enabled(window, cmbContextUpdate));
+    fill(window, txtPort, L"7");
+    press(window, btnSave);
+  });
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(stored(1, L"flag6"), L"7");
+  EXPECT_EQ(stored(1, L"flag8"), L"1");
+}
+
+TEST_F(SettingsShowingTest, AStoredXmlFileIsShownInTheLettersOfTheDirectory) {
+  makePrompts({L"a.xml", L"MAP.XML"});
+  addSettled(1, L"Default", L"pacs_type = 7, string1 = 'map.xml'");
+  edit([](HWND window) { EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"MAP.XML"); });
+}
+
+TEST_F(SettingsShowingTest, TheFieldMarkerAndOtherTextIsStoredAsTypedWithoutTrimming) {
+  addSettled(1, L"Default", L"bidirectional = 1, flag2 = 1");
+  edit([](HWND window) {
+    fill(window, txtResponseFileName, L"{AF}  {12} ");
+    fill(window, txtRequestFileName, L"  c:\\in\\{AF}.xml ");
+    press(window, btnSave);
+    EXPECT_EQ(text(window, txtResponseFileName), L"{AF}  {12} ");
+  });
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(stored(1, L"response_filename"), L"{AF}  {12} ");
+  EXPECT_EQ(stored(1, L"request_filename"), L"  c:\\in\\{AF}.xml ");
+}
+
 TEST_F(SettingsShowingTest, AnUntickedContextChangeBoxStoresZero) {
   addSettled(1, L"Default", L"flag9 = 40");
   edit([](HWND window) {

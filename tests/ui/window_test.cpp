@@ -14,7 +14,8 @@ WindowTest::~WindowTest() { DisconnectDatabase(); }
 
 void WindowTest::initialise() { ASSERT_TRUE(config_->Init()); }
 
-std::uint8_t WindowTest::showWhile(const std::function<void(HWND)>& script) {
+std::uint8_t showListWhile(const std::shared_ptr<clsConfig>& config,
+                           const std::function<void(HWND)>& script) {
   const DWORD windowThread = GetCurrentThreadId();
   std::string failure;
   std::thread driver([&] {
@@ -28,7 +29,7 @@ std::uint8_t WindowTest::showWhile(const std::function<void(HWND)>& script) {
       PostThreadMessageW(windowThread, WM_QUIT, 0, 0);
     }
   });
-  const std::uint8_t result = ShowForm(config_);
+  const std::uint8_t result = ShowForm(config);
   driver.join();
   if (!failure.empty()) {
     MSG message;

@@ -12,6 +12,11 @@ namespace tlpacscfg::test {
 
 inline constexpr const wchar_t* kListTitle = L"Workstation List";
 
+/// Shows the list window and returns what ShowForm does, while another thread runs the script with
+/// the list window's handle. A script that fails, or that leaves the window open, ends it.
+std::uint8_t showListWhile(const std::shared_ptr<clsConfig>& config,
+                           const std::function<void(HWND)>& script);
+
 /// The component's windows on the site's database, on the test's own thread.
 class WindowTest : public SiteTest {
  protected:
@@ -23,9 +28,9 @@ class WindowTest : public SiteTest {
   /// Init on the data source, which must succeed.
   void initialise();
 
-  /// Shows the list window and returns what ShowForm does, while another thread runs the script
-  /// with the list window's handle. A script that fails, or that leaves the window open, ends it.
-  std::uint8_t showWhile(const std::function<void(HWND)>& script);
+  std::uint8_t showWhile(const std::function<void(HWND)>& script) {
+    return showListWhile(config_, script);
+  }
 };
 
 }  // namespace tlpacscfg::test

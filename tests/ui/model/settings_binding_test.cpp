@@ -218,7 +218,7 @@ TEST(BindingTest, TheRulesLeaveABrokerItsPasswordOptionWhateverTheMapping) {
 }
 
 TEST(BindingTest, FileNamesAreStoredAsTypedWithoutTrimming) {
-  for (const wchar_t* typed : {L"{AF}", L"  {AF}\req.xml ", L"http://h/?a={af}&b= ", L" "}) {
+  for (const wchar_t* typed : {L"{AF}", L"  {AF}\\req.xml ", L"http://h/?a={af}&b= ", L" "}) {
     Record record = completeRecord();
     SettingsForm form(kFiles);
     showRecord(form, record);
