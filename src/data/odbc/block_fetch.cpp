@@ -11,6 +11,7 @@ constexpr std::size_t kShortest = 32;   ///< Characters: holds any number or dat
 constexpr std::size_t kLongest = 4000;  ///< Characters to begin with, whatever the column declares.
 constexpr std::size_t kBlockBytes = 1 << 20;
 constexpr std::size_t kMostRows = 2000;
+constexpr std::size_t kCellCharacters = 3;  ///< What a cell counts beside its text.
 
 /// Whole numbers arrive in plain ASCII, which spares the driver a conversion; texts in UTF-16.
 enum class Encoding { Ascii, Utf16 };
@@ -39,8 +40,8 @@ Encoding encodingOf(SQLSMALLINT type) {
 
 class BlockFetch {
  public:
-  BlockFetch(const StatementHandle& statement, RowArrays rowArrays)
-      : statement_(statement), rowArrays_(rowArrays) {
+  BlockFetch(const StatementHandle& statement, RowArrays rowArrays, std::size_t mostCharacters)
+      : statement_(statement), rowArrays_(rowArrays), mostCharacters_(mostCharacters) {
     SQLSMALLINT count = 0;
     statement_.verify(SQLNumResultCols(statement_.get(), &count));
     columns_.resize(static_cast<std::size_t>(count));
@@ -51,6 +52,7 @@ class BlockFetch {
   bool fetch(Table& table) {
     bind();
     table = Table(columns_.size());
+    left_ = mostCharacters_;
     bool complete = true;
     for (;;) {
       const SQLRETURN code = SQLFetch(statement_.get());
@@ -107,11 +109,17 @@ class BlockFetch {
     statement_.verify(SQLSetStmtAttrW(statement_.get(), attribute, value, 0));
   }
 
+  void count(std::size_t characters) {
+    if (characters > left_ || left_ - characters < kCellCharacters) throw ResultTooLarge();
+    left_ -= characters + kCellCharacters;
+  }
+
   /// Appends the cell, or grows the column and returns false.
   bool take(Column& column, std::size_t row, Table& table) {
     // Some drivers write only 32 bits of a length; no cell needs more.
     const auto length = static_cast<std::int32_t>(column.lengths[row]);
     if (length == SQL_NULL_DATA) {
+      count(0);
       table.append(std::nullopt);
       return true;
     }
@@ -120,6 +128,7 @@ class BlockFetch {
     const std::size_t needed = length == SQL_NO_TOTAL
                                    ? bound * 2
                                    : static_cast<std::size_t>(length) / column.characterBytes() + 1;
+    count(needed - 1);
     if (needed > bound) {
       column.width = std::max(column.width, needed);
       table.append(std::nullopt);
@@ -144,6 +153,8 @@ class BlockFetch {
 
   const StatementHandle& statement_;
   RowArrays rowArrays_;
+  std::size_t mostCharacters_;
+  std::size_t left_ = 0;
   std::vector<Column> columns_;
   std::vector<SQLUSMALLINT> status_;
   SQLULEN fetched_ = 0;
@@ -152,8 +163,8 @@ class BlockFetch {
 }  // namespace
 
 Table fetchAll(const StatementHandle& statement, RowArrays rowArrays,
-               const std::function<void()>& executeAgain) {
-  BlockFetch block(statement, rowArrays);
+               const std::function<void()>& executeAgain, std::size_t mostCharacters) {
+  BlockFetch block(statement, rowArrays, mostCharacters);
   Table table;
   while (!block.fetch(table)) {
     block.close();

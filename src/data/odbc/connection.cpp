@@ -4,8 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "data/odbc/block_fetch.h"
-
 namespace tlpacscfg::odbc {
 namespace {
 
@@ -151,17 +149,20 @@ void Connection::open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_v
 Table Connection::query(std::wstring_view sql) {
   if (dialect_ == Dialect::AccessReader) {
     const ClientQuery plan = clientQueryFor(sql);
-    const StatementHandle statement(handle_);
+    const StatementHandle statement = newStatement();
     const auto execute = [&] { executeDirect(statement, plan.statement); };
     execute();
-    return plan.apply(fetchAll(statement, RowArrays::Unsupported, execute));
+    return plan.apply(
+        fetchAll(statement, RowArrays::Unsupported, execute, limits_.resultCharacters));
   }
   Table table;
   for (const std::wstring& text : statementsFor(dialect_, sql)) {
-    const StatementHandle statement(handle_);
+    const StatementHandle statement = newStatement();
     const auto execute = [&] { executeDirect(statement, text); };
     execute();
-    if (columnCount(statement) > 0) table = fetchAll(statement, RowArrays::Supported, execute);
+    if (columnCount(statement) > 0) {
+      table = fetchAll(statement, RowArrays::Supported, execute, limits_.resultCharacters);
+    }
     drain(statement);
   }
   return table;
@@ -175,10 +176,20 @@ void Connection::execute(std::wstring_view sql) {
 
 void Connection::run(std::wstring_view sql) {
   for (const std::wstring& text : statementsFor(dialect_, sql)) {
-    const StatementHandle statement(handle_);
+    const StatementHandle statement = newStatement();
     executeDirect(statement, text);
     drain(statement);
   }
+}
+
+StatementHandle Connection::newStatement() const {
+  StatementHandle statement(handle_);
+  if (limits_.time.count() > 0) {
+    // A driver that knows no such limit refuses it and runs the statement all the same.
+    SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
+                    attribute(static_cast<std::uintptr_t>(limits_.time.count())), SQL_IS_UINTEGER);
+  }
+  return statement;
 }
 
 std::wstring withoutEmptyDataSource(std::wstring_view parameters) {

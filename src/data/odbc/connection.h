@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "data/dialect.h"
+#include "data/odbc/block_fetch.h"
 #include "data/odbc/handle.h"
 #include "data/table.h"
 
@@ -28,6 +29,14 @@ class Environment {
   std::chrono::seconds loginTimeout_;
 };
 
+/// What a statement may take.
+struct StatementLimits {
+  /// For drivers that know a time limit; 0 is none.
+  std::chrono::seconds time{0};
+  /// Of all cells together, with a few for each cell; beyond it a query throws ResultTooLarge.
+  std::size_t resultCharacters = kNoResultLimit;
+};
+
 /// An open connection; closed when the last owner lets go of it. Keeps its environment alive.
 /// Every operation throws Error.
 class Connection {
@@ -45,6 +54,9 @@ class Connection {
   /// Runs one or several statements in one transaction: all of them, or none.
   void execute(std::wstring_view sql);
 
+  /// For the statements from now on.
+  void limitStatements(const StatementLimits& limits) { limits_ = limits; }
+
   Dialect dialect() const { return dialect_; }
 
   /// The reader of Access files does not tell an empty text from NULL.
@@ -53,10 +65,12 @@ class Connection {
  private:
   void open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_view parameters);
   void run(std::wstring_view sql);
+  StatementHandle newStatement() const;
 
   std::shared_ptr<const Environment> environment_;
   ConnectionHandle handle_;
   Dialect dialect_ = Dialect::SqlServer;
+  StatementLimits limits_;
 };
 
 /// The connect string without a data source pair that names nothing: some drivers refuse to see a

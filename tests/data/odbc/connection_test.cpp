@@ -77,6 +77,29 @@ TEST_F(OdbcConnectionTest, ALongTextInALaterBlockComesBackWhole) {
   EXPECT_EQ(cell(table, 1, 4999), L"x");
 }
 
+TEST_F(OdbcConnectionTest, AResultMayBeAsLargeAsItsLimit) {
+  // Each cell counts three characters more than its text has.
+  const std::wstring query = L"SELECT 'abc', NULL UNION ALL SELECT 'de', ''";
+  connection.limitStatements({.resultCharacters = 17});
+  EXPECT_EQ(connection.query(query).rows(), 2U);
+  connection.limitStatements({.resultCharacters = 16});
+  EXPECT_THROW(connection.query(query), ResultTooLarge);
+  EXPECT_EQ(connection.query(L"SELECT 1").rows(), 1U) << "The connection goes on.";
+}
+
+TEST_F(OdbcConnectionTest, ACellIsNoLongerThanTheLimit) {
+  connection.limitStatements({.resultCharacters = 20'003});
+  EXPECT_EQ(cell(connection.query(L"SELECT hex(zeroblob(10000))"), 0, 0).size(), 20'000U);
+  EXPECT_THROW(connection.query(L"SELECT hex(zeroblob(10001))"), ResultTooLarge);
+}
+
+TEST_F(OdbcConnectionTest, ATimeLimitThatTheDriverDoesNotKnowIsNoError) {
+  connection.limitStatements({.time = std::chrono::seconds(1)});
+  EXPECT_EQ(connection.query(L"SELECT 1").rows(), 1U);
+  connection.execute(L"INSERT INTO System_pc_names VALUES('A', '', 1)");
+  EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"1");
+}
+
 TEST_F(OdbcConnectionTest, AConnectionKeepsItsEnvironment) {
   auto owner = environment();
   const std::weak_ptr<Environment> watch = owner;
