@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <string_view>
 
+#include "service/options.h"
 #include "support/scope_exit.h"
 
 namespace tlpacscfg::service {
@@ -56,13 +57,19 @@ bool Channel::fail(const char* reason) {
 }
 
 bool Channel::await(short events, Clock::time_point deadline, bool untilStopped) {
+  bool stopping = false;
   for (;;) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
     if (left.count() <= 0) return fail("too slow");
     pollfd waited[] = {{socket_.get(), events, 0}, {stopSignal_, POLLIN, 0}};
-    const int ready = poll(waited, untilStopped ? 2 : 1, static_cast<int>(left.count()));
+    const int ready = poll(waited, stopping ? 1 : 2, static_cast<int>(left.count()));
     if (ready < 0 && errno != EINTR) return fail("poll failed");
-    if (ready > 0 && waited[1].revents != 0) return fail("stopping");
+    if (ready > 0 && waited[1].revents != 0) {
+      if (untilStopped) return fail("stopping");
+      stopping = true;
+      writeDeadline_ = std::min(writeDeadline_.value_or(deadline), Clock::now() + kEndingTime);
+      deadline = std::min(deadline, *writeDeadline_);
+    }
     // An error or a hang-up shows in the call that follows.
     if (ready > 0 && waited[0].revents != 0) return true;
   }

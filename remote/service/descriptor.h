@@ -12,11 +12,14 @@ class Descriptor {
   explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
   Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   Descriptor& operator=(Descriptor&&) = delete;
-  ~Descriptor() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
+  ~Descriptor() { close(); }
 
   int get() const { return descriptor_; }
+
+  void close() {
+    const int open = std::exchange(descriptor_, -1);
+    if (open >= 0) ::close(open);
+  }
 
  private:
   int descriptor_;

@@ -6,17 +6,22 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <new>
+#include <string_view>
+#include <utility>
 
 #include "service/channel.h"
 #include "service/journal.h"
 #include "service/refusal.h"
 #include "service/work_queue.h"
-#include "support/runtime_error.h"
+#include "support/scope_exit.h"
 #include "support/text.h"
 
 namespace tlpacscfg::service {
 namespace {
+
+// The connection is taken over from a function that the library keeps private and may change.
+static_assert(std::string_view(CPPHTTPLIB_VERSION).starts_with("0.11."),
+              "Check Server::process_and_close_socket of this version of cpp-httplib.");
 
 constexpr const char* kJson = "application/json";
 constexpr std::size_t kHeaderBytes = 4096;
@@ -52,9 +57,9 @@ void checkHeaders(const httplib::Request& request, std::size_t mostBytes) {
   }
 }
 
-void refuse(httplib::Response& response, int status, const std::string& reason) {
-  response.status = status;
-  response.set_content(errorText(reason), kJson);
+void refuse(httplib::Response& response, const Refusal& refusal) {
+  response.status = refusal.status();
+  response.set_content(errorText(refusal.what()), kJson);
 }
 
 }  // namespace
@@ -96,8 +101,8 @@ Listener::HandlerResponse Listener::refuseEarly(const httplib::Request& request,
   try {
     checkHeaders(request, options_.requestBytes);
     return HandlerResponse::Unhandled;
-  } catch (const Refusal& refusal) {
-    refuse(response, refusal.status(), refusal.what());
+  } catch (...) {
+    refuse(response, refusalOfCurrentException());
     return HandlerResponse::Handled;
   }
 }
@@ -109,27 +114,30 @@ std::string Listener::answerOf(const httplib::Request& httpRequest) const {
   if (!token_.matches(request.utf8("token"))) {
     throw Refusal(http_status::kWrongToken, "The token is wrong.");
   }
-  return operation.answer(options_, request);
+  return operation.answer({options_, stopSignal_}, request);
 }
 
 void Listener::answer(const httplib::Request& request, httplib::Response& response) const {
   try {
     response.set_content(answerOf(request), kJson);
     response.status = http_status::kOk;
-  } catch (const Refusal& refusal) {
-    refuse(response, refusal.status(), refusal.what());
-  } catch (const RunTimeError& error) {
-    refuse(response, http_status::kFailed, toUtf8(error.description()));
-  } catch (const std::bad_alloc&) {
-    refuse(response, http_status::kFailed, "The result is larger than the service can hold.");
-  } catch (const std::exception&) {
-    refuse(response, http_status::kFailed, "The service could not do that.");
+  } catch (...) {
+    refuse(response, refusalOfCurrentException());
   }
 }
 
 bool Listener::process_and_close_socket(socket_t socket) {
+  try {
+    return serveConnection(Descriptor(socket));
+  } catch (const std::exception& error) {
+    writeJournal(std::string("- failed: ") + error.what());
+  }
+  return false;
+}
+
+bool Listener::serveConnection(Descriptor socket) {
   const auto start = std::chrono::steady_clock::now();
-  Channel channel(Descriptor(socket), tls_.get(),
+  Channel channel(std::move(socket), tls_.get(),
                   {.headerBytes = kHeaderBytes,
                    .totalBytes = kHeaderBytes + options_.requestBytes,
                    .readTime = options_.requestSeconds,
@@ -144,13 +152,13 @@ bool Listener::process_and_close_socket(socket_t socket) {
   }
   Exchange exchange;
   Exchange::current = &exchange;
+  const ScopeExit forget([] { Exchange::current = nullptr; });
   bool done = false;
   if (!tls_ || channel.handshake()) {
     bool closed = false;
     done = process_request(channel, true, closed, nullptr);
     channel.finish();
   }
-  Exchange::current = nullptr;
 
   const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
       std::chrono::steady_clock::now() - start);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "service/descriptor.h"
 #include "service/operations.h"
 #include "service/options.h"
 #include "service/tls.h"
@@ -25,6 +26,7 @@ class Listener : public httplib::Server {
   struct Exchange;
 
   bool process_and_close_socket(socket_t socket) override;
+  bool serveConnection(Descriptor socket);
   HandlerResponse refuseEarly(const httplib::Request& request, httplib::Response& response) const;
   void answer(const httplib::Request& request, httplib::Response& response) const;
   std::string answerOf(const httplib::Request& request) const;

@@ -2,16 +2,21 @@
 #include <sys/resource.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <iostream>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "service/descriptor.h"
 #include "service/journal.h"
 #include "service/listener.h"
 #include "service/options.h"
+#include "service/statement_process.h"
 
 namespace tlpacscfg::service {
 namespace {
@@ -35,7 +40,8 @@ void limitMemory([[maybe_unused]] std::size_t megabytes) {
 #endif
 }
 
-/// Waits for a signal to end, and then stops the listener for good. A second signal ends at once.
+/// Waits for a signal to end, and then stops the listener for good. A second signal ends at once;
+/// so does work that is not done long after its time, like a listing of a disk that is gone.
 class Ending {
  public:
   Ending(Listener& listener, int stopSignal)
@@ -51,11 +57,18 @@ class Ending {
   void wait() {
     const sigset_t signals = endingSignals();
     const timespec pause{0, 50'000'000};
+    constexpr std::chrono::seconds kMostTime = 4 * kEndingTime;
     bool ending = false;
+    std::chrono::steady_clock::time_point latest{};
     while (!over_) {
+      if (ending && std::chrono::steady_clock::now() > latest) {
+        writeJournal("ended with requests unanswered");
+        std::_Exit(kFailure);
+      }
       if (sigtimedwait(&signals, nullptr, &pause) > 0) {
         if (ending) std::_Exit(kFailure);
         ending = true;
+        latest = std::chrono::steady_clock::now() + kMostTime;
         writeJournal("stopping");
         eventfd_write(stopSignal_, 1);
       }
@@ -93,7 +106,9 @@ int main(int count, char** arguments) {
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
   try {
-    const ServiceOptions options = readOptions({arguments + 1, arguments + count});
+    const std::vector<std::string> words(arguments + 1, arguments + count);
+    if (const std::optional<int> code = serveStatement(words)) return *code;
+    const ServiceOptions options = readOptions(words);
     if (options.help) {
       std::cout << helpText();
       return 0;

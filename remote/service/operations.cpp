@@ -1,95 +1,51 @@
 #include "service/operations.h"
 
-#include <nlohmann/json.hpp>
-
-#include "data/odbc/connection.h"
 #include "service/directories.h"
+#include "service/json_text.h"
 #include "service/refusal.h"
+#include "service/statement_process.h"
 #include "support/text.h"
 
 namespace tlpacscfg::service {
 namespace {
 
-using nlohmann::json;
-
-constexpr std::chrono::seconds kLoginTimeout{10};
-
-std::string quoted(std::string text) {
-  return json(std::move(text)).dump(-1, ' ', false, json::error_handler_t::replace);
-}
-
-/// A JSON text that may grow up to a limit.
-class BoundedText {
- public:
-  explicit BoundedText(std::size_t limit) : limit_(limit) {}
-
-  BoundedText& operator+=(std::string_view piece) {
-    if (text_.size() + piece.size() > limit_) {
-      throw Refusal(http_status::kFailed, "The result is larger than the service allows.");
-    }
-    text_ += piece;
-    return *this;
-  }
-
-  std::string take() { return std::move(text_); }
-
- private:
-  std::size_t limit_;
-  std::string text_;
-};
-
-odbc::Connection connect(const ServiceOptions& options, const Request& request) {
-  const std::string& name = request.utf8("database");
-  const auto found = options.databases.find(toUtf8(upperCase(fromUtf8(name))));
+std::string connectStringOf(const ServiceOptions& options, const std::string& database) {
+  const auto found = options.databases.find(toUtf8(upperCase(fromUtf8(database))));
   if (found == options.databases.end()) {
-    throw Refusal(http_status::kFailed, "There is no database '" + name + "'.");
+    throw Refusal(http_status::kFailed, "There is no database '" + database + "'.");
   }
-  return odbc::Connection(
-      std::make_shared<odbc::Environment>(odbc::CursorLibrary::NotUsed, kLoginTimeout), L"",
-      odbc::Prompt::Never, fromUtf8(found->second));
+  return found->second;
 }
 
-std::string answerConnect(const ServiceOptions&, const Request& request) {
+std::string run(StatementKind kind, const Surroundings& surroundings, const Request& request) {
+  return runInProcess(
+      {kind, connectStringOf(surroundings.options, request.utf8("database")), request.utf8("sql")},
+      surroundings.options, surroundings.stopSignal);
+}
+
+std::string answerConnect(const Surroundings&, const Request& request) {
   request.utf8("application");
   return R"({"service":"tlcommd","version":1})";
 }
 
-std::string answerQuery(const ServiceOptions& options, const Request& request) {
-  const Table table = connect(options, request).query(request.text("sql"));
-  BoundedText answer(options.responseBytes);
-  answer += R"({"tables":[)";
-  if (table.columns() > 0) {
-    answer += R"({"columns":)" + std::to_string(table.columns()) + R"(,"rows":[)";
-    for (std::size_t row = 0; row < table.rows(); ++row) {
-      answer += row == 0 ? "[" : ",[";
-      for (std::size_t column = 0; column < table.columns(); ++column) {
-        if (column > 0) answer += ",";
-        const Cell cell = table.at(column, row);
-        answer += cell ? quoted(toUtf8(*cell)) : "null";
-      }
-      answer += "]";
-    }
-    answer += "]}";
-  }
-  answer += "]}";
-  return answer.take();
+std::string answerQuery(const Surroundings& surroundings, const Request& request) {
+  return run(StatementKind::Query, surroundings, request);
 }
 
-std::string answerExecute(const ServiceOptions& options, const Request& request) {
-  connect(options, request).execute(request.text("sql"));
-  return R"({"done":true})";
+std::string answerExecute(const Surroundings& surroundings, const Request& request) {
+  return run(StatementKind::Execute, surroundings, request);
 }
 
-std::string answerFiles(const ServiceOptions& options, const Request& request) {
+std::string answerFiles(const Surroundings& surroundings, const Request& request) {
   if (request.truth("recurse") || request.truth("directories") || request.truth("fullPaths")) {
     throw Refusal(http_status::kFailed, "Only the names of files in one directory are listed.");
   }
   const std::vector<std::wstring> names =
-      listFiles(options.directories, {.directory = request.text("directory"),
-                                      .pattern = request.text("pattern"),
-                                      .sorted = request.truth("sorted"),
-                                      .ignoreCase = request.truth("ignoreCase")});
-  BoundedText answer(options.responseBytes);
+      listFiles(surroundings.options.directories, {.directory = request.text("directory"),
+                                                   .pattern = request.text("pattern"),
+                                                   .sorted = request.truth("sorted"),
+                                                   .ignoreCase = request.truth("ignoreCase")});
+  BoundedText answer(surroundings.options.responseBytes);
   answer += R"({"files":[)";
   for (const std::wstring& name : names) {
     if (&name != &names.front()) answer += ",";

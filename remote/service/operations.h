@@ -7,11 +7,17 @@
 
 namespace tlpacscfg::service {
 
+/// What an operation works with. `stopSignal` becomes readable when the service is to end.
+struct Surroundings {
+  const ServiceOptions& options;
+  int stopSignal;
+};
+
 /// One thing that clients may ask for: its path below the root, and what answers it with a JSON
-/// text. An answer throws Refusal, RunTimeError when the database refuses, or std::bad_alloc.
+/// text. An answer throws Refusal or std::bad_alloc.
 struct Operation {
   const char* path;
-  std::string (*answer)(const ServiceOptions& options, const Request& request);
+  std::string (*answer)(const Surroundings& surroundings, const Request& request);
 };
 
 /// Nothing for an unknown path.

@@ -1,13 +1,12 @@
 #include "service/options.h"
 
-#include <arpa/inet.h>
-
 #include <charconv>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <optional>
 
+#include "shared/loopback.h"
 #include "support/text.h"
 
 namespace tlpacscfg::service {
@@ -70,12 +69,14 @@ const std::vector<Setting>& settings() {
       {"request-bytes", "largest request (1048576)",
        number<std::size_t>(&ServiceOptions::requestBytes, 1024, kMostBytes)},
       {"response-bytes", "largest response (67108864)",
-       number<std::size_t>(&ServiceOptions::responseBytes, 1024, kMostBytes)},
+       number<std::size_t>(&ServiceOptions::responseBytes, 1024, remote::kMostAnswerBytes)},
       {"request-seconds", "time for a request to arrive (10)",
        seconds(&ServiceOptions::requestSeconds)},
       {"response-seconds", "time for a response to be taken (60)",
        seconds(&ServiceOptions::responseSeconds)},
-      {"memory-megabytes", "limit of the process's memory, 0 for none (2048)",
+      {"statement-seconds", "time for a statement, from opening its connection on (60)",
+       seconds(&ServiceOptions::statementSeconds)},
+      {"memory-megabytes", "limit of each process's memory, 0 for none (2048)",
        number<std::size_t>(&ServiceOptions::memoryMegabytes, 0, 1 << 20)},
   };
   return all;
@@ -118,17 +119,10 @@ std::string fileText(const std::string& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-bool isLoopback(const std::string& address) {
-  in_addr v4{};
-  in6_addr v6{};
-  if (inet_pton(AF_INET, address.c_str(), &v4) == 1) return (ntohl(v4.s_addr) >> 24) == 127;
-  return inet_pton(AF_INET6, address.c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6);
-}
-
 void check(const ServiceOptions& options) {
   if (options.tokenFile.empty()) throw OptionError("token-file is missing");
   if (options.plainHttp) {
-    if (!isLoopback(options.address)) {
+    if (!remote::isLoopback(fromUtf8(options.address))) {
       throw OptionError("plain-http is for loopback addresses only");
     }
     if (!options.certificate.empty() || !options.key.empty()) {

@@ -8,7 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "shared/limits.h"
+
 namespace tlpacscfg::service {
+
+/// What requests that are being served have left when the service is to end.
+inline constexpr std::chrono::seconds kEndingTime{5};
 
 /// A directory that clients may list, and where it lies here.
 struct SharedDirectory {
@@ -26,10 +31,11 @@ struct ServiceOptions {
   std::size_t workers = 8;
   std::size_t waiting = 64;
   std::size_t requestBytes = 1 << 20;
-  std::size_t responseBytes = 64 << 20;
+  std::size_t responseBytes = remote::kMostAnswerBytes;
   std::chrono::seconds requestSeconds{10};
   std::chrono::seconds responseSeconds{60};
-  std::size_t memoryMegabytes = 2048;  ///< 0 sets no limit.
+  std::chrono::seconds statementSeconds{60};
+  std::size_t memoryMegabytes = 2048;  ///< Of each process; 0 sets no limit.
 
   /// ODBC connect strings by the upper-case names that clients use.
   std::map<std::string, std::string> databases;

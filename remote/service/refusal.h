@@ -29,4 +29,11 @@ inline constexpr int kNotJson = 415;
 inline constexpr int kFailed = 422;
 }  // namespace http_status
 
+inline Refusal tooLarge() {
+  return {http_status::kFailed, "The result is larger than the service allows."};
+}
+
+/// What a client is told about the exception that is being handled.
+Refusal refusalOfCurrentException();
+
 }  // namespace tlpacscfg::service

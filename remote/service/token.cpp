@@ -4,9 +4,9 @@
 #include <openssl/sha.h>
 
 #include <array>
-#include <fstream>
 
 #include "service/options.h"
+#include "shared/token_file.h"
 
 namespace tlpacscfg::service {
 namespace {
@@ -24,16 +24,14 @@ Digest digestOf(std::string_view text) {
 }  // namespace
 
 Token Token::fromFile(const std::string& file) {
-  std::ifstream stream(file);
-  std::string secret;
-  if (!std::getline(stream, secret)) {
+  std::optional<std::string> secret = remote::readTokenFile(file);
+  if (!secret) {
     throw OptionError("the token file '" + file + "' cannot be read or is empty");
   }
-  while (!secret.empty() && (secret.back() == '\r' || secret.back() == ' ')) secret.pop_back();
-  if (secret.size() < kShortest) {
+  if (secret->size() < kShortest) {
     throw OptionError("the token has fewer than " + std::to_string(kShortest) + " characters");
   }
-  return Token(std::move(secret));
+  return Token(*std::move(secret));
 }
 
 bool Token::matches(std::string_view shown) const {

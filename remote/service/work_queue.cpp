@@ -1,5 +1,7 @@
 #include "service/work_queue.h"
 
+#include <exception>
+#include <new>
 #include <utility>
 
 #include "support/scope_exit.h"
@@ -9,16 +11,30 @@ namespace {
 
 thread_local bool turningAway = false;
 
+/// One connection that goes wrong is not the end of the others.
+void perform(const std::function<void()>& work) noexcept {
+  try {
+    work();
+  } catch (...) {
+    // The work has closed its connection, and nobody is left to tell.
+  }
+}
+
 void turnAway(const std::function<void()>& work) {
   turningAway = true;
   const ScopeExit reset([] { turningAway = false; });
-  work();
+  perform(work);
 }
 
 }  // namespace
 
 WorkQueue::WorkQueue(std::size_t workers, std::size_t waiting) : waiting_(waiting) {
-  for (std::size_t i = 0; i < workers; ++i) workers_.emplace_back([this] { run(); });
+  try {
+    for (std::size_t i = 0; i < workers; ++i) workers_.emplace_back([this] { run(); });
+  } catch (const std::exception&) {
+    // Fewer workers than asked for are enough, but one there must be.
+    if (workers_.empty()) throw;
+  }
 }
 
 WorkQueue::~WorkQueue() { shutdown(); }
@@ -26,15 +42,19 @@ WorkQueue::~WorkQueue() { shutdown(); }
 bool WorkQueue::turnedAway() { return turningAway; }
 
 void WorkQueue::enqueue(std::function<void()> work) {
-  {
-    const std::scoped_lock lock(mutex_);
-    if (!ending_ && queue_.size() < waiting_ + idle_) {
-      queue_.push_back(std::move(work));
-      changed_.notify_one();
-      return;
-    }
+  if (!placed(work)) turnAway(work);
+}
+
+bool WorkQueue::placed(const std::function<void()>& work) {
+  const std::scoped_lock lock(mutex_);
+  if (ending_ || queue_.size() >= waiting_ + idle_) return false;
+  try {
+    queue_.push_back(work);
+  } catch (const std::bad_alloc&) {
+    return false;
   }
-  turnAway(work);
+  changed_.notify_one();
+  return true;
 }
 
 void WorkQueue::run() {
@@ -51,7 +71,7 @@ void WorkQueue::run() {
     if (unwanted) {
       turnAway(work);
     } else {
-      work();
+      perform(work);
     }
     lock.lock();
   }

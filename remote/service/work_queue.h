@@ -28,6 +28,7 @@ class WorkQueue : public httplib::TaskQueue {
   static bool turnedAway();
 
  private:
+  bool placed(const std::function<void()>& work);
   void run();
 
   const std::size_t waiting_;

@@ -53,7 +53,8 @@ TEST_F(LifecycleTest, APortThatIsTakenIsReported) {
 TEST_F(LifecycleTest, HelpNamesEverySetting) {
   EXPECT_EQ(service.runToEnd({"--help"}), 0);
   for (const char* name : {"address", "port", "certificate", "key", "token-file", "plain-http",
-                           "workers", "request-bytes", "response-bytes", "request-seconds"}) {
+                           "workers", "request-bytes", "response-bytes", "request-seconds",
+                           "statement-seconds"}) {
     EXPECT_TRUE(service.logHolds(std::string("\n  ") + name + " ")) << name;
   }
 }
@@ -68,8 +69,6 @@ TEST_F(LifecycleTest, SettingsThatAreNotSafeAreRefused) {
       {{"--config", file}, "certificate and key are needed"},
       {{"--config", file, "--plain-http", "yes", "--address", "0.0.0.0"},
        "plain-http is for loopback addresses only"},
-      {{"--config", file, "--plain-http", "yes", "--address", "localhost"},
-       "plain-http is for loopback addresses only"},
       {{"--plain-http", "yes"}, "token-file is missing"},
       {{"--plain-http", "yes", "--token-file", "/nowhere"}, "the token file '/nowhere'"},
       {{"--config", file, "--plain-http", "yes", "--token-file", "/dev/null"}, "is empty"},
@@ -77,6 +76,8 @@ TEST_F(LifecycleTest, SettingsThatAreNotSafeAreRefused) {
        "the certificate '/nowhere' cannot be used"},
       {{"--config", "/nowhere"}, "the configuration file '/nowhere' cannot be read"},
       {{"--config", file, "--port", "65536"}, "port: '65536' is not a number from 0 to 65535"},
+      {{"--config", file, "--response-bytes", "67108865"},
+       "response-bytes: '67108865' is not a number from 1024 to 67108864"},
       {{"--config", file, "--colour", "red"}, "there is no setting 'colour'"},
       {{"--port"}, "--port needs a value"},
       {{"nonsense"}, "'nonsense' is no option"},
@@ -85,6 +86,19 @@ TEST_F(LifecycleTest, SettingsThatAreNotSafeAreRefused) {
     EXPECT_EQ(service.runToEnd(arguments), 2) << complaint;
     EXPECT_TRUE(service.logHolds(complaint)) << complaint << " / " << service.log();
   }
+}
+
+TEST_F(LifecycleTest, PlainHttpMayBeServedOnEveryNameOfThisComputer) {
+  for (const char* address : {"127.0.0.1", "127.0.0.2", "localhost"}) {
+    ASSERT_TRUE(service.start({"--address", address})) << service.log();
+    EXPECT_EQ(service.end(SIGTERM), 0);
+  }
+}
+
+TEST_F(LifecycleTest, ATokenFileMayBeginWithAByteOrderMark) {
+  writeBytes(platformPath(service.tokenFile()), std::string("\xEF\xBB\xBF") + kToken + " \r\n");
+  ASSERT_TRUE(service.start()) << service.log();
+  expectStillServing();
 }
 
 TEST_F(LifecycleTest, AShortTokenIsRefused) {

@@ -2,10 +2,14 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
+#include <stdexcept>
 
 #include "service/directories.h"
 #include "service/options.h"
 #include "service/refusal.h"
+#include "service/work_queue.h"
+#include "shared/loopback.h"
 #include "tools/core_test.h"
 #include "tools/scratch.h"
 
@@ -108,6 +112,29 @@ TEST_F(SharedDirectoryTest, APatternIsOneForNames) {
 TEST_F(SharedDirectoryTest, LetterCaseCountsWhenItIsAskedFor) {
   const FileQuery query = {.directory = L"Z:\\site", .pattern = L"*.XML", .ignoreCase = false};
   EXPECT_EQ(listFiles(shared, query), Names{});
+}
+
+TEST(WorkQueueTest, WorkThatFailsEndsNeitherItsWorkerNorTheOthers) {
+  service::WorkQueue queue(1, 8);
+  const auto fail = [] { throw std::runtime_error("failed"); };
+  for (int i = 0; i < 3; ++i) queue.enqueue(fail);
+  std::promise<void> done;
+  queue.enqueue([&] { done.set_value(); });
+  done.get_future().get();
+  queue.shutdown();
+  EXPECT_NO_THROW(queue.enqueue(fail)) << "It is turned away, on this thread.";
+}
+
+TEST(LoopbackTest, OnlyThisComputerIsMeant) {
+  for (const wchar_t* host : {L"127.0.0.1", L"127.0.0.2", L"127.255.255.255", L"::1", L"[::1]",
+                              L"localhost", L"LOCALHOST"}) {
+    EXPECT_TRUE(remote::isLoopback(host)) << host;
+  }
+  for (const wchar_t* host :
+       {L"", L"126.0.0.1", L"128.0.0.1", L"0.0.0.0", L"127.0.0", L"127.0.0.256", L"127.0.0.1.example",
+        L"127.0.0.1x", L"127.0.0.", L"1127.0.0.1", L"::", L"::2", L"localhost.example", L"local"}) {
+    EXPECT_FALSE(remote::isLoopback(host)) << host;
+  }
 }
 
 TEST(OptionsTest, AConfigurationFileHasSettingsDatabasesAndDirectories) {

@@ -13,6 +13,9 @@ inline constexpr const char* kToken = "a-token-of-more-than-sixteen-characters";
 template <class Condition>
 bool eventually(Condition condition);
 
+/// Whether there is such a process that has not ended.
+bool isAlive(pid_t process);
+
 /// A running tlcommd. Its files lie in the given directory; whatever happens, the process ends
 /// with this object.
 class ServiceProcess {
@@ -43,6 +46,8 @@ class ServiceProcess {
 
   int port() const { return port_; }
   pid_t pid() const { return pid_; }
+  /// The processes that it has started and that have not ended.
+  std::vector<pid_t> children() const;
   /// What it has written so far.
   std::string log() const;
   bool logHolds(const std::string& text) const;

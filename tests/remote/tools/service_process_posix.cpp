@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -24,7 +25,28 @@ void write(const std::string& file, const std::string& text) {
   if (!stream.flush()) throw std::runtime_error(file + " cannot be written");
 }
 
+/// What the system says about a process: its state and its parent.
+struct ProcessState {
+  char state = 'X';
+  pid_t parent = 0;
+};
+
+ProcessState stateOf(const std::filesystem::path& directory) {
+  std::ifstream stream(directory / "stat");
+  std::string text;
+  std::getline(stream, text);
+  // The name before them stands in parentheses and may hold anything.
+  std::istringstream rest(text.substr(text.rfind(')') + 1));
+  ProcessState found;
+  rest >> found.state >> found.parent;
+  return found;
+}
+
+bool hasEnded(const ProcessState& process) { return process.state == 'Z' || process.state == 'X'; }
+
 }  // namespace
+
+bool isAlive(pid_t process) { return !hasEnded(stateOf("/proc/" + std::to_string(process))); }
 
 void internal::pauseBriefly() { std::this_thread::sleep_for(std::chrono::milliseconds(10)); }
 
@@ -114,6 +136,17 @@ int ServiceProcess::awaitEnd() {
 int ServiceProcess::end(int signal) {
   if (pid_ > 0) kill(pid_, signal);
   return awaitEnd();
+}
+
+std::vector<pid_t> ServiceProcess::children() const {
+  std::vector<pid_t> found;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename().string();
+    if (name.find_first_not_of("0123456789") != name.npos) continue;
+    const ProcessState process = stateOf(entry.path());
+    if (process.parent == pid_ && !hasEnded(process)) found.push_back(std::stoi(name));
+  }
+  return found;
 }
 
 std::string ServiceProcess::log() const {

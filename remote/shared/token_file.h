@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tlpacscfg::remote {
+
+/// The first line of the file, without what editors leave around a line: a byte order mark before
+/// it, blanks and a carriage return behind it. Nothing when there is no line.
+inline std::optional<std::string> readTokenFile(const std::filesystem::path& file) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  std::ifstream stream(file);
+  std::string line;
+  if (!std::getline(stream, line)) return std::nullopt;
+  if (line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
+  line.erase(line.find_last_not_of(" \r") + 1);
+  return line;
+}
+
+}  // namespace tlpacscfg::remote
