@@ -4,22 +4,26 @@
 #include <wincrypt.h>
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "client/client_error.h"
+#include "client/own_thread.h"
+#include "shared/limits.h"
+#include "shared/loopback.h"
 #include "support/text.h"
 
 namespace tlpacscfg::client {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using Handle = UniqueHandle<HINTERNET, WinHttpCloseHandle>;
 using Certificate = UniqueHandle<PCCERT_CONTEXT, CertFreeCertificateContext>;
-
-constexpr std::size_t kMostAnswerBytes = 80 << 20;
 
 [[noreturn]] void failWith(DWORD code) {
   switch (code) {
     case ERROR_WINHTTP_TIMEOUT:
+    case WSAETIMEDOUT:
       throw ClientError(L"The service did not answer in time.");
     case ERROR_WINHTTP_CANNOT_CONNECT:
       throw ClientError(L"There is no connection to the service.");
@@ -27,6 +31,8 @@ constexpr std::size_t kMostAnswerBytes = 80 << 20;
       throw ClientError(L"The service's host is not known.");
     case ERROR_WINHTTP_CONNECTION_ERROR:
     case ERROR_WINHTTP_INVALID_SERVER_RESPONSE:
+    case WSAECONNABORTED:
+    case WSAECONNRESET:
       throw ClientError(L"The service broke the connection off.");
     case ERROR_WINHTTP_SECURE_FAILURE:
     case ERROR_WINHTTP_SECURE_CHANNEL_ERROR:
@@ -48,12 +54,6 @@ void setOption(HINTERNET handle, DWORD option, DWORD value) {
   check(WinHttpSetOption(handle, option, &value, sizeof(value)));
 }
 
-/// The token is not sent in the clear to other machines.
-bool isLoopback(const std::wstring& host) {
-  return host == L"127.0.0.1" || host == L"::1" || host == L"[::1]" ||
-         equalIgnoringCase(host, L"localhost");
-}
-
 Fingerprint sha256(const std::uint8_t* data, std::size_t size) {
   BCRYPT_ALG_HANDLE algorithm = nullptr;
   Fingerprint digest{};
@@ -73,10 +73,15 @@ class Deadline {
  public:
   explicit Deadline(std::chrono::seconds time) : end_(Clock::now() + time) {}
 
+  std::chrono::milliseconds left() const {
+    const auto time = std::chrono::ceil<std::chrono::milliseconds>(end_ - Clock::now());
+    if (time.count() <= 0) failWith(ERROR_WINHTTP_TIMEOUT);
+    return time;
+  }
+
+  /// Ends each step of the request in time, but not all of them together.
   void applyTo(HINTERNET request) const {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end_ - Clock::now());
-    if (left.count() <= 0) failWith(ERROR_WINHTTP_TIMEOUT);
-    const auto milliseconds = static_cast<int>(left.count());
+    const auto milliseconds = static_cast<int>(left().count());
     check(WinHttpSetTimeouts(request, milliseconds, milliseconds, milliseconds, milliseconds));
     // The wait for the response has a limit of its own.
     setOption(request, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, static_cast<DWORD>(milliseconds));
@@ -99,10 +104,15 @@ std::string readBody(HINTERNET request, const Deadline& deadline) {
   std::string piece(1 << 16, '\0');
   for (;;) {
     deadline.applyTo(request);
+    DWORD available = 0;
+    check(WinHttpQueryDataAvailable(request, &available));
+    if (available == 0) return body;
+    // Asked for more, it would wait until all of it is there.
     DWORD read = 0;
-    check(WinHttpReadData(request, piece.data(), static_cast<DWORD>(piece.size()), &read));
+    check(WinHttpReadData(request, piece.data(),
+                          std::min(available, static_cast<DWORD>(piece.size())), &read));
     if (read == 0) return body;
-    if (body.size() + read > kMostAnswerBytes) {
+    if (body.size() + read > remote::kMostAnswerBytes) {
       throw ClientError(L"The service's answer is too large.");
     }
     body.append(piece, 0, read);
@@ -111,69 +121,126 @@ std::string readBody(HINTERNET request, const Deadline& deadline) {
 
 }  // namespace
 
+/// The handles of a service, and what is set for it.
+struct Endpoint::Connection {
+  Connection(Settings used, const std::wstring& host, INTERNET_PORT port)
+      : settings(std::move(used)) {
+    if (settings.plainHttp && !remote::isLoopback(host)) {
+      throw ClientError(L"Without TLS only a service on this computer is used.");
+    }
+    session.reset(WinHttpOpen(L"TlCommClient", WINHTTP_ACCESS_TYPE_NO_PROXY, WINHTTP_NO_PROXY_NAME,
+                              WINHTTP_NO_PROXY_BYPASS, 0));
+    check(static_cast<bool>(session));
+    if (!settings.plainHttp) {
+      setOption(session.get(), WINHTTP_OPTION_SECURE_PROTOCOLS,
+                WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2);
+    }
+    connection.reset(WinHttpConnect(session.get(), host.c_str(), port, 0));
+    check(static_cast<bool>(connection));
+  }
+
+  bool certificateIsPinned() const { return settings.fingerprint && !settings.plainHttp; }
+
+  Settings settings;
+  Handle session;
+  Handle connection;
+};
+
+/// One request and its answer, on a thread of its own.
+class Endpoint::Call {
+ public:
+  Call(std::shared_ptr<const Connection> connection, std::wstring path, std::string json,
+       const Deadline& deadline)
+      : connection_(std::move(connection)),
+        path_(std::move(path)),
+        json_(std::move(json)),
+        deadline_(deadline) {}
+
+  void run() noexcept {
+    try {
+      const Handle request = open();
+      send(request.get());
+      deadline_.applyTo(request.get());
+      check(WinHttpReceiveResponse(request.get(), nullptr));
+      answer_ = {statusOf(request.get()), readBody(request.get(), deadline_)};
+    } catch (...) {
+      failure_ = std::current_exception();
+    }
+  }
+
+  /// After run() has returned.
+  Answer take() {
+    if (failure_) std::rethrow_exception(failure_);
+    return std::move(answer_);
+  }
+
+ private:
+  Handle open() const {
+    const Settings& settings = connection_->settings;
+    Handle request(WinHttpOpenRequest(connection_->connection.get(), L"POST", path_.c_str(),
+                                      nullptr, WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
+                                      settings.plainHttp ? 0 : WINHTTP_FLAG_SECURE));
+    check(static_cast<bool>(request));
+    setOption(request.get(), WINHTTP_OPTION_DISABLE_FEATURE,
+              WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_AUTHENTICATION);
+    if (connection_->certificateIsPinned()) {
+      // The fingerprint decides alone, so that a certificate of one's own needs no authority.
+      setOption(request.get(), WINHTTP_OPTION_SECURITY_FLAGS,
+                SECURITY_FLAG_IGNORE_UNKNOWN_CA | SECURITY_FLAG_IGNORE_CERT_CN_INVALID |
+                    SECURITY_FLAG_IGNORE_CERT_DATE_INVALID | SECURITY_FLAG_IGNORE_CERT_WRONG_USAGE);
+    }
+    return request;
+  }
+
+  void send(HINTERNET request) const {
+    const std::wstring headers = L"Content-Type: application/json\r\n";
+    const auto length = static_cast<DWORD>(json_.size());
+    deadline_.applyTo(request);
+    // The headers hold no secret. The body does, and follows when the certificate is known.
+    check(WinHttpSendRequest(request, headers.c_str(), static_cast<DWORD>(headers.size()),
+                             WINHTTP_NO_REQUEST_DATA, 0, length, 0));
+    if (connection_->certificateIsPinned()) verifyCertificate(request);
+    for (DWORD sent = 0; sent < length;) {
+      deadline_.applyTo(request);
+      DWORD written = 0;
+      check(WinHttpWriteData(request, json_.data() + sent, length - sent, &written));
+      if (written == 0) failWith(ERROR_WINHTTP_CONNECTION_ERROR);
+      sent += written;
+    }
+  }
+
+  void verifyCertificate(HINTERNET request) const {
+    PCCERT_CONTEXT context = nullptr;
+    DWORD size = sizeof(context);
+    check(WinHttpQueryOption(request, WINHTTP_OPTION_SERVER_CERT_CONTEXT, &context, &size));
+    const Certificate certificate(context);
+    if (!certificate || sha256(context->pbCertEncoded, context->cbCertEncoded) !=
+                            *connection_->settings.fingerprint) {
+      failWith(ERROR_WINHTTP_SECURE_INVALID_CERT);
+    }
+  }
+
+  const std::shared_ptr<const Connection> connection_;
+  const std::wstring path_;
+  const std::string json_;
+  const Deadline deadline_;
+  Answer answer_;
+  std::exception_ptr failure_;
+};
+
 Endpoint::Endpoint(Settings settings, const std::wstring& host, INTERNET_PORT port,
                    std::chrono::seconds timeout)
-    : settings_(std::move(settings)), timeout_(timeout) {
-  if (settings_.plainHttp && !isLoopback(host)) {
-    throw ClientError(L"Without TLS only a service on this computer is used.");
-  }
-  session_.reset(WinHttpOpen(L"TlCommClient", WINHTTP_ACCESS_TYPE_NO_PROXY, WINHTTP_NO_PROXY_NAME,
-                             WINHTTP_NO_PROXY_BYPASS, 0));
-  check(static_cast<bool>(session_));
-  if (!settings_.plainHttp) {
-    setOption(session_.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2);
-  }
-  connection_.reset(WinHttpConnect(session_.get(), host.c_str(), port, 0));
-  check(static_cast<bool>(connection_));
-}
+    : connection_(std::make_shared<Connection>(std::move(settings), host, port)),
+      timeout_(timeout) {}
 
-Endpoint::Handle Endpoint::openRequest(const std::wstring& path) const {
-  Handle request(WinHttpOpenRequest(connection_.get(), L"POST", path.c_str(), nullptr,
-                                    WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
-                                    settings_.plainHttp ? 0 : WINHTTP_FLAG_SECURE));
-  check(static_cast<bool>(request));
-  setOption(request.get(), WINHTTP_OPTION_DISABLE_FEATURE,
-            WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_AUTHENTICATION);
-  if (settings_.fingerprint && !settings_.plainHttp) {
-    // The fingerprint decides alone, so that a certificate of one's own needs no authority.
-    setOption(request.get(), WINHTTP_OPTION_SECURITY_FLAGS,
-              SECURITY_FLAG_IGNORE_UNKNOWN_CA | SECURITY_FLAG_IGNORE_CERT_CN_INVALID |
-                  SECURITY_FLAG_IGNORE_CERT_DATE_INVALID | SECURITY_FLAG_IGNORE_CERT_WRONG_USAGE);
-  }
-  return request;
-}
-
-void Endpoint::verifyCertificate(HINTERNET request) const {
-  PCCERT_CONTEXT context = nullptr;
-  DWORD size = sizeof(context);
-  check(WinHttpQueryOption(request, WINHTTP_OPTION_SERVER_CERT_CONTEXT, &context, &size));
-  const Certificate certificate(context);
-  if (!certificate ||
-      sha256(context->pbCertEncoded, context->cbCertEncoded) != *settings_.fingerprint) {
-    failWith(ERROR_WINHTTP_SECURE_INVALID_CERT);
-  }
-}
+const std::wstring& Endpoint::token() const { return connection_->settings.token; }
 
 Answer Endpoint::post(const std::wstring& path, const std::string& json) const {
   const Deadline deadline(timeout_);
-  const Handle request = openRequest(path);
-  deadline.applyTo(request.get());
-  const std::wstring headers = L"Content-Type: application/json\r\n";
-  const auto length = static_cast<DWORD>(json.size());
-  // The headers hold no secret. The body does, and follows when the certificate is known.
-  check(WinHttpSendRequest(request.get(), headers.c_str(), static_cast<DWORD>(headers.size()),
-                           WINHTTP_NO_REQUEST_DATA, 0, length, 0));
-  if (settings_.fingerprint && !settings_.plainHttp) verifyCertificate(request.get());
-  for (DWORD sent = 0; sent < length;) {
-    deadline.applyTo(request.get());
-    DWORD written = 0;
-    check(WinHttpWriteData(request.get(), json.data() + sent, length - sent, &written));
-    if (written == 0) failWith(ERROR_WINHTTP_CONNECTION_ERROR);
-    sent += written;
-  }
-  deadline.applyTo(request.get());
-  check(WinHttpReceiveResponse(request.get(), nullptr));
-  return {statusOf(request.get()), readBody(request.get(), deadline)};
+  // Nothing else bounds a handshake that stops or an answer that drips.
+  const auto call = std::make_shared<Call>(connection_, path, json, deadline);
+  if (!doneInTime([call] { call->run(); }, deadline.left())) failWith(ERROR_WINHTTP_TIMEOUT);
+  return call->take();
 }
 
 }  // namespace tlpacscfg::client

@@ -5,6 +5,7 @@
 #include <winhttp.h>
 
 #include <chrono>
+#include <memory>
 #include <string>
 
 #include "client/settings.h"
@@ -23,21 +24,19 @@ class Endpoint {
   Endpoint(Settings settings, const std::wstring& host, INTERNET_PORT port,
            std::chrono::seconds timeout);
 
-  /// Sends a JSON text. The answer has arrived within the time-out, or the call fails.
+  /// Sends a JSON text. The answer has arrived within the time-out, or the call fails: whatever it
+  /// is that takes so long.
   Answer post(const std::wstring& path, const std::string& json) const;
 
-  const std::wstring& token() const { return settings_.token; }
+  const std::wstring& token() const;
 
  private:
-  using Handle = UniqueHandle<HINTERNET, WinHttpCloseHandle>;
+  struct Connection;
+  class Call;
 
-  Handle openRequest(const std::wstring& path) const;
-  void verifyCertificate(HINTERNET request) const;
-
-  Settings settings_;
+  /// Shared with calls that nobody waits for any longer.
+  std::shared_ptr<const Connection> connection_;
   std::chrono::seconds timeout_;
-  Handle session_;
-  Handle connection_;
 };
 
 }  // namespace tlpacscfg::client

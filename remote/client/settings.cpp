@@ -3,9 +3,9 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "client/client_error.h"
+#include "shared/token_file.h"
 #include "support/text.h"
 
 namespace tlpacscfg::client {
@@ -33,11 +33,9 @@ std::wstring value(const wchar_t* name) {
 }
 
 std::wstring tokenFromFile(const std::wstring& file) {
-  std::ifstream stream{std::filesystem::path(file)};
-  std::string line;
-  if (!std::getline(stream, line)) throw ClientError(L"The token file cannot be read.");
-  while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.pop_back();
-  return fromUtf8(line);
+  const std::optional<std::string> token = remote::readTokenFile(std::filesystem::path(file));
+  if (!token) throw ClientError(L"The token file cannot be read.");
+  return fromUtf8(*token);
 }
 
 int hexDigit(wchar_t digit) {
