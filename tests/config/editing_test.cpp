@@ -128,6 +128,13 @@ TEST_F(EditingTest, ARemoteTableIsReadWhateverTheQueryAnswered) {
   EXPECT_EQ(configurations.GetNextConfigID(), 42);
 }
 
+TEST_F(EditingTest, ARemoteTableThatCameWithAnErrorIsReadToo) {
+  const auto client = connectFakeClient();
+  client->table = tableOf({{L"41"}});
+  client->errors = {L"", L"half of it"};
+  EXPECT_EQ(configurations.GetNextConfigID(), 42);
+}
+
 TEST_F(EditingTest, TheRemoteNumberBehind32767Overflows) {
   const auto client = connectFakeClient();
   client->table = tableOf({{L"32767"}});

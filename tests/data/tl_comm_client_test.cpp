@@ -28,6 +28,13 @@ class TlCommClientTest : public CoreTest {
 class ConnectedClientTest : public TlCommClientTest {
  protected:
   ConnectedClientTest() { client = connectFakeClient(L"talora"); }
+
+  template <class Failure>
+  void failWith(const std::wstring& method, const Failure& failure) {
+    client->listener = [=](const std::wstring& called) {
+      if (called == method) throw failure;
+    };
+  }
 };
 
 TEST_F(TlCommClientTest, ConnectingTellsTheClientWhoAndWhere) {
@@ -220,6 +227,34 @@ TEST_F(ConnectedClientTest, ADatasetThatLeavesAnErrorNamesTheWorkstationListWhat
                        errorBlock(L"[TLPACSCFG] Unable to retrieve workstation list: gone"));
 }
 
+TEST_F(ConnectedClientTest, WhatIsNoTableFailsAndTheErrorIsAskedForAllTheSame) {
+  for (const std::wstring& error : {std::wstring(), std::wstring(L"gone")}) {
+    client->calls.clear();
+    client->errors = {error};
+    failWith(L"GetTableData", UnreadableAnswer(RunTimeError(13, L"Type mismatch")));
+    g_strLogFile = scratchPath(L"component.log");
+    writeBytes(g_strLogFile, "");
+    Table data = tableOf({{L"old"}});
+    EXPECT_FALSE(TlCommClientGetDataset(1, data));
+    EXPECT_EQ(data.columns(), 0U);
+    EXPECT_EQ(client->calls, (Calls{L"GetTableData(0)", L"CheckForError()"}));
+    std::string expected = debugLine(9, L"[TLPACSCFG] Getting dataset from TlCommClient") +
+                           debugLine(10, L"[TLPACSCFG] DataIndex:1");
+    if (!error.empty()) {
+      expected += errorBlock(L"[TLPACSCFG] Unable to retrieve workstation list: " + error);
+    }
+    EXPECT_EQ(log(), expected);
+  }
+}
+
+TEST_F(ConnectedClientTest, ADatasetThatLeavesAnErrorIsThereAllTheSame) {
+  client->table = tableOf({{L"41"}});
+  client->errors = {L"gone"};
+  Table data;
+  EXPECT_FALSE(TlCommClientGetDataset(1, data));
+  EXPECT_EQ(data.at(0, 0), L"41");
+}
+
 TEST_F(ConnectedClientTest, AFailingDatasetCallLeavesTheDataEmpty) {
   client->failing = {L"GetTableData"};
   Table data = tableOf({{L"old"}});
@@ -294,6 +329,29 @@ TEST_F(ConnectedClientTest, AFileListThatLeavesAnErrorFails) {
   std::vector<std::wstring> files;
   EXPECT_FALSE(TlCommClientGetFileList(L"d", L"*.XML", files));
   EXPECT_EQ(log(), errorBlock(L"[TLPACSCFG] Unable to get file list: no such directory"));
+}
+
+TEST_F(ConnectedClientTest, WhatIsNoFileListFailsAndTheErrorIsAskedForAllTheSame) {
+  failWith(L"GetNetworkDirectoryFiles", UnreadableAnswer(RunTimeError(13, L"Type mismatch")));
+  std::vector<std::wstring> files;
+  EXPECT_FALSE(TlCommClientGetFileList(L"d", L"*.XML", files));
+  EXPECT_EQ(log(), "");
+  client->errors = {L"no such directory"};
+  EXPECT_FALSE(TlCommClientGetFileList(L"d", L"*.XML", files));
+  EXPECT_EQ(log(), errorBlock(L"[TLPACSCFG] Unable to get file list: no such directory"));
+}
+
+TEST_F(ConnectedClientTest, NoExceptionOfTheLibraryLeavesAnOperation) {
+  client->listener = [](const std::wstring&) { throw std::bad_alloc(); };
+  Table data;
+  std::vector<std::wstring> files;
+  EXPECT_EQ(TlCommClientQuery(L"q"), 0);
+  EXPECT_FALSE(TlCommClientGetDataset(1, data));
+  EXPECT_FALSE(TlCommClientExecute(L"q"));
+  EXPECT_FALSE(TlCommClientGetFileList(L"d", L"*.XML", files));
+  EXPECT_NO_THROW(DisconnectTlCommClient());
+  EXPECT_FALSE(TlCommClientConnected());
+  EXPECT_FALSE(ConnectTlCommClient(config));
 }
 
 TEST_F(ConnectedClientTest, AFailingFileListCallAnswersFalse) {

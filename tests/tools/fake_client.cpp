@@ -62,6 +62,7 @@ class FakeClient : public TlCommClientObject {
     if (std::find(failing.begin(), failing.end(), method) != failing.end()) {
       throw RunTimeError(-2147417848, L"The object invoked has disconnected from its clients.");
     }
+    if (script_->listener) script_->listener(method);
   }
 
   std::shared_ptr<ClientScript> script_;

@@ -30,6 +30,8 @@ struct ClientScript {
   std::deque<std::wstring> errors;
   /// Methods that fail when they are called.
   std::vector<std::wstring> failing;
+  /// Hears the name of every method that is called; what it throws, the method throws.
+  std::function<void(const std::wstring& method)> listener;
   /// Answers by statement; without one, `tableCount` and `table` count.
   std::function<std::optional<Table>(const std::wstring& sql)> answer;
 

@@ -35,7 +35,8 @@ class ScriptedClient {
   void answerWith(Answers answers);
 
   /// "Method(type value, ...)" in the order of the calls and of the parameters; types are those of
-  /// the VARIANTs, with & for a reference. CheckForError is not noted.
+  /// the VARIANTs, with & for a reference. Before it stands "get" or "put" for a property, and "do"
+  /// for a call without a result. CheckForError is not noted.
   std::vector<std::wstring> calls() const;
   int objects() const;
 

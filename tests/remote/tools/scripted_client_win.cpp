@@ -101,6 +101,7 @@ class ScriptedObject final : public Counted<IDispatch> {
     for (UINT i = passed.cArgs; i > 0; --i) {
       call += typed(passed.rgvarg[i - 1]) + (i > 1 ? L", " : L"");
     }
+    if (kind == DISPATCH_METHOD) call.insert(0, L"do ");
     if (kind == DISPATCH_PROPERTYGET) call.insert(0, L"get ");
     if (kind == DISPATCH_PROPERTYPUT) call.insert(0, L"put ");
     state_->calls.push_back(call + L")");

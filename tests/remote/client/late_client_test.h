@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "data/tl_comm_client.h"
+#include "remote/client/client_test.h"
+#include "remote/tools/scripted_client.h"
+
+namespace tlpacscfg::test {
+
+using Calls = std::vector<std::wstring>;
+
+/// What a proper client answers.
+OwnedVariant properAnswer(const std::wstring& method);
+
+/// The component before a client object that answers as the test says.
+class LateClientTest : public ClientTest {
+ protected:
+  LateClientTest();
+  ~LateClientTest() override;
+
+  /// Connects, and lets one method answer differently from then on.
+  void connectWith(const std::wstring& method, std::function<OwnedVariant()> answer);
+
+  /// What CheckForError says from now on.
+  std::wstring error_;
+
+ private:
+  OwnedVariant answer(const std::wstring& method) const;
+
+  std::wstring different_;
+  std::function<OwnedVariant()> answer_;
+
+ protected:
+  ScriptedClient client{
+      [this](const std::wstring& method, const DISPPARAMS&) { return answer(method); }};
+};
+
+}  // namespace tlpacscfg::test

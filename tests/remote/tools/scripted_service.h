@@ -1,0 +1,47 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace tlpacscfg::test {
+
+/// How a service treats one connection.
+enum class Treatment {
+  Answer,         ///< A proper answer with the text.
+  Silence,        ///< It reads and says nothing.
+  HalfHandshake,  ///< The beginning of a TLS handshake, and no more.
+  DripHeaders,    ///< An answer whose header goes on a letter at a time, for good.
+  DripBody,       ///< The same with an answer's text.
+};
+
+struct Reply {
+  Treatment treatment = Treatment::Silence;
+  std::string json = {};
+};
+
+/// A port of this computer that treats its connections, one after the other, as it is told; the
+/// ones behind the last reply as the last one.
+class ScriptedService {
+ public:
+  explicit ScriptedService(std::vector<Reply> replies);
+  ~ScriptedService();
+  ScriptedService(const ScriptedService&) = delete;
+  ScriptedService& operator=(const ScriptedService&) = delete;
+
+  int port() const { return port_; }
+
+ private:
+  void serve();
+  void treat(std::uintptr_t connection, const Reply& reply) const;
+  bool awaitInput(std::uintptr_t socket) const;
+
+  std::vector<Reply> replies_;
+  std::uintptr_t listener_ = 0;
+  int port_ = 0;
+  std::atomic<bool> over_ = false;
+  std::thread server_;
+};
+
+}  // namespace tlpacscfg::test
