@@ -132,6 +132,30 @@ void SettingsTest::pickRow(HWND window, int row) {
             "the row's configuration is shown");
 }
 
+void SettingsTest::pickRowAndAnswer(HWND window, int row, doors::Answer answer,
+                                    int selectedAfterwards) {
+  answers = {answer};
+  list_view::selectRow(rows(window), row);
+  waitUntil(
+      [&] {
+        return enabled(window, Control::btnSave) &&
+               list_view::selectedRow(rows(window)) == selectedAfterwards && !messages.empty();
+      },
+      "the question is answered");
+}
+
+void SettingsTest::expectQuestion(const std::wstring& question, doors::Buttons buttons) const {
+  ASSERT_FALSE(messages.empty());
+  EXPECT_EQ(messages[0].text, question);
+  EXPECT_EQ(messages[0].buttons, buttons);
+  EXPECT_EQ(messages[0].icon, doors::Icon::None);
+  EXPECT_EQ(messages[0].modality, doors::Modality::System);
+}
+
+std::wstring SettingsTest::count() {
+  return site.value(L"select count(*) from Interface_PACS_cfg").value_or(L"");
+}
+
 std::wstring SettingsTest::stored(int id, const std::wstring& column) {
   return site
       .value(L"select " + column + L" from Interface_PACS_cfg where config_id = " + decimal(id))

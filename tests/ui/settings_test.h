@@ -11,6 +11,13 @@ namespace tlpacscfg::test {
 
 inline constexpr const wchar_t* kSettingsTitle = L"Corvane Expert Integration Settings";
 
+inline constexpr const wchar_t* kSaveQuestion =
+    L"Configuration has not been saved. Would you like to save the current configuration before "
+    L"continuing?";
+inline constexpr const wchar_t* kNewQuestion =
+    L"You have not saved the new configuration. Would you like to save the configuration before "
+    L"continuing?";
+
 /// The settings window, opened from the list window.
 class SettingsTest : public WindowTest {
  protected:
@@ -47,8 +54,15 @@ class SettingsTest : public WindowTest {
   static HWND rows(HWND window);
   /// Selects a row as the user does, and waits until its configuration is shown.
   static void pickRow(HWND window, int row);
+  /// Selects a row and waits until the question that it brings up is answered.
+  void pickRowAndAnswer(HWND window, int row, doors::Answer answer, int selectedAfterwards);
+
+  /// The first message was this question, in a plain box.
+  void expectQuestion(const std::wstring& question, doors::Buttons buttons) const;
 
   std::wstring stored(int id, const std::wstring& column);
+  /// How many configurations are stored.
+  std::wstring count();
 };
 
 }  // namespace tlpacscfg::test

@@ -4,6 +4,7 @@
 
 #include "support/runtime_error.h"
 #include "support/text.h"
+#include "ui/model/complete_record.h"
 #include "ui/model/settings_rules.h"
 
 namespace tlpacscfg::test {
@@ -11,46 +12,6 @@ namespace {
 
 using enum Control;
 using Record = clsPACSConfiguration;
-
-const std::vector<std::wstring> kFiles = {L"a.xml", L"b.xml"};
-
-/// A record whose every value is one that the window can show.
-Record completeRecord() {
-  Record record;
-  record.configID = 12;
-  record.PACSType = 7;
-  record.Description = L"  Ray's PACS ";
-  record.RequestFileName = L" c:\\in\\{AF}.xml";
-  record.ResponseFileName = L"http://h/?a={AF} ";
-  record.BiDirectional = 1;
-  record.ResPausedJobs = 1;
-  record.ResNonRequestJobs = 1;
-  record.UpdateXMLData = 1;
-  record.CofirmStartTrigger = 8;
-  record.ManualEntryTrigger = 10;
-  record.UserMappingOpt = 5;
-  record.RequestPasswordOpt = 2;
-  record.ResponsePasswordOpt = 1;
-  record.ResponseType = 1;
-  record.CustomXMLFile = L"b.xml";
-  record.ApplicableFields = L"11,27";
-  record.PollingOption = 1;
-  record.PollingAction = 2;
-  record.Port = 2147483647;
-  record.DeleteFlag = 1;
-  record.ContextUpdate = 10;
-  record.ContextChangeOption = 35;
-  record.PollingDisplayField = 27;
-  record.MultiAccessContext = 2;
-  record.ContextXMLFile = L"c:\\ctx.xml";
-  record.MultiAccessFields = L"Accession ID,Visit ID";
-  record.CheckFileDateTime = 1;
-  record.CloseDictationEnabled = 1;
-  record.CloseDictationFile = L"c:\\close.xml";
-  record.CloseDictationAction = 10;
-  record.SendAbortOnFailedOpen = 1;
-  return record;
-}
 
 bool sameValues(const Record& first, const Record& second) {
   for (const Column& column : columns()) {
@@ -256,70 +217,6 @@ TEST(BindingTest, AnUntickedContextChangeBoxIsReadAsZeroWhateverTheListShows) {
   EXPECT_NO_THROW(readBack(form, record));
 }
 
-TEST(BindingTest, TheXmlFileIsReadAsEmptyWhileItsListIsDisabled) {
-  Record record = completeRecord();
-  SettingsForm form(kFiles);
-  showRecord(form, record);
-  form[cmbXMLConfugrationFile].enabled = false;
-  readBack(form, record);
-  EXPECT_EQ(L"", record.CustomXMLFile);
-}
-
-TEST(BindingTest, AnXmlFileThatIsNotOfferedSelectsNone) {
-  Record record = completeRecord();
-  SettingsForm form(kFiles);
-  showRecord(form, record);
-  EXPECT_EQ(1, form[cmbXMLConfugrationFile].position);
-  record.CustomXMLFile = L"gone.xml";
-  showRecord(form, record);
-  EXPECT_EQ(-1, form[cmbXMLConfugrationFile].position);
-  EXPECT_FALSE(PACSValueTheSame(form, record));
-  record.PACSType = 1;
-  record.CustomXMLFile = L"";
-  showRecord(form, record);
-  EXPECT_TRUE(PACSValueTheSame(form, record));
-}
-
-TEST(BindingTest, AnXmlFileIsFoundInOtherLettersUnlessOneIsExactlyItsOwn) {
-  Record record = completeRecord();
-  SettingsForm form({L"MAP.XML", L"map.xml", L"Other.xml"});
-  const struct {
-    const wchar_t* stored;
-    int position;
-  } cases[] = {{L"map.xml", 1}, {L"MAP.XML", 0}, {L"Map.Xml", 0}, {L"OTHER.XML", 2}, {L"map", -1}};
-  for (const auto& each : cases) {
-    record.CustomXMLFile = each.stored;
-    showRecord(form, record);
-    EXPECT_EQ(each.position, form[cmbXMLConfugrationFile].position) << toUtf8(each.stored);
-  }
-}
-
-TEST(BindingTest, ACustomFormatWithoutXmlFilesFallsBackWithItsMessage) {
-  for (const std::int16_t format : {vendor::kCustom, vendor::kHmi}) {
-    Record record = completeRecord();
-    record.PACSType = format;
-    SettingsForm form;
-    const auto message = showRecord(form, record);
-    ASSERT_TRUE(message.has_value());
-    EXPECT_EQ(
-        L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.  Vendor "
-        L"Format reset to '<None>'.",
-        *message);
-    EXPECT_EQ(0, requiredCode(form, cmbVendorType));
-    EXPECT_FALSE(PACSValueTheSame(form, record));
-  }
-}
-
-TEST(BindingTest, OtherFormatsDoNotMindThatThereAreNoXmlFiles) {
-  for (const int format : {0, 1, 2, 3, 4, 5, 8}) {
-    Record record = completeRecord();
-    record.PACSType = static_cast<std::int16_t>(format);
-    SettingsForm form;
-    EXPECT_EQ(std::nullopt, showRecord(form, record));
-    EXPECT_EQ(format, requiredCode(form, cmbVendorType));
-  }
-}
-
 TEST(BindingTest, ANegativePortIsShownWithItsSign) {
   Record record = completeRecord();
   record.Port = -2147483647 - 1;
@@ -359,63 +256,6 @@ TEST(BindingTest, APortThatIsNoNumberCountsAsChanged) {
   }
   form[txtPort].text = L" 0002147483647 ";
   EXPECT_TRUE(PACSValueTheSame(form, record));
-}
-
-TEST(BindingTest, AListWithoutASelectedEntryCountsAsChangedAndCannotBeReadBack) {
-  Record record = completeRecord();
-  SettingsForm form(kFiles);
-  showRecord(form, record);
-  form[cmbVendorType].position = -1;
-  EXPECT_FALSE(PACSValueTheSame(form, record));
-  try {
-    readBack(form, record);
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(381, error.number());
-  }
-}
-
-TEST(BindingTest, APositionListWithoutASelectedEntryReadsAsMinusOne) {
-  Record record = completeRecord();
-  SettingsForm form(kFiles);
-  showRecord(form, record);
-  form[cmbResPassword].position = -1;
-  readBack(form, record);
-  EXPECT_EQ(-1, record.ResponsePasswordOpt);
-}
-
-TEST(BindingTest, ADisabledListWithoutASelectedEntryKeepsWhatTheRecordHolds) {
-  for (const Binding& binding : bindings()) {
-    if (design(binding.control).kind != Kind::List) continue;
-    if (binding.conversion == Conversion::FileEntry) continue;
-    SCOPED_TRACE(toUtf8(design(binding.control).name));
-    Record record = completeRecord();
-    SettingsForm form(kFiles);
-    showRecord(form, record);
-    const Record before = record;
-    form[binding.control].position = -1;
-    EXPECT_FALSE(PACSValueTheSame(form, record));
-    form[binding.control].enabled = false;
-    EXPECT_TRUE(PACSValueTheSame(form, record));
-    form[txtDescription].text = L"changed";
-    EXPECT_FALSE(PACSValueTheSame(form, record));
-    readBack(form, record);
-    EXPECT_EQ(L"changed", record.Description);
-    EXPECT_EQ(valueOf(before, binding.field), valueOf(record, binding.field));
-  }
-}
-
-TEST(BindingTest, ADisabledListWithASelectedEntryIsReadBack) {
-  Record record = completeRecord();
-  SettingsForm form(kFiles);
-  showRecord(form, record);
-  selectCode(form, cmbContextUpdate, 5);
-  form[cmbContextUpdate].enabled = false;
-  form[cmbResPassword].position = 2;
-  form[cmbResPassword].enabled = false;
-  readBack(form, record);
-  EXPECT_EQ(5, record.ContextUpdate);
-  EXPECT_EQ(2, record.ResponsePasswordOpt);
 }
 
 TEST(BindingTest, AccessionFieldsOfOldRowsStayAsTheyAreUntilATickChanges) {

@@ -17,6 +17,8 @@ inline constexpr const wchar_t* kSaveQuestion =
 inline constexpr const wchar_t* kNewQuestion =
     L"You have not saved the new configuration. Would you like to save the configuration before "
     L"continuing?";
+inline constexpr const wchar_t* kBlankDescription =
+    L"The Configuration Description Field cannot be blank.";
 inline constexpr const wchar_t* kSure = L"Are you sure you want to delete this configuration?";
 
 /// What a record must hold so that showing it changes nothing.
