@@ -125,7 +125,7 @@ void expectNoGrowth(const Usage& before, const Usage& after, int systemBlocks = 
   EXPECT_LE(after.workingSet, before.workingSet + kPages);
 }
 
-constexpr int kWarmUp = 150;
+constexpr int kWarmUp = 50;
 constexpr int kTimes = 1000;
 
 TEST_F(ResourcesTest, AThousandOpeningsOfTheListWindowLeaveNothingBehind) {
