@@ -27,33 +27,35 @@ void registerServer(const char* entryPoint) {
   if (FAILED(call())) throw std::runtime_error(std::string(entryPoint) + " failed");
 }
 
-ClientTest::ClientTest() {
+RegisteredClient::RegisteredClient() {
   EXPECT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
   registerServer("DllRegisterServer");
   registry::deleteKey(registry::Root::CurrentUser, kKey);
-  config.SqlDbName = L"Talora";
 }
 
-ClientTest::~ClientTest() {
+RegisteredClient::~RegisteredClient() {
   g_objTlCommClient.reset();
   registry::deleteKey(registry::Root::CurrentUser, kKey);
   CoUninitialize();
 }
 
-void ClientTest::set(const std::wstring& name, const std::wstring& value) {
+void RegisteredClient::set(const std::wstring& name, const std::wstring& value) const {
   ASSERT_TRUE(registry::createKey(registry::Root::CurrentUser, kKey));
   ASSERT_TRUE(registry::write(registry::Root::CurrentUser, kKey, name, value));
 }
 
+void useService(HostSettings& settings, int port, const std::wstring& timeout) {
+  settings.TlCommClientHostIP = L"127.0.0.1";
+  settings.TlCommClientHostPort = std::to_wstring(port);
+  settings.TlCommClientTimeout = timeout;
+  settings.SqlDbName = L"Talora";
+}
+
+ClientTest::ClientTest() { config.SqlDbName = L"Talora"; }
+
 ServiceClientTest::ServiceClientTest() {
   set(L"Token", WineService::kToken);
   set(L"Transport", L"http");
-}
-
-void ServiceClientTest::useService(int port, const std::wstring& timeout) {
-  config.TlCommClientHostIP = L"127.0.0.1";
-  config.TlCommClientHostPort = std::to_wstring(port);
-  config.TlCommClientTimeout = timeout;
 }
 
 void ServiceClientTest::connectClient() {

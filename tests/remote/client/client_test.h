@@ -9,14 +9,30 @@
 
 namespace tlpacscfg::test {
 
-/// A thread that has entered COM, with the reference client registered and without settings.
+/// A thread that has entered COM, with the reference client registered and without settings; for as
+/// long as this lives.
+class RegisteredClient {
+ public:
+  RegisteredClient();
+  ~RegisteredClient();
+  RegisteredClient(const RegisteredClient&) = delete;
+  RegisteredClient& operator=(const RegisteredClient&) = delete;
+
+  /// A value below the client's key of the user.
+  void set(const std::wstring& name, const std::wstring& value) const;
+};
+
+/// The component's settings for a service of this computer.
+void useService(HostSettings& settings, int port, const std::wstring& timeout = L"60");
+
 class ClientTest : public SiteTest {
  protected:
   ClientTest();
-  ~ClientTest() override;
 
-  /// A value below the client's key of the user; an empty one is taken away.
-  static void set(const std::wstring& name, const std::wstring& value);
+  void set(const std::wstring& name, const std::wstring& value) const { client_.set(name, value); }
+
+ private:
+  RegisteredClient client_;
 };
 
 /// The component connected to the site's database through the reference client and a service.
@@ -26,8 +42,9 @@ class ServiceClientTest : public ClientTest {
 
   WineService service;
 
-  /// The component's settings for a service of this computer.
-  void useService(int port, const std::wstring& timeout = L"60");
+  void useService(int port, const std::wstring& timeout = L"60") {
+    test::useService(config, port, timeout);
+  }
   void connectClient();
 };
 
