@@ -67,6 +67,18 @@ TEST_F(WireFailureTest, ABatchThatTheServerHasUndoneItselfFailsWithTheReasonOfTh
   EXPECT_THAT(told, ::testing::Not(::testing::Contains(transaction("commit"))));
 }
 
+TEST_F(WireFailureTest, AStatementBeyondItsTimeIsTakenBack) {
+  stall(L"SELECT");
+  stall(L"DELETE");
+  connect();
+  g_conSql->limitStatements({.time = std::chrono::seconds(1)});
+  EXPECT_THROW(g_conSql->query(L"SELECT 1"), odbc::Error);
+  EXPECT_THAT(newRecord(), ElementsAre(batch(L"SELECT 1"), takenBack()));
+  EXPECT_THROW(g_conSql->execute(kTwoStatements), odbc::Error);
+  EXPECT_THAT(newRecord(), ElementsAre(transaction("begin"), batch(kTwoStatements), takenBack(),
+                                       transaction("rollback")));
+}
+
 TEST_F(WireFailureTest, TheConnectionServesOnAfterAFailedBatch) {
   fail(L"DELETE", 2, 2627, L"Violation of PRIMARY KEY constraint.");
   answerTestStatement();

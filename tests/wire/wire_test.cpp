@@ -100,6 +100,11 @@ void WireTest::fail(const std::wstring& to, int statement, int number, const std
   writeScript();
 }
 
+void WireTest::stall(const std::wstring& to) {
+  answers_.push_back(R"({"to":)" + json(to) + R"(,"stalls":true})");
+  writeScript();
+}
+
 void WireTest::answerTestStatement() {
   answer(L"SELECT GetDate()", {{"", "datetime"}}, {{L"2026-01-05T09:08:07"}});
 }
@@ -128,6 +133,8 @@ std::string WireTest::login(const std::wstring& user, const std::wstring& passwo
 }
 
 std::string WireTest::batch(const std::wstring& text) { return R"({"batch":)" + json(text) + "}"; }
+
+std::string WireTest::takenBack() { return R"({"stopped":true})"; }
 
 std::string WireTest::transaction(const std::string& event) {
   return R"({"transaction":")" + event + R"("})";

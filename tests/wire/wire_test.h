@@ -35,6 +35,8 @@ class WireTest : public CoreTest {
   /// The failure of one statement, counted from 1, of every batch that begins with the text.
   void fail(const std::wstring& to, int statement, int number, const std::wstring& text,
             AfterFailure afterFailure = AfterFailure::KeepsTransaction);
+  /// No answer to any batch that begins with the text, until the driver takes it back.
+  void stall(const std::wstring& to);
   void answerTestStatement();
 
   /// What the server was told, one line for each event.
@@ -45,6 +47,7 @@ class WireTest : public CoreTest {
   static std::string login(const std::wstring& user, const std::wstring& password,
                            const std::wstring& database);
   static std::string batch(const std::wstring& text);
+  static std::string takenBack();
   static std::string transaction(const std::string& event);
 
  private:

@@ -29,7 +29,7 @@ class Session(socketserver.StreamRequestHandler):
             tds.LOGIN7: self.log_in,
             tds.SQL_BATCH: self.run_batch,
             tds.TRANSACTION: self.run_transaction,
-            tds.ATTENTION: lambda content: self.reply(tds.done(tds.DONE_ATTENTION)),
+            tds.ATTENTION: self.stop_batch,
             tds.RPC: self.refuse_call,
         }
         try:
@@ -72,6 +72,8 @@ class Session(socketserver.StreamRequestHandler):
             self.record(transaction="begin")
         self.record(batch=text)
         answer = self.script.answer_to(text)
+        if answer.get("stalls"):
+            return None
         if "rows" in answer:
             rows = answers.rows_reply(answer)
             if answer.get("closes"):
@@ -91,6 +93,10 @@ class Session(socketserver.StreamRequestHandler):
             undone = self.end_transaction(tds.ROLLBACK, "undone")
         self.reply(undone + answers.changes_reply(max(count, 1), failure))
         return None
+
+    def stop_batch(self, content):
+        self.record(stopped=True)
+        self.reply(tds.done(tds.DONE_ATTENTION))
 
     def begin_transaction(self):
         self.begun += 1

@@ -8,7 +8,8 @@
     {"to": T, "columns": [[NAME, TYPE]...], "rows": [[VALUE...]...],
      "closes": true},                     hangs up behind the rows
     {"to": T, "fails": {"statement": N, "number": N, "text": T,
-     "undoes": true}}                     undoes the transaction by itself
+     "undoes": true}},                    undoes the transaction by itself
+    {"to": T, "stalls": true}             says nothing until the client takes it back
   ]
 }
 
