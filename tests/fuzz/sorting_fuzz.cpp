@@ -26,14 +26,8 @@ class Texts : public SortableList {
   std::vector<std::wstring> texts_;
 };
 
-std::string keyOf(std::wstring_view text) {
-  std::string key;
-  appendCollationKey(key, text);
-  return key;
-}
-
 std::int16_t compareTexts(std::wstring_view first, std::wstring_view second) {
-  const int order = keyOf(first).compare(keyOf(second));
+  const int order = collationKey(first).compare(collationKey(second));
   const int ascending = order < 0 ? 0 : order == 0 ? 1 : 2;
   return static_cast<std::int16_t>(g_intSortOrder == kAscending ? ascending : 2 - ascending);
 }
