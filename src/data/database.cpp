@@ -150,17 +150,14 @@ bool DSNDatabaseExists(const std::wstring& dsn) {
          !ReadRegString(registry::Root::CurrentUser, key, L"DATABASE").empty();
 }
 
-RemoteFailure::RemoteFailure(std::wstring description, bool firstIsExecuted)
-    : RunTimeError(odbc::kOdbcFailed, std::move(description)), firstIsExecuted_(firstIsExecuted) {}
-
 void requireExecution(const std::function<void()>& statements) {
-  g_tlExecutions = {};
+  g_strTlRefusal.reset();
   statements();
-  const std::optional<std::wstring>& failure = g_tlExecutions.failure;
-  if (!failure) return;
-  throw RemoteFailure(
-      failure->empty() ? L"The remote data client could not execute a statement." : *failure,
-      g_tlExecutions.executedBeforeFailure > 0);
+  if (!g_strTlRefusal) return;
+  throw RunTimeError(odbc::kOdbcFailed,
+                     g_strTlRefusal->empty()
+                         ? L"The remote data client could not execute a statement."
+                         : *g_strTlRefusal);
 }
 
 void openShared(odbc::Connection& connection, const std::wstring& sql) {

@@ -43,20 +43,8 @@ bool TestDatabaseConnection();
 /// Whether the data source is registered for the machine or for the user.
 bool DSNDatabaseExists(const std::wstring& dsn);
 
-/// Statements of which the remote data client did not execute every one.
-class RemoteFailure : public RunTimeError {
- public:
-  RemoteFailure(std::wstring description, bool firstIsExecuted);
-
-  /// Only a statement behind the first one failed.
-  bool firstIsExecuted() const { return firstIsExecuted_; }
-
- private:
-  bool firstIsExecuted_;
-};
-
 /// Sends statements whose failure nobody may miss. The remote data client's failures, which are
-/// only logged otherwise, come as a RemoteFailure with the client's words when all is sent.
+/// only logged otherwise, come as a RunTimeError with the client's words when all is sent.
 void requireExecution(const std::function<void()>& statements);
 
 /// Opens a statement's rows in the shared slot.

@@ -11,7 +11,7 @@ namespace tlpacscfg {
 
 std::unique_ptr<TlCommClientObject> g_objTlCommClient;
 std::wstring g_strTlDatabase;
-TlExecutions g_tlExecutions;
+std::optional<std::wstring> g_strTlRefusal;
 
 namespace {
 
@@ -146,10 +146,7 @@ bool TlCommClientGetDataset(std::int16_t index, Table& data) {
 bool TlCommClientExecute(const std::wstring& sql) {
   std::optional<std::wstring> failure = failureOf(sql);
   const bool executed = !failure;
-  if (!g_tlExecutions.failure) {
-    if (executed) ++g_tlExecutions.executedBeforeFailure;
-    g_tlExecutions.failure = std::move(failure);
-  }
+  if (!g_strTlRefusal) g_strTlRefusal = std::move(failure);
   return executed;
 }
 

@@ -46,13 +46,9 @@ extern std::unique_ptr<TlCommClientObject> g_objTlCommClient;
 /// The database named with every statement.
 extern std::wstring g_strTlDatabase;
 
-/// How the statements fared that TlCommClientExecute was given since this was emptied.
-struct TlExecutions {
-  std::size_t executedBeforeFailure = 0;
-  /// What was said about the first one that failed, if anything was.
-  std::optional<std::wstring> failure;
-};
-extern TlExecutions g_tlExecutions;
+/// What was said about the first statement that the client did not execute since this was emptied;
+/// may be an empty text.
+extern std::optional<std::wstring> g_strTlRefusal;
 
 /// None of these throws: what fails answers False or 0 and leaves its lines in the log.
 bool ConnectTlCommClient(const HostSettings& config);

@@ -5,6 +5,7 @@
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
 #include "support/runtime_error.h"
+#include "support/scope_exit.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
@@ -63,10 +64,11 @@ void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& config
 }
 
 void AddOfflineDbUpdate() {
+  // The change itself is stored; the mark for offline copies is a courtesy, directly and remotely.
+  const ScopeExit asBefore([refusal = g_strTlRefusal] { g_strTlRefusal = refusal; });
   try {
     ExecuteSQL(L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)");
   } catch (const RunTimeError&) {
-    // The change itself is stored; the mark for offline copies is a courtesy.
   }
 }
 

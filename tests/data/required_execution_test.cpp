@@ -15,14 +15,14 @@ class RequiredExecutionTest : public SiteTest {
     for (const wchar_t* statement : {L"first", L"second", L"third"}) ExecuteSQL(statement);
   }
 
-  static RemoteFailure failureOf(const std::function<void()>& statements) {
+  static RunTimeError failureOf(const std::function<void()>& statements) {
     try {
       requireExecution(statements);
-    } catch (const RemoteFailure& failure) {
+    } catch (const RunTimeError& failure) {
       return failure;
     }
     ADD_FAILURE() << "nothing was thrown";
-    return {L"", false};
+    return {0, L""};
   }
 
   std::shared_ptr<ClientScript> client = connectFakeClient();
@@ -36,16 +36,16 @@ TEST_F(RequiredExecutionTest, StatementsThatTheClientExecutesThrowNothing) {
 TEST_F(RequiredExecutionTest, ARefusedStatementIsThrownInTheClientsWordsWhenAllIsSent) {
   client->refused = L"first";
   client->errors = {L"The table is locked."};
-  const RemoteFailure failure = failureOf(sendAll);
+  const RunTimeError failure = failureOf(sendAll);
   EXPECT_EQ(failure.number(), odbc::kOdbcFailed);
   EXPECT_EQ(failure.description(), L"The table is locked.");
-  EXPECT_FALSE(failure.firstIsExecuted());
   EXPECT_EQ(client->calls.back(), L"SQLExecuteText(site, third)");
 }
 
 TEST_F(RequiredExecutionTest, ALaterStatementThatIsRefusedCountsToo) {
   client->refused = L"third";
-  EXPECT_TRUE(failureOf(sendAll).firstIsExecuted());
+  client->errors = {L"The disk is full."};
+  EXPECT_EQ(failureOf(sendAll).description(), L"The disk is full.");
 }
 
 TEST_F(RequiredExecutionTest, TheFirstOfSeveralRefusalsIsTheOneThatIsTold) {

@@ -82,8 +82,7 @@ TEST_F(ListClosingTest, AssignmentsThatTheRemoteClientRefusedAreSentAgain) {
   addWorkstation(L"PC-1");
   initialise();
   const auto client = connectFakeClient();
-  // The last statement is the mark for offline copies.
-  client->refused = L"System_offline_db_updates";
+  client->refused = L"PACSConfig";
   showWhile([&](HWND window) {
     close(window);
     EXPECT_EQ(messages.size(), 1U);

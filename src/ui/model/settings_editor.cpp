@@ -40,7 +40,6 @@ void SettingsEditor::unload() {
   selectedRow.reset();
   deleteEnabled = true;
   newConfiguration_ = false;
-  storedID_.reset();
   currentID_ = 0;
 }
 
@@ -62,7 +61,6 @@ void SettingsEditor::ShowPACSSettings(std::int16_t configID) {
 void SettingsEditor::InitControls() {
   clearToDefaults(form);
   newConfiguration_ = true;
-  storedID_.reset();
   selectedRow.reset();
   firstTabWanted = true;
   // The new values govern other fields, as if they had been chosen one by one.
@@ -110,19 +108,12 @@ void SettingsEditor::handOver() {
 
 void SettingsEditor::saveNew() {
   const auto record = std::make_shared<clsPACSConfiguration>();
-  record->configID = storedID_ ? *storedID_ : configurations_->GetNextConfigID();
+  record->configID = configurations_->GetNextConfigID();
   if (recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
   readBack(form, *record);
-  record->ExistingConfig = storedID_ ? kTrue : kFalse;
-  try {
-    requireExecution([&] { record->SaveConfiguration(); });
-  } catch (const RemoteFailure& failure) {
-    // A row that was stored nevertheless is the one that the next attempt writes.
-    if (failure.firstIsExecuted()) storedID_ = record->configID;
-    throw;
-  }
+  record->ExistingConfig = kFalse;
+  requireExecution([&] { record->SaveConfiguration(); });
   newConfiguration_ = false;
-  storedID_.reset();
   currentID_ = record->configID;
   configurations_->AddCurrenttoCollection(record);
 }
@@ -157,7 +148,7 @@ void SettingsEditor::remove(std::int16_t configID) {
   const auto before = configurations_->deepCopy();
   try {
     requireExecution([&] { configurations_->RemoveConfig(configID); });
-  } catch (const RemoteFailure&) {
+  } catch (...) {
     // What was not deleted is still there, at its place.
     configurations_ = before;
     configurations_->SetCurrentConfig(currentID_);

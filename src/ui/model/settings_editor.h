@@ -112,8 +112,6 @@ class SettingsEditor {
   std::shared_ptr<colPACSConfiguration> configurations_;
   std::int16_t currentID_ = 0;
   bool newConfiguration_ = false;
-  /// Of the new configuration, once its row is stored although its saving failed.
-  std::optional<std::int16_t> storedID_;
 };
 
 }  // namespace tlpacscfg
