@@ -37,7 +37,8 @@ HMODULE referToThisModule() {
 }  // namespace
 
 bool doneInTime(std::function<void()> work, std::chrono::milliseconds time) {
-  auto job = std::make_unique<Job>(Job{std::move(work), referToThisModule()});
+  auto job = std::make_unique<Job>(Job{std::move(work)});
+  job->module = referToThisModule();
   const UniqueHandle<HANDLE, CloseHandle> thread(
       CreateThread(nullptr, 0, runJob, job.get(), 0, nullptr));
   if (!thread) {

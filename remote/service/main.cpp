@@ -105,6 +105,8 @@ int main(int count, char** arguments) {
   const sigset_t signals = endingSignals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
+  // Whatever started the service: how its processes end is wanted.
+  std::signal(SIGCHLD, SIG_DFL);
   try {
     const std::vector<std::string> words(arguments + 1, arguments + count);
     if (const std::optional<int> code = serveStatement(words)) return *code;

@@ -67,6 +67,7 @@ class Process {
  public:
   Process(std::vector<std::string> arguments, int input) {
     std::vector<char*> words;
+    words.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) words.push_back(argument.data());
     words.push_back(nullptr);
     FileActions actions;
@@ -212,13 +213,14 @@ std::string runInProcess(const Statement& statement, const ServiceOptions& optio
   sockets.theirs.close();
   Talk talk(sockets.ours.get(), stopSignal, options.statementSeconds + kGrace);
   talk.send(requestOf(statement));
-  const std::string result =
+  std::string result =
       talk.receive(std::max(options.responseBytes, kLongestReason) + kStatusDigits);
   // The process has closed its end, as it does by ending.
   if (!process.awaitEnd() || result.size() < kStatusDigits) throw brokeDown();
   const int status = std::stoi(result.substr(0, kStatusDigits));
-  if (status != http_status::kOk) throw Refusal(status, result.substr(kStatusDigits));
-  return result.substr(kStatusDigits);
+  result.erase(0, kStatusDigits);
+  if (status != http_status::kOk) throw Refusal(status, result);
+  return result;
 }
 
 std::optional<int> serveStatement(const std::vector<std::string>& arguments) {

@@ -52,9 +52,9 @@ TEST_F(LifecycleTest, APortThatIsTakenIsReported) {
 
 TEST_F(LifecycleTest, HelpNamesEverySetting) {
   EXPECT_EQ(service.runToEnd({"--help"}), 0);
-  for (const char* name : {"address", "port", "certificate", "key", "token-file", "plain-http",
-                           "workers", "request-bytes", "response-bytes", "request-seconds",
-                           "statement-seconds"}) {
+  for (const char* name :
+       {"address", "port", "certificate", "key", "token-file", "plain-http", "workers",
+        "request-bytes", "response-bytes", "request-seconds", "statement-seconds"}) {
     EXPECT_TRUE(service.logHolds(std::string("\n  ") + name + " ")) << name;
   }
 }
