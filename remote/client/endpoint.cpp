@@ -119,6 +119,13 @@ std::string readBody(HINTERNET request, const Deadline& deadline) {
   }
 }
 
+/// The library's own threads may run on for a moment after a call: it is not unloaded with this
+/// module.
+void keepLibraryLoaded() {
+  HMODULE library = nullptr;
+  check(GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"winhttp.dll", &library));
+}
+
 }  // namespace
 
 /// The handles of a service, and what is set for it.
@@ -128,6 +135,7 @@ struct Endpoint::Connection {
     if (settings.plainHttp && !remote::isLoopback(host)) {
       throw ClientError(L"Without TLS only a service on this computer is used.");
     }
+    keepLibraryLoaded();
     session.reset(WinHttpOpen(L"TlCommClient", WINHTTP_ACCESS_TYPE_NO_PROXY, WINHTTP_NO_PROXY_NAME,
                               WINHTTP_NO_PROXY_BYPASS, 0));
     check(static_cast<bool>(session));
