@@ -58,6 +58,8 @@ int wmain(int count, wchar_t** arguments) {
     return 2;
   }
   doors::showMessage = [](const doors::Message& message) -> doors::Answer {
+    // Whether to save what the rules changed.
+    if (message.buttons == doors::Buttons::YesNoCancel) return doors::Answer::No;
     std::fprintf(stderr, "A message box: %s\n", toUtf8(message.text).c_str());
     std::_Exit(1);
   };

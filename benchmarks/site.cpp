@@ -57,8 +57,14 @@ std::wstring valueFor(const Column& column, int id) {
   if (isText(column.field)) return textOf(column.property, id);
   const std::wstring property = column.property;
   if (property == L"configID") return decimal(id);
-  if (property == L"PACSType") return decimal(id % 10);
+  if (property == L"PACSType") return decimal(id % 4);
   if (property == L"Port") return decimal(10000 + id);
+  // The codes that the settings window offers are further apart.
+  if (property == L"CofirmStartTrigger") return L"10";
+  if (property == L"ManualEntryTrigger") return L"8";
+  if (property == L"PollingDisplayField") return L"11";
+  if (property == L"ContextChangeOption") return L"20";
+  if (property == L"ContextUpdate" || property == L"CloseDictationAction") return L"0";
   return decimal(id % 2);
 }
 
