@@ -255,6 +255,13 @@ TEST_F(ConnectedTest, TextsCrossTheWireInBothDirectionsAsTheyAre) {
   }
 }
 
+TEST_F(ConnectedTest, TheLargestAnswerThatTheServiceGivesIsTaken) {
+  ASSERT_EQ(TlCommClientQuery(L"select hex(zeroblob(33554400))"), 1);
+  Table data;
+  ASSERT_TRUE(TlCommClientGetDataset(1, data));
+  EXPECT_EQ(data.at(0, 0).value_or(L"").size(), 67'108'800U);
+}
+
 TEST_F(ConnectedTest, FilesAreListed) {
   for (const wchar_t* name : {L"b.xml", L"A.XML", L"c.txt"}) {
     writeBytes(WineService::promptPath(name), "");
