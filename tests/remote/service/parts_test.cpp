@@ -130,9 +130,9 @@ TEST(LoopbackTest, OnlyThisComputerIsMeant) {
                               L"localhost", L"LOCALHOST"}) {
     EXPECT_TRUE(remote::isLoopback(host)) << host;
   }
-  for (const wchar_t* host :
-       {L"", L"126.0.0.1", L"128.0.0.1", L"0.0.0.0", L"127.0.0", L"127.0.0.256", L"127.0.0.1.example",
-        L"127.0.0.1x", L"127.0.0.", L"1127.0.0.1", L"::", L"::2", L"localhost.example", L"local"}) {
+  for (const wchar_t* host : {L"", L"126.0.0.1", L"128.0.0.1", L"0.0.0.0", L"127.0.0",
+                              L"127.0.0.256", L"127.0.0.1.example", L"127.0.0.1x", L"127.0.0.",
+                              L"1127.0.0.1", L"::", L"::2", L"localhost.example", L"local"}) {
     EXPECT_FALSE(remote::isLoopback(host)) << host;
   }
 }
