@@ -37,23 +37,17 @@ std::vector<bare::Row> textsOf(const WorkstationRows& rows) {
   return texts;
 }
 
-/// The identifiers in the order in which the window shows them when it opens.
-std::vector<std::int32_t> keysOf(WorkstationRows rows) {
+void sort(WorkstationRows& rows, WorkstationRows::Column column, SortType type) {
   rows.sortOrder = kDescending;
-  SortListView(rows, WorkstationRows::kName + 1, static_cast<std::int16_t>(SortType::Text));
-  std::vector<std::int32_t> keys;
-  for (std::size_t row = 0; row < rows.rowCount(); ++row) {
-    keys.push_back(toInt32(rows.cell(row, WorkstationRows::kConfigID)));
-  }
-  return keys;
+  SortListView(rows, static_cast<std::int16_t>(column + 1), static_cast<std::int16_t>(type));
 }
 
-void clickHeader(const frmPACSList& window, HWND list, int column) {
-  NMLISTVIEW click{};
-  click.hdr = {list, IDC_frmPACSList_lvwPACSList, LVN_COLUMNCLICK};
-  click.iItem = -1;
-  click.iSubItem = column;
-  SendMessageW(window.window(), WM_NOTIFY, click.hdr.idFrom, reinterpret_cast<LPARAM>(&click));
+std::vector<std::int32_t> identifiersOf(const WorkstationRows& rows) {
+  std::vector<std::int32_t> identifiers;
+  for (std::size_t row = 0; row < rows.rowCount(); ++row) {
+    identifiers.push_back(toInt32(rows.cell(row, WorkstationRows::kConfigID)));
+  }
+  return identifiers;
 }
 
 }  // namespace
@@ -73,15 +67,16 @@ void measureListWindow(const Site& site, int repetitions) {
           }},
           {[&] { bareList.fill(texts); }, [&] { bareList.clear(); }});
 
-  const std::vector<std::int32_t> shown = keysOf(rows);
+  // In the order in which the window shows them when it opens.
+  WorkstationRows shown = rows;
+  sort(shown, WorkstationRows::kName, SortType::Text);
+  const std::vector<std::int32_t> identifiers = identifiersOf(shown);
+  WorkstationRows sorted;
   std::vector<std::int32_t> keys;
   compare("sorting", site, repetitions * 3,
-          {[&] { clickHeader(window, list, WorkstationRows::kConfiguration); },
-           [&] {
-             window.FillPCList();
-             UpdateWindow(list);
-           }},
-          {[&] { std::stable_sort(keys.begin(), keys.end()); }, [&] { keys = shown; }});
+          {[&] { sort(sorted, WorkstationRows::kConfigID, SortType::WholeNumber); },
+           [&] { sorted = shown; }},
+          {[&] { std::stable_sort(keys.begin(), keys.end()); }, [&] { keys = identifiers; }});
   window.destroy();
   disconnect();
 }

@@ -9,7 +9,7 @@
 namespace tlpacscfg {
 namespace {
 
-using Tokens = std::vector<SqlToken>;
+using Tokens = std::span<const SqlToken>;
 
 bool startsStatement(const SqlToken& token) {
   return token.isWord(L"SELECT") || token.isWord(L"INSERT") || token.isWord(L"UPDATE") ||
@@ -21,33 +21,32 @@ bool isBlankLine(const SqlToken& token) {
          std::count(token.text.begin(), token.text.end(), L'\n') > 1;
 }
 
-/// The batches separate their statements by blank lines.
-std::vector<Tokens> splitStatements(std::wstring_view sql) {
-  const Tokens tokens = sqlTokens(sql);
-  std::vector<Tokens> statements;
-  bool newStatement = false;
-  for (const SqlToken& token : tokens) {
-    if (statements.empty() && token.kind == SqlToken::Kind::Space) continue;
-    if (isBlankLine(token)) newStatement = true;
-    if (statements.empty() || (newStatement && startsStatement(token))) {
-      statements.emplace_back();
-      newStatement = false;
-    }
-    statements.back().push_back(token);
-  }
-  return statements;
-}
-
-std::size_t skipSpace(const Tokens& tokens, std::size_t position) {
+std::size_t skipSpace(Tokens tokens, std::size_t position) {
   while (position < tokens.size() && tokens[position].kind == SqlToken::Kind::Space) ++position;
   return position;
 }
 
-bool symbolAt(const Tokens& tokens, std::size_t position, wchar_t symbol) {
+/// The batches separate their statements by blank lines.
+std::vector<Tokens> splitStatements(Tokens tokens) {
+  std::vector<Tokens> statements;
+  std::size_t start = skipSpace(tokens, 0);
+  bool newStatement = false;
+  for (std::size_t i = start; i < tokens.size(); ++i) {
+    if (isBlankLine(tokens[i])) newStatement = true;
+    if (!newStatement || !startsStatement(tokens[i])) continue;
+    statements.push_back(tokens.subspan(start, i - start));
+    start = i;
+    newStatement = false;
+  }
+  if (start < tokens.size()) statements.push_back(tokens.subspan(start));
+  return statements;
+}
+
+bool symbolAt(Tokens tokens, std::size_t position, wchar_t symbol) {
   return position < tokens.size() && tokens[position].isSymbol(symbol);
 }
 
-std::size_t closingParenthesis(const Tokens& tokens, std::size_t open) {
+std::size_t closingParenthesis(Tokens tokens, std::size_t open) {
   int depth = 0;
   for (std::size_t i = open; i < tokens.size(); ++i) {
     if (tokens[i].isSymbol(L'(')) ++depth;
@@ -58,7 +57,7 @@ std::size_t closingParenthesis(const Tokens& tokens, std::size_t open) {
 
 /// Where `alias = (subquery)` in a select list ends, and where its parenthesis opens; 0 for other
 /// words. In a condition the comparison stands behind WHERE and is left alone.
-std::size_t openOfAssignedSubquery(const Tokens& tokens, std::size_t word) {
+std::size_t openOfAssignedSubquery(Tokens tokens, std::size_t word) {
   if (tokens[word].kind != SqlToken::Kind::Word) return 0;
   const std::size_t equals = skipSpace(tokens, word + 1);
   if (!symbolAt(tokens, equals, L'=')) return 0;
@@ -72,33 +71,35 @@ bool isAscii(std::wstring_view text) {
   return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
 }
 
+bool isFinished(std::wstring_view quoted) {
+  return std::count(quoted.begin(), quoted.end(), L'\'') % 2 == 0;
+}
+
 /// A driver that knows no UTF-16 may get a statement through a conversion that keeps one byte of
 /// each unit. Spelled as its bytes a text arrives whole.
-std::wstring asciiText(std::wstring_view quoted) {
-  const bool finished = std::count(quoted.begin(), quoted.end(), L'\'') % 2 == 0;
-  if (isAscii(quoted) || !finished) return std::wstring(quoted);
+std::wstring spelled(std::wstring_view quoted) {
   constexpr const wchar_t* kDigits = L"0123456789ABCDEF";
-  std::wstring spelled = L"CAST(x'";
+  std::wstring text = L"CAST(x'";
   for (const char byte : toUtf8(sqlTextValue(quoted))) {
-    spelled += kDigits[static_cast<unsigned char>(byte) >> 4];
-    spelled += kDigits[static_cast<unsigned char>(byte) & 0xF];
+    text += kDigits[static_cast<unsigned char>(byte) >> 4];
+    text += kDigits[static_cast<unsigned char>(byte) & 0xF];
   }
-  return spelled + L"' AS TEXT)";
+  return text + L"' AS TEXT)";
 }
 
-std::wstring inAscii(const SqlToken& token) {
-  return token.kind == SqlToken::Kind::Text ? asciiText(token.text) : std::wstring(token.text);
-}
-
-std::wstring joined(std::span<const SqlToken> tokens) {
-  std::wstring text;
-  for (const SqlToken& token : tokens) text += inAscii(token);
-  return text;
+void appendInAscii(std::wstring& text, const SqlToken& token) {
+  const bool quoted = token.kind == SqlToken::Kind::Text;
+  if (quoted && !isAscii(token.text) && isFinished(token.text)) {
+    text += spelled(token.text);
+  } else {
+    text += token.text;
+  }
 }
 
 /// SQLite's words for the current time, a row limit, a named subquery and a text.
-std::wstring toSqlite(const Tokens& tokens) {
+std::wstring toSqlite(Tokens tokens) {
   std::wstring text;
+  text.reserve(static_cast<std::size_t>(tokens.back().text.end() - tokens.front().text.begin()));
   std::wstring limit;
   bool inSelectList = false;
   for (std::size_t i = 0; i < tokens.size(); ++i) {
@@ -118,10 +119,13 @@ std::wstring toSqlite(const Tokens& tokens) {
     } else if (const std::size_t open = inSelectList ? openOfAssignedSubquery(tokens, i) : 0) {
       const std::size_t close = closingParenthesis(tokens, open);
       const std::size_t length = std::min(close + 1, tokens.size()) - open;
-      text += joined(std::span(tokens).subspan(open, length)) + L" AS " + std::wstring(token.text);
+      for (const SqlToken& inner : tokens.subspan(open, length)) {
+        appendInAscii(text, inner);
+      }
+      text.append(L" AS ").append(token.text);
       i = close;
     } else {
-      text += inAscii(token);
+      appendInAscii(text, token);
     }
   }
   return text + limit;
@@ -138,7 +142,8 @@ Dialect dialectOf(std::wstring_view dbmsName) {
 std::vector<std::wstring> statementsFor(Dialect dialect, std::wstring_view sql) {
   if (dialect != Dialect::Sqlite) return {std::wstring(sql)};
   std::vector<std::wstring> statements;
-  for (const Tokens& statement : splitStatements(sql)) statements.push_back(toSqlite(statement));
+  const std::vector<SqlToken> tokens = sqlTokens(sql);
+  for (const Tokens statement : splitStatements(tokens)) statements.push_back(toSqlite(statement));
   return statements;
 }
 

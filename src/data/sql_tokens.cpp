@@ -43,6 +43,7 @@ bool SqlToken::isWord(std::wstring_view word) const {
 
 std::vector<SqlToken> sqlTokens(std::wstring_view sql) {
   std::vector<SqlToken> tokens;
+  tokens.reserve(sql.size() / 4);
   for (std::size_t start = 0; start < sql.size();) {
     SqlToken::Kind kind = SqlToken::Kind::Symbol;
     std::size_t end = start + 1;

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <array>
+
 #include "support/list_sort.h"
 
 namespace tlpacscfg {
@@ -12,13 +14,11 @@ std::string collationKey(std::wstring_view text) {
                          static_cast<int>(text.size()), target, bytes, nullptr, nullptr, 0);
   };
   // For a sort key the target is a byte buffer and its size counts bytes.
-  std::string key(text.size() * 6 + 16, '\0');
-  int bytes = map(reinterpret_cast<LPWSTR>(key.data()), static_cast<int>(key.size()));
-  if (bytes == 0) {
-    key.resize(static_cast<std::size_t>(map(nullptr, 0)));
-    bytes = map(reinterpret_cast<LPWSTR>(key.data()), static_cast<int>(key.size()));
-  }
-  key.resize(static_cast<std::size_t>(bytes));
+  std::array<char, 512> few;
+  const int bytes = map(reinterpret_cast<LPWSTR>(few.data()), static_cast<int>(few.size()));
+  if (bytes > 0) return std::string(few.data(), static_cast<std::size_t>(bytes));
+  std::string key(static_cast<std::size_t>(map(nullptr, 0)), '\0');
+  map(reinterpret_cast<LPWSTR>(key.data()), static_cast<int>(key.size()));
   return key;
 }
 

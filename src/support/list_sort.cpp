@@ -71,8 +71,9 @@ std::vector<std::size_t> sortedBy(const SortableList& list, KeyOf keyOf) {
   }
   std::vector<std::size_t> order(keys.size());
   std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(), [&keys](std::size_t first, std::size_t second) {
-    return compare(keys[first], keys[second]) == 0;
+  const bool ascending = g_intSortOrder == kAscending;
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t first, std::size_t second) {
+    return ascending ? keys[first] < keys[second] : keys[second] < keys[first];
   });
   return order;
 }

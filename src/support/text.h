@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <charconv>
 #include <concepts>
 #include <cstdint>
 #include <string>
@@ -38,7 +40,9 @@ std::vector<std::wstring_view> split(std::wstring_view text, wchar_t separator);
 /// Plain decimal: a sign for negative numbers only, no leading blank.
 template <std::integral Integer>
 std::wstring decimal(Integer number) {
-  return std::to_wstring(number);
+  std::array<char, 24> digits;
+  const char* const end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+  return std::wstring(static_cast<const char*>(digits.data()), end);
 }
 
 /// "True" or "False" in every locale.

@@ -175,8 +175,8 @@ void Connection::execute(std::wstring_view sql) {
 }
 
 void Connection::run(std::wstring_view sql) {
+  const StatementHandle statement = newStatement();
   for (const std::wstring& text : statementsFor(dialect_, sql)) {
-    const StatementHandle statement = newStatement();
     executeDirect(statement, text);
     drain(statement);
   }

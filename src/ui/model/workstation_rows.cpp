@@ -1,6 +1,6 @@
 #include "ui/model/workstation_rows.h"
 
-#include <unordered_map>
+#include <numeric>
 #include <utility>
 
 #include "support/conversions.h"
@@ -21,61 +21,91 @@ bool passes(const clsWorkstation& workstation, WorkstationFilter filter) {
   return true;
 }
 
-std::wstring requestFileText(const clsPACSConfiguration& configuration) {
+std::wstring_view requestFileText(const clsPACSConfiguration& configuration) {
   constexpr std::int16_t kBroker = 4;
   constexpr std::int16_t kBrokerExtended = 5;
   if (configuration.PACSType == kBroker || configuration.PACSType == kBrokerExtended) {
     return L"COM - Broker Interface";
   }
-  return configuration.RequestFileName.empty() ? L"Not Defined" : configuration.RequestFileName;
+  if (configuration.RequestFileName.empty()) return L"Not Defined";
+  return configuration.RequestFileName;
 }
 
 /// The first configuration of each identifier, as GetItemNumber finds it, from a single walk.
-using ConfigurationsByID = std::unordered_map<std::int16_t, const clsPACSConfiguration*>;
-
-ConfigurationsByID configurationsByID(const colPACSConfiguration& configurations) {
-  ConfigurationsByID byID;
-  byID.reserve(configurations.ColPACSConfigs->count());
-  for (const auto& configuration : configurations.ColPACSConfigs->items()) {
-    byID.try_emplace(configuration->configID, configuration.get());
+class ConfigurationsByID {
+ public:
+  explicit ConfigurationsByID(const colPACSConfiguration& configurations) : found_(kIdentifiers) {
+    for (const auto& configuration : configurations.ColPACSConfigs->items()) {
+      const clsPACSConfiguration*& place = found_[placeOf(configuration->configID)];
+      if (place == nullptr) place = configuration.get();
+    }
   }
-  return byID;
-}
+  const clsPACSConfiguration* find(std::int16_t id) const { return found_[placeOf(id)]; }
+
+ private:
+  static constexpr std::size_t kIdentifiers = 1 << 16;
+  static std::size_t placeOf(std::int16_t id) { return static_cast<std::uint16_t>(id); }
+
+  std::vector<const clsPACSConfiguration*> found_;
+};
 
 }  // namespace
+
+void WorkstationRows::clear() {
+  texts_.clear();
+  rows_.clear();
+  order_.clear();
+}
 
 void WorkstationRows::fill(const colWorkstation& workstations, colPACSConfiguration& configurations,
                            WorkstationFilter filter) {
   const int highestID = configurations.GetNextConfigID() - 1;
-  rows_.clear();
-  const ConfigurationsByID byID = configurationsByID(configurations);
+  clear();
+  const ConfigurationsByID byID(configurations);
+  rows_.reserve(workstations.ColWorkStations->count());
   for (const auto& workstation : workstations.ColWorkStations->items()) {
     if (!passes(*workstation, filter)) continue;
     const std::int16_t id = workstation->configID;
-    const auto found = byID.find(id);
-    const bool shown = id != 0 && highestID != 0 && found != byID.end();
-    rows_.push_back({decimal(rows_.size() + 1), workstation->WorkStation,
-                     shown ? decimal(id) + L" - " + found->second->Description : L"None",
-                     shown ? requestFileText(*found->second) : L"N/A",
-                     id == 0 ? kUnassigned : decimal(id)});
+    const clsPACSConfiguration* const found = byID.find(id);
+    const bool shown = id != 0 && highestID != 0 && found != nullptr;
+    rows_.push_back({keep(decimal(rows_.size() + 1)), keep(workstation->WorkStation),
+                     shown ? keepConfiguration(*found) : keep(L"None"),
+                     keep(shown ? requestFileText(*found) : L"N/A"),
+                     keep(id == 0 ? kUnassigned : decimal(id))});
   }
+  order_.resize(rows_.size());
+  std::iota(order_.begin(), order_.end(), 0);
+}
+
+WorkstationRows::Text WorkstationRows::keep(std::wstring_view text) {
+  const std::size_t start = texts_.size();
+  texts_ += text;
+  return {start, text.size()};
+}
+
+WorkstationRows::Text WorkstationRows::keepConfiguration(
+    const clsPACSConfiguration& configuration) {
+  const std::size_t start = texts_.size();
+  texts_.append(decimal(configuration.configID)).append(L" - ").append(configuration.Description);
+  return {start, texts_.size() - start};
 }
 
 std::wstring_view WorkstationRows::cell(std::size_t row, std::size_t column) const {
   if (row >= rows_.size() || column >= kColumns) return {};
-  return rows_[row][column];
+  const Text& text = rows_[order_[row]][column];
+  return std::wstring_view(texts_).substr(text.start, text.length);
 }
 
 void WorkstationRows::reorder(const std::vector<std::size_t>& order) {
-  std::vector<Row> reordered;
+  std::vector<std::size_t> reordered;
   reordered.reserve(order.size());
-  for (const std::size_t row : order) reordered.push_back(std::move(rows_[row]));
-  rows_ = std::move(reordered);
+  for (const std::size_t row : order) reordered.push_back(order_[row]);
+  order_ = std::move(reordered);
 }
 
 std::optional<std::size_t> WorkstationRows::rowOf(std::wstring_view name) const {
   for (std::size_t row = rows_.size(); row-- > 0;) {
-    if (rows_[row][kName] == name) return row;
+    if (cell(row, kName) == name) return row;
   }
   return std::nullopt;
 }

@@ -38,7 +38,7 @@ class WorkstationRows : public SortableList {
   /// The identifier text of a workstation without configuration: sorts behind all others.
   static constexpr const wchar_t* kUnassigned = L"9999";
 
-  void clear() { rows_.clear(); }
+  void clear();
 
   /// The rows of the workstations that pass the filter, in their order. Asks the configurations
   /// for the next identifier, which says whether any exists; throws what that throws.
@@ -56,8 +56,21 @@ class WorkstationRows : public SortableList {
   std::int16_t configIDOf(std::size_t row) const;
 
  private:
-  using Row = std::array<std::wstring, kColumns>;
+  struct Text {
+    std::size_t start;
+    std::size_t length;
+  };
+  using Row = std::array<Text, kColumns>;
+
+  Text keep(std::wstring_view text);
+  Text keepConfiguration(const clsPACSConfiguration& configuration);
+
+  /// All texts of all rows in one piece: a list of the largest site is filled before one blinks.
+  std::wstring texts_;
+  /// In the order of the workstations.
   std::vector<Row> rows_;
+  /// Which of them is shown at each place.
+  std::vector<std::size_t> order_;
 };
 
 }  // namespace tlpacscfg
