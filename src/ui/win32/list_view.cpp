@@ -53,7 +53,11 @@ void ListView::select(std::size_t row) {
 }
 
 void ListView::clearSelection() {
-  ListView_SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+  // Only the rows in question: asking for all of them at once takes a look at each.
+  for (const UINT state : {LVNI_SELECTED, LVNI_FOCUSED}) {
+    const int row = ListView_GetNextItem(list_, -1, state);
+    if (row >= 0) ListView_SetItemState(list_, row, 0, LVIS_SELECTED | LVIS_FOCUSED);
+  }
 }
 
 void ListView::showSortArrow(int column, bool ascending) {
