@@ -6,36 +6,10 @@
 #include "data/database.h"
 #include "support/text.h"
 #include "tools/scratch.h"
+#include "wire/stand_in.h"
 
 namespace tlpacscfg::test {
 namespace {
-
-std::string json(const std::wstring& text) {
-  std::string quoted = "\"";
-  for (const char byte : toUtf8(text)) {
-    switch (byte) {
-      case '\r':
-        quoted += "\\r";
-        break;
-      case '\n':
-        quoted += "\\n";
-        break;
-      case '"':
-      case '\\':
-        quoted += '\\';
-        [[fallthrough]];
-      default:
-        quoted += byte;
-    }
-  }
-  return quoted + '"';
-}
-
-std::string joined(const std::vector<std::string>& items) {
-  std::string list;
-  for (const std::string& item : items) list += (list.empty() ? "" : ",") + item;
-  return "[" + list + "]";
-}
 
 std::string jsonRow(const ProbeRow& row) {
   std::vector<std::string> cells;
@@ -50,6 +24,7 @@ WireTest::WireTest() {
   config.SqlDbName = L"Talora";
   config.Password = L"geheim";
   config.User_ID = 4711;
+  tellStandIn("reset");
 }
 
 void WireTest::connect() {

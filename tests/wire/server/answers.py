@@ -13,7 +13,8 @@
   ]
 }
 
-Statements that change rows need no answer: each reports one row. Anything else is an error.
+What nothing here answers is the store's, when there is one (see store.py). Without it statements
+that change rows need no answer: each reports one row. Anything else is an error.
 """
 import json
 import os
@@ -52,11 +53,8 @@ def rows_reply(answer):
 
 def changes_reply(count, failure):
     """One outcome for each statement; a failing one ends the batch."""
-    content = b""
     for number in range(1, count + 1):
-        more = tds.DONE_MORE if number < count else 0
         if failure and number == failure["statement"]:
-            content += tds.error(failure["number"], failure["text"])
-            return content + tds.done(tds.DONE_ERROR)
-        content += tds.done(tds.DONE_COUNT | more, 1)
-    return content
+            yield tds.error(failure["number"], failure["text"]) + tds.done(tds.DONE_ERROR)
+            return
+        yield tds.done(tds.DONE_COUNT | (tds.DONE_MORE if number < count else 0), 1)

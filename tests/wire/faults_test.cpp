@@ -1,0 +1,240 @@
+#include <gmock/gmock.h>
+
+#include "data/database.h"
+#include "data/odbc/error.h"
+#include "wire/wire_test.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const std::wstring kTwoRows =
+    L"INSERT INTO System_pc_names VALUES('A', '', 1)\r\n\r\n"
+    L"INSERT INTO System_pc_names VALUES('B', '', 2)";
+const std::wstring kSelect = L"SELECT pc_name FROM System_pc_names";
+const ProbeRows kBoth = {{L"A"}, {L"B"}};
+
+class WireFaultTest : public WireTest {
+ protected:
+  WireFaultTest() {
+    storeSite();
+    connect();
+  }
+
+  /// The driver opens a transaction, the batch follows, then the commit and the end of the mode in
+  /// which transactions are left open.
+  static void save() { g_conSql->execute(kTwoRows); }
+
+  static odbc::Error failureOf(const std::function<void()>& action) {
+    try {
+      action();
+    } catch (const odbc::Error& error) {
+      return error;
+    }
+    ADD_FAILURE() << "Nothing failed.";
+    return {0, L"", L"", 0};
+  }
+
+  /// Saving fails, and the connection is of no use any more.
+  void expectLostSave() {
+    failureOf(save);
+    EXPECT_EQ(faultsLeft(), 0);
+    failureOf([] { g_conSql->query(L"SELECT 1"); });
+  }
+
+  ProbeRows stored() const { return siteRows(kSelect); }
+};
+
+TEST_F(WireFaultTest, WithoutAFaultBothRowsAreStored) {
+  hangUpBefore(At::batch(L"DELETE"));
+  save();
+  EXPECT_EQ(stored(), kBoth);
+  EXPECT_EQ(faultsLeft(), 1);
+}
+
+TEST_F(WireFaultTest, AHangUpBeforeTheBatchStoresNothing) {
+  hangUpBefore(At::batch(L"INSERT"));
+  expectLostSave();
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(WireFaultTest, AHangUpAfterTheBatchUndoesIt) {
+  hangUpAfter(At::batch(L"INSERT"));
+  expectLostSave();
+  EXPECT_THAT(stored(), IsEmpty());
+  EXPECT_THAT(record(), ::testing::Contains(transaction("undone")));
+}
+
+TEST_F(WireFaultTest, AHangUpAfterABatchWithoutATransactionKeepsWhatItStored) {
+  hangUpAfter(At::batch(L"INSERT"));
+  failureOf([] { g_conSql->query(kTwoRows); });
+  EXPECT_EQ(stored(), kBoth);
+}
+
+TEST_F(WireFaultTest, AHangUpInsideABatchExecutesTheAnsweredStatements) {
+  hangUpInside(At::batch(L"INSERT"), Statements{1});
+  failureOf([] { g_conSql->query(kTwoRows); });
+  EXPECT_EQ(stored(), ProbeRows({{L"A"}}));
+}
+
+TEST_F(WireFaultTest, AHangUpInsideABatchUndoesItsTransaction) {
+  for (const int answered : {0, 1, 2}) {
+    hangUpInside(At::batch(L"INSERT"), Statements{answered});
+    expectLostSave();
+    EXPECT_THAT(stored(), IsEmpty()) << answered;
+    DisconnectDatabase();
+    connect();
+  }
+}
+
+TEST_F(WireFaultTest, AHangUpInsideTheRowsFailsTheQuery) {
+  save();
+  for (const int sent : {0, 1, 2}) {
+    hangUpInside(At::batch(L"SELECT"), Rows{sent});
+    failureOf([] { g_conSql->query(kSelect); });
+    EXPECT_EQ(faultsLeft(), 0);
+    DisconnectDatabase();
+    connect();
+  }
+}
+
+TEST_F(WireFaultTest, AHangUpBeforeTheCommitStoresNothing) {
+  hangUpBefore(At::commit());
+  expectLostSave();
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(WireFaultTest, AHangUpAfterTheCommitHasStoredEverything) {
+  hangUpAfter(At::commit());
+  expectLostSave();
+  EXPECT_EQ(stored(), kBoth);
+}
+
+TEST_F(WireFaultTest, ARefusedCommitKeepsTheTransactionForTheRollback) {
+  newRecord();
+  failAt(At::commit(), 9002, L"The transaction log is full.");
+  EXPECT_EQ(failureOf(save).nativeError(), 9002);
+  EXPECT_THAT(stored(), IsEmpty());
+  EXPECT_THAT(newRecord(),
+              ElementsAre(transaction("begin"), batch(kTwoRows), transaction("rollback")));
+  save();
+  EXPECT_EQ(stored(), kBoth);
+}
+
+TEST_F(WireFaultTest, ARefusedCommitMayUndoTheTransaction) {
+  newRecord();
+  failAt(At::commit(), 1205, L"Transaction was deadlocked.", AfterFailure::UndoesTransaction);
+  EXPECT_EQ(failureOf(save).nativeError(), 1205);
+  EXPECT_THAT(newRecord(),
+              ElementsAre(transaction("begin"), batch(kTwoRows), transaction("undone")));
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(WireFaultTest, ARefusedRollbackLeavesTheTransactionOpenUntilTheConnectionCloses) {
+  failAt(At::commit(), 9002, L"The transaction log is full.");
+  failAt(At::rollback(), 9002, L"The transaction log is full.");
+  failAt(At::request(5), 9002, L"The transaction log is full.");
+  failureOf(save);
+  EXPECT_EQ(faultsLeft(), 0);
+  EXPECT_THROW(runAtSite(L"DELETE FROM System_pc_names"), std::runtime_error);
+  DisconnectDatabase();
+  runAtSite(L"INSERT INTO System_pc_names VALUES('C', '', 1)");
+  EXPECT_EQ(stored(), ProbeRows({{L"C"}}));
+}
+
+TEST_F(WireFaultTest, AHangUpAtTheRollbackUndoesTheTransaction) {
+  failAt(At::commit(), 9002, L"The transaction log is full.");
+  hangUpBefore(At::rollback());
+  expectLostSave();
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(WireFaultTest, EveryRequestOfASaveCanBeTheLast) {
+  // Begin, batch, commit and the rollback of the empty transaction that the commit began.
+  for (int number = 1; number <= 4; ++number) {
+    hangUpBefore(At::request(number));
+    if (number < 4) {
+      failureOf(save);
+      EXPECT_THAT(stored(), IsEmpty()) << number;
+    } else {
+      save();
+      EXPECT_EQ(stored(), kBoth);
+    }
+    EXPECT_EQ(faultsLeft(), 0) << number;
+    DisconnectDatabase();
+    connect();
+  }
+}
+
+TEST_F(WireFaultTest, AFailedBeginFailsTheSave) {
+  failAt(At::begin(), 1105, L"No transaction today.");
+  EXPECT_EQ(failureOf(save).nativeError(), 1105);
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(WireFaultTest, AStalledServerNeverAnswersTheAttention) {
+  stallBefore(At::batch(L"INSERT"));
+  g_conSql->limitStatements({.time = std::chrono::seconds(1)});
+  const odbc::Error error = failureOf(save);
+  EXPECT_EQ(error.sqlState(), L"HYT00");
+  EXPECT_THAT(record(), ::testing::Not(::testing::Contains(takenBack())));
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(WireFaultTest, AStalledServerMayHaveExecutedTheBatch) {
+  stallAfter(At::batch(L"INSERT"));
+  g_conSql->limitStatements({.time = std::chrono::seconds(1)});
+  EXPECT_EQ(failureOf([] { g_conSql->query(kTwoRows); }).sqlState(), L"HYT00");
+  EXPECT_EQ(stored(), kBoth);
+}
+
+TEST_F(WireFaultTest, ACommitInWordsIsACommit) {
+  hangUpAfter(At::commit());
+  g_conSql->query(L"BEGIN TRANSACTION");
+  g_conSql->query(kTwoRows);
+  failureOf([] { g_conSql->query(L"COMMIT TRANSACTION"); });
+  EXPECT_EQ(stored(), kBoth);
+}
+
+TEST_F(WireFaultTest, ARestartUndoesWhatIsOpenAndTakesNewConnections) {
+  g_conSql->query(L"BEGIN TRANSACTION");
+  g_conSql->query(kTwoRows);
+  EXPECT_EQ(sessions(), 1);
+  restartServer();
+  EXPECT_EQ(sessions(), 0);
+  EXPECT_THAT(stored(), IsEmpty());
+  failureOf([] { g_conSql->query(L"SELECT 1"); });
+  DisconnectDatabase();
+  connect();
+  save();
+  EXPECT_EQ(stored(), kBoth);
+}
+
+TEST_F(WireFaultTest, AStoppedServerRefusesConnectionsUntilItIsStarted) {
+  stopServer();
+  failureOf(save);
+  DisconnectDatabase();
+  for (int i = 0; i < 2; ++i) EXPECT_FALSE(ConnectToDatabase(config));
+  startServer();
+  ASSERT_TRUE(ConnectToDatabase(config));
+  save();
+  EXPECT_EQ(stored(), kBoth);
+}
+
+TEST_F(WireFaultTest, ASecondAdministratorChangesRowsInTheMiddleOfACommand) {
+  save();
+  changeSiteAt(At::batch(L"SELECT"), L"DELETE FROM System_pc_names WHERE pc_name = 'A'");
+  EXPECT_EQ(g_conSql->query(kSelect).rows(), 1U);
+}
+
+TEST_F(WireFaultTest, ASecondAdministratorWaitsForTheEndOfATransaction) {
+  changeSiteAt(At::commit(), L"UPDATE System_pc_names SET access_string = 'second'");
+  save();
+  EXPECT_EQ(siteRows(L"SELECT access_string FROM System_pc_names"),
+            ProbeRows({{L"second"}, {L"second"}}));
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test

@@ -1,0 +1,69 @@
+"""What goes wrong, and where.
+
+A fault names a request of a client after its login, by one of
+    "request": N        the N-th from now: batches, and begins, commits and rollbacks of transactions
+    "batch": T          the first batch that begins with the text
+    "transaction": T    the first "begin", "commit" or "rollback", or batch that says so
+and what happens at it, by one of
+    "hangsUp": "before" | "after"               before it is executed, or after and unanswered
+    "hangsUp": "inside", "statements": N        after the answers to so many statements
+    "hangsUp": "inside", "rows": N              after so many rows
+    "stalls": "before" | "after"                not a word from there on, not to an attention either
+    "fails": {"number": N, "text": T, "undoes": true | false}
+                                                not executed; may undo the transaction
+    "changes": SQL                              another program changes the site before it is executed,
+                                                or as soon as no session holds the rows any more
+Every fault happens once.
+"""
+import threading
+
+
+class Request:
+    def __init__(self, text, transaction=None):
+        self.text = text
+        first = text.split(maxsplit=1)[0].lower() if text.strip() else ""
+        self.transaction = transaction or first
+
+    def is_named_by(self, fault):
+        if "batch" in fault:
+            return bool(self.text) and self.text.startswith(fault["batch"])
+        if "transaction" in fault:
+            return self.transaction == fault["transaction"]
+        fault["request"] -= 1
+        return fault["request"] == 0
+
+
+class Faults:
+    def __init__(self):
+        self.lock = threading.Lock()
+        self.waiting = []
+
+    def add(self, fault):
+        with self.lock:
+            self.waiting.append(fault)
+
+    def clear(self):
+        with self.lock:
+            self.waiting = []
+
+    def at(self, request):
+        """Those that happen at the request."""
+        with self.lock:
+            found = [fault for fault in self.waiting if request.is_named_by(fault)]
+            self.waiting = [fault for fault in self.waiting if fault not in found]
+            return found
+
+
+def sent_before_hanging_up(fault, pieces):
+    """The part of an answer that still goes out. A piece says which part of the answer it ends."""
+    counted = "statement" if "statements" in fault else "row"
+    left = fault.get("statements", fault.get("rows"))
+    sent = b""
+    while left > 0:
+        piece = next(pieces, None)
+        if piece is None:
+            break
+        content, ends = piece
+        sent += content
+        left -= ends == counted
+    return sent

@@ -1,0 +1,108 @@
+"""The stand-in as a whole: its address, its sessions, its store and its faults."""
+import json
+import os
+import socket
+import socketserver
+import threading
+
+import control
+import faults
+import session
+import store
+
+ADDRESS, CONTROL_ADDRESS = "127.0.0.1", "127.0.0.2"
+
+
+class Listener(socketserver.ThreadingTCPServer):
+    daemon_threads = True
+    allow_reuse_address = True
+
+    def __init__(self, site, address, handler):
+        super().__init__(address, handler, bind_and_activate=False)
+        self.site = site
+        self.server_bind()
+
+    def start(self):
+        self.server_activate()
+        threading.Thread(target=self.serve_forever, args=(0.01,), daemon=True).start()
+
+
+class Site:
+    def __init__(self, directory):
+        self.directory = directory
+        self.keeps = None
+        self.faults = faults.Faults()
+        self.changed = threading.Condition()
+        self.sessions = set()
+        self.record_lock = threading.Lock()
+        self.change_lock = threading.Lock()
+        self.later_changes = []
+        self.door = Listener(self, (ADDRESS, 0), session.Session)
+        self.port = self.door.server_address[1]
+        self.open = False
+        self.start()
+        Listener(self, (CONTROL_ADDRESS, self.port), control.Session).start()
+
+    def reset(self):
+        self.faults.clear()
+        self.drop_sessions()
+        self.keeps = None
+        self.later_changes = []
+        self.start()
+
+    def start(self):
+        if not self.open:
+            self.door.start()
+            self.open = True
+
+    def stop(self):
+        """Refuses new clients and keeps the port, so that nobody else gets it."""
+        if self.open:
+            self.door.shutdown()
+            self.door.server_close()
+            self.door = Listener(self, (ADDRESS, self.port), session.Session)
+            self.open = False
+
+    def enter(self, client):
+        with self.changed:
+            self.sessions.add(client)
+
+    def leave(self, client):
+        with self.changed:
+            self.sessions.discard(client)
+            self.changed.notify_all()
+
+    def drop_sessions(self):
+        with self.changed:
+            for client in self.sessions:
+                try:
+                    client.connection.shutdown(socket.SHUT_RDWR)
+                except OSError:
+                    pass  # The client was faster.
+        self.wait_for_no_session()
+
+    def wait_for_no_session(self):
+        with self.changed:
+            if not self.changed.wait_for(lambda: not self.sessions, timeout=30):
+                raise TimeoutError("A session does not end.")
+
+    def record(self, **event):
+        line = json.dumps(event, ensure_ascii=False, separators=(",", ":"))
+        path = os.path.join(self.directory, "server-record.jsonl")
+        with self.record_lock, open(path, "a", encoding="utf-8", newline="\n") as file:
+            file.write(line + "\n")
+
+    def new_store(self):
+        return self.keeps and store.Store(self.keeps["path"], self.keeps.get("traits", {}))
+
+    def change(self, sql=None):
+        """Lets another program change the site, as soon as no session holds the rows."""
+        with self.change_lock:
+            if sql is not None:
+                self.later_changes.append(sql)
+            while self.later_changes:
+                try:
+                    store.change(self.keeps["path"], self.later_changes[0])
+                except store.Locked:
+                    return
+                self.later_changes.pop(0)

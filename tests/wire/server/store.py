@@ -1,0 +1,249 @@
+"""The site in an SQLite file, as SQL Server would keep it."""
+import datetime
+import os
+import re
+import sqlite3
+
+import tsql
+
+SCHEMA = os.path.join(os.path.dirname(__file__), "../../../demo/schema.sqlserver.sql")
+RANGES = {"smallint": (1 << 15, 220), "int": (1 << 31, 8115)}
+
+
+class Refusal(Exception):
+    """An error of the server, and what it ends: the statement, the batch or the transaction."""
+
+    def __init__(self, number, text, ends="statement"):
+        super().__init__(text)
+        self.number = number
+        self.ends = ends
+
+
+class Locked(Exception):
+    """Another session holds the rows."""
+
+    def __init__(self):
+        super().__init__("Another session holds the rows.")
+
+
+def create(path):
+    with open(SCHEMA, encoding="utf-8") as file:
+        script = re.sub(r"(n?varchar\(\d+\))", r"\1 COLLATE NOCASE", file.read())
+    connection = sqlite3.connect(path)
+    connection.executescript(script)
+    connection.close()
+
+
+def change(path, sql):
+    """What another program does to the site; Locked while a session of ours holds the rows."""
+    connection = sqlite3.connect(path, timeout=0)
+    try:
+        connection.executescript(f"BEGIN IMMEDIATE; {sql}; COMMIT")
+    except sqlite3.OperationalError as error:
+        if "locked" in str(error):
+            raise Locked from error
+        raise
+    finally:
+        connection.close()
+
+
+class Store:
+    """One session's look at the site. `traits` may hold
+
+    "codePage": true          letters outside of Latin-1 are stored as question marks
+    "widths": "cut"|"refuse"  texts longer than their column are cut, or refused; else stored
+    "joinsLines": true        a backslash before a line break in a text joins the lines
+    "dayFirst": true          dates that are written with blanks have the day before the month
+    """
+
+    def __init__(self, path, traits):
+        self.traits = traits
+        self.serializable = False
+        self.fitting = False
+        self.refusal = None
+        self.connection = sqlite3.connect(path, isolation_level=None, timeout=0)
+        self.connection.create_function("getdate", 0, now)
+        self.connection.create_function("len", 1, lambda text: text and len(text.rstrip(" ")))
+        self.connection.create_function("fitted", 2, self.fitted)
+        self.connection.create_function("fitting", 1, self.set_fitting)
+        self.connection.create_function("is_fitting", 0, lambda: self.fitting)
+        self.types = {}
+        for (table,) in self.connection.execute(
+            "SELECT name FROM sqlite_master WHERE type = 'table'"
+        ).fetchall():
+            columns = self.connection.execute(f"PRAGMA table_info({table})").fetchall()
+            types = {column[1]: column[2].lower() for column in columns}
+            self.types.update(types)
+            self.watch(table, types)
+
+    def watch(self, table, types):
+        """What a row holds after a change is what its columns can hold."""
+        script = ""
+        values = ", ".join(f"{name} = fitted(NEW.{name}, '{kind}')" for name, kind in types.items())
+        for event, sets in [("INSERT", values)] + [
+            (f"UPDATE OF {name}", f"{name} = fitted(NEW.{name}, '{kind}')")
+            for name, kind in types.items()
+        ]:
+            script += (
+                f'CREATE TEMP TRIGGER "{event} {table}" AFTER {event} ON main.{table}'
+                f" WHEN NOT is_fitting() BEGIN SELECT fitting(1);"
+                f" UPDATE {table} SET {sets} WHERE rowid = NEW.rowid; SELECT fitting(0); END;"
+            )
+        self.connection.executescript(script)
+
+    def set_fitting(self, value):
+        self.fitting = bool(value)
+
+    def fitted(self, value, kind):
+        try:
+            return self.converted(value, kind)
+        except Refusal as refusal:
+            self.refusal = refusal
+            raise
+
+    def converted(self, value, kind):
+        if value is None:
+            return None
+        if kind == "datetime":
+            return self.moment(str(value))
+        if kind in RANGES:
+            limit, number = RANGES[kind]
+            if isinstance(value, str) and not value.strip():
+                return 0
+            if not isinstance(value, int):
+                what = f"Conversion failed when converting '{value}' to data type {kind}."
+                raise Refusal(245, what, ends="transaction")
+            if not -limit <= value < limit:
+                raise Refusal(number, f"Arithmetic overflow error for data type {kind}.")
+            return value
+        text = str(value)
+        if self.traits.get("codePage"):
+            text = text.encode("latin-1", "replace").decode("latin-1")
+        width = int(re.search(r"\d+", kind).group())
+        if len(text) > width and self.traits.get("widths") == "refuse":
+            raise Refusal(8152, "String or binary data would be truncated.")
+        return text[:width] if self.traits.get("widths") == "cut" else text
+
+    def moment(self, text):
+        swapped = self.traits.get("dayFirst") and "T" not in text
+        if swapped:
+            text = re.sub(r"^(\d+)-(\d+)-(\d+)", r"\1-\3-\2", text)
+        try:
+            return datetime.datetime.fromisoformat(text).isoformat(" ").removesuffix("000")
+        except ValueError:
+            what = "The conversion of a date to data type datetime resulted in an error."
+            raise Refusal(242 if swapped else 241, what, ends="transaction") from None
+
+    def statements(self, batch):
+        """Refuses a batch that cannot run to its end before any of it has run."""
+        try:
+            found = tsql.statements(batch, self.traits.get("joinsLines"))
+            for statement in found:
+                if statement.is_query or statement.changes_rows:
+                    self.connection.execute("EXPLAIN " + statement.sql).close()
+            return found
+        except tsql.SyntaxError as error:
+            raise Refusal(error.number, str(error), ends="batch") from None
+        except sqlite3.Error as error:
+            raise self.understood(error) from None
+
+    def run(self, statement, in_transaction):
+        """The columns and the rows of a query, or None and the number of changed rows."""
+        if statement.verb == "SET":
+            if statement.words[:4] == ["SET", "TRANSACTION", "ISOLATION", "LEVEL"]:
+                self.serializable = statement.words[4] in ("SERIALIZABLE", "REPEATABLE")
+            return None, 0
+        self.fitting, self.refusal = False, None
+        try:
+            if in_transaction and not self.connection.in_transaction:
+                self.begin(statement)
+            cursor = self.connection.execute(statement.sql)
+            if cursor.description is None:
+                return None, cursor.rowcount
+            rows = cursor.fetchall()
+            return self.columns(cursor.description, rows), rows
+        except (sqlite3.Error, sqlite3.Warning) as error:
+            raise self.understood(error, statement.changes_rows) from None
+
+    def begin(self, statement):
+        """Reading holds the rows only if told to; writing always does."""
+        if statement.changes_rows or statement.holds:
+            self.connection.execute("BEGIN IMMEDIATE")
+        elif self.serializable:
+            self.connection.execute("BEGIN")
+
+    def columns(self, description, rows):
+        columns = []
+        for position, (name, *_) in enumerate(description):
+            values = [row[position] for row in rows if row[position] is not None]
+            columns.append([name if name.isidentifier() else "", self.type_of(name, values)])
+        return columns
+
+    def type_of(self, name, values):
+        declared = {column.lower(): kind for column, kind in self.types.items()}.get(name.lower())
+        if declared is None and values and all(isinstance(value, int) for value in values):
+            return "int"
+        if declared is None and name.lower().startswith("getdate"):
+            return "datetime"
+        if declared in ("smallint", "int", "datetime"):
+            return declared
+        width = max([len(value.encode("utf-16-le")) // 2 for value in map(str, values)], default=1)
+        width = max(width, int(re.search(r"\d+", declared or "nvarchar(1)").group()))
+        return f"nvarchar({width})" if width <= 4000 else "nvarchar(max)"
+
+    def understood(self, error, changes_rows=False):
+        if self.refusal:
+            return self.refusal
+        text = str(error)
+        if "locked" in text:
+            # When two that have read want to write, one must give way.
+            if changes_rows and self.connection.in_transaction:
+                what = "Transaction was deadlocked and has been chosen as the deadlock victim."
+                return Refusal(1205, what, ends="transaction")
+            return Locked()
+        for pattern, number, reply in ERRORS:
+            if match := re.search(pattern, text):
+                ends = "statement" if number in (515, 2627) else "batch"
+                return Refusal(number, reply.format(*match.groups()), ends)
+        return Refusal(50000, text, ends="batch")
+
+    def commit(self):
+        if self.connection.in_transaction:
+            try:
+                self.connection.execute("COMMIT")
+            except sqlite3.OperationalError as error:
+                raise Locked from error
+
+    def roll_back(self):
+        if self.connection.in_transaction:
+            self.connection.execute("ROLLBACK")
+
+    def close(self):
+        self.roll_back()
+        self.connection.close()
+
+
+def now():
+    # With a T the order of year, month and day is the same in every language.
+    return datetime.datetime.now().isoformat("T", "milliseconds")
+
+
+ERRORS = [
+    (
+        r"UNIQUE constraint failed: (\w+)",
+        2627,
+        "Violation of PRIMARY KEY constraint. Cannot insert duplicate key in object 'dbo.{}'.",
+    ),
+    (
+        r"NOT NULL constraint failed: (\w+)\.(\w+)",
+        515,
+        "Cannot insert the value NULL into column '{1}', table '{0}'.",
+    ),
+    (r"no such table: (\S+)", 208, "Invalid object name '{}'."),
+    (r"no such column: (\S+)", 207, "Invalid column name '{}'."),
+    (r"has no column named (\S+)", 207, "Invalid column name '{}'."),
+    (r"has \d+ columns but \d+ values|values for \d+ columns", 213, "Column name or number of "
+     "supplied values does not match table definition."),
+    (r'near "(.*)": syntax error', 102, "Incorrect syntax near '{}'."),
+    (r"incomplete input", 102, "Incorrect syntax near the end."),
+]
