@@ -208,6 +208,28 @@ TEST_F(WireStoreTest, ATransactionMayBeWrittenInStatements) {
   EXPECT_EQ(siteRows(L"SELECT pc_name FROM System_pc_names"), ProbeRows({{L"B"}}));
 }
 
+TEST_F(WireStoreTest, ABatchMayAskForTheTransactionAndForTheRowsChanged) {
+  useSite();
+  g_conSql->query(insertName(L"A") + L"\r\n" + insertName(L"B"));
+  g_conSql->query(L"UPDATE System_pc_names SET flag2 = 2");
+  EXPECT_EQ(answered(L"SELECT @@ROWCOUNT"), L"2");
+  EXPECT_EQ(answered(L"SELECT @@TRANCOUNT"), L"0");
+  const std::wstring clear = L" DELETE FROM System_pc_names";
+  g_conSql->query(L"IF @@TRANCOUNT > 0" + clear);
+  EXPECT_EQ(answered(L"SELECT count(*) FROM System_pc_names"), L"2");
+  g_conSql->query(L"BEGIN TRANSACTION IF @@TRANCOUNT = 1" + clear + L" COMMIT TRANSACTION");
+  EXPECT_EQ(answered(L"SELECT count(*) FROM System_pc_names"), L"0");
+}
+
+TEST_F(WireStoreTest, AnyErrorUndoesTheTransactionWhereThatIsSet) {
+  useSite();
+  g_conSql->query(L"SET XACT_ABORT ON");
+  newRecord();
+  const std::wstring twice = insertName(L"A") + L"\r\n" + insertName(L"A");
+  expectFailure(twice, 2627);
+  EXPECT_THAT(newRecord(), ElementsAre(transaction("begin"), batch(twice), transaction("undone")));
+}
+
 TEST_F(WireStoreTest, ReadingHoldsTheRowsOnlyWhenItIsToldTo) {
   useSite();
   const std::wstring other = L"INSERT INTO System_pc_names VALUES('OTHER', '', 1)";

@@ -145,26 +145,30 @@ class Session(socketserver.StreamRequestHandler):
         except store.Refusal as refusal:
             yield self.refused(refusal), "statement"
             return
-        for left, statement in zip(range(len(statements) - 1, -1, -1), statements):
-            more = tds.DONE_MORE if left else 0
+        while statements:
+            statement = statements.pop(0)
+            more = tds.DONE_MORE if statements else 0
             try:
-                if statement.verb in ("BEGIN", "COMMIT", "ROLLBACK"):
-                    yield self.told_transaction(statement.verb) + tds.done(more), "statement"
+                if statement.is_for_the_session:
+                    yield self.obeyed(statement) + tds.done(more), "statement"
                     continue
-                columns, rows = self.patiently(self.store.run, statement, bool(self.transaction))
+                self.store.trancount = self.nested + 1 if self.transaction else 0
+                columns, rows = self.patiently(self.store.run, statement)
             except store.Refusal as refusal:
                 yield self.refused(refusal, more), "statement"
                 if refusal.ends != "statement":
                     return
                 continue
-            if columns is None:
-                counted = 0 if statement.verb == "SET" else tds.DONE_COUNT
-                yield tds.done(counted | more, rows), "statement"
-                continue
-            yield tds.columns_metadata(columns), ""
-            for row in rows:
-                yield tds.row(columns, row), "row"
-            yield tds.done(tds.DONE_COUNT | more, len(rows)), "statement"
+            if statement.verb == "IF":
+                statements = statements if rows[0][0] else statements[1:]
+                yield tds.done(tds.DONE_MORE if statements else 0), "statement"
+            elif columns is None:
+                yield tds.done(tds.DONE_COUNT | more, rows), "statement"
+            else:
+                yield tds.columns_metadata(columns), ""
+                for row in rows:
+                    yield tds.row(columns, row), "row"
+                yield tds.done(tds.DONE_COUNT | more, len(rows)), "statement"
 
     def refused(self, refusal, more=0):
         undone = b""
@@ -183,8 +187,12 @@ class Session(socketserver.StreamRequestHandler):
                 if select.select([self.connection], [], [], 0.01)[0]:
                     raise store.Refusal(1222, "Lock request was given up.", ends="batch") from None
 
-    def told_transaction(self, verb):
-        """A transaction's begin or end that stands in a batch; the outermost counts."""
+    def obeyed(self, statement):
+        """A setting, or a transaction's begin or end that stands in a batch: the outermost counts."""
+        verb = statement.verb
+        if verb == "SET":
+            self.store.set(statement.words)
+            return b""
         if verb == "BEGIN":
             if self.transaction:
                 self.nested += 1

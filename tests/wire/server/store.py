@@ -1,4 +1,8 @@
-"""The site in an SQLite file, as SQL Server would keep it."""
+"""The site in an SQLite file, as SQL Server would keep it.
+
+Not as SQL Server does it: a reader never waits for a writer, one writer holds all rows, only letters
+from a to z are compared without regard to case, and blanks at the end of a text count.
+"""
 import datetime
 import os
 import re
@@ -29,14 +33,21 @@ class Locked(Exception):
 def create(path):
     with open(SCHEMA, encoding="utf-8") as file:
         script = re.sub(r"(n?varchar\(\d+\))", r"\1 COLLATE NOCASE", file.read())
-    connection = sqlite3.connect(path)
-    connection.executescript(script)
+    connection = opened(path)
+    connection.executescript(f"BEGIN; {script}; COMMIT")
     connection.close()
+
+
+def opened(path):
+    connection = sqlite3.connect(path, isolation_level=None, timeout=0)
+    # The file need not outlive a power failure.
+    connection.execute("PRAGMA synchronous = OFF")
+    return connection
 
 
 def change(path, sql):
     """What another program does to the site; Locked while a session of ours holds the rows."""
-    connection = sqlite3.connect(path, timeout=0)
+    connection = opened(path)
     try:
         connection.executescript(f"BEGIN IMMEDIATE; {sql}; COMMIT")
     except sqlite3.OperationalError as error:
@@ -59,10 +70,14 @@ class Store:
     def __init__(self, path, traits):
         self.traits = traits
         self.serializable = False
+        self.errors_undo = False
+        self.trancount = self.rowcount = 0
         self.fitting = False
         self.refusal = None
-        self.connection = sqlite3.connect(path, isolation_level=None, timeout=0)
+        self.connection = opened(path)
         self.connection.create_function("getdate", 0, now)
+        self.connection.create_function("trancount", 0, lambda: self.trancount)
+        self.connection.create_function("rowcount", 0, lambda: self.rowcount)
         self.connection.create_function("len", 1, lambda text: text and len(text.rstrip(" ")))
         self.connection.create_function("fitted", 2, self.fitted)
         self.connection.create_function("fitting", 1, self.set_fitting)
@@ -139,7 +154,7 @@ class Store:
         try:
             found = tsql.statements(batch, self.traits.get("joinsLines"))
             for statement in found:
-                if statement.is_query or statement.changes_rows:
+                if not statement.is_for_the_session:
                     self.connection.execute("EXPLAIN " + statement.sql).close()
             return found
         except tsql.SyntaxError as error:
@@ -147,23 +162,30 @@ class Store:
         except sqlite3.Error as error:
             raise self.understood(error) from None
 
-    def run(self, statement, in_transaction):
+    def set(self, words):
+        if words[:4] == ["SET", "TRANSACTION", "ISOLATION", "LEVEL"]:
+            self.serializable = words[4] in ("SERIALIZABLE", "REPEATABLE")
+        if words[:2] == ["SET", "XACT_ABORT"]:
+            self.errors_undo = words[2] == "ON"
+
+    def run(self, statement):
         """The columns and the rows of a query, or None and the number of changed rows."""
-        if statement.verb == "SET":
-            if statement.words[:4] == ["SET", "TRANSACTION", "ISOLATION", "LEVEL"]:
-                self.serializable = statement.words[4] in ("SERIALIZABLE", "REPEATABLE")
-            return None, 0
         self.fitting, self.refusal = False, None
         try:
-            if in_transaction and not self.connection.in_transaction:
+            if self.trancount and not self.connection.in_transaction:
                 self.begin(statement)
             cursor = self.connection.execute(statement.sql)
             if cursor.description is None:
+                self.rowcount = cursor.rowcount
                 return None, cursor.rowcount
             rows = cursor.fetchall()
+            self.rowcount = len(rows)
             return self.columns(cursor.description, rows), rows
         except (sqlite3.Error, sqlite3.Warning) as error:
-            raise self.understood(error, statement.changes_rows) from None
+            refusal = self.understood(error, statement.changes_rows)
+            if self.errors_undo and isinstance(refusal, Refusal):
+                refusal.ends = "transaction"
+            raise refusal from None
 
     def begin(self, statement):
         """Reading holds the rows only if told to; writing always does."""

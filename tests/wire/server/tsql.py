@@ -10,7 +10,8 @@ TOKEN = re.compile(
       | (?P<symbol>.)""",
     re.VERBOSE | re.DOTALL,
 )
-VERBS = ("SELECT", "INSERT", "UPDATE", "DELETE", "SET", "BEGIN", "COMMIT", "ROLLBACK")
+VERBS = ("SELECT", "INSERT", "UPDATE", "DELETE", "SET", "BEGIN", "COMMIT", "ROLLBACK", "IF")
+COUNTERS = ("@@TRANCOUNT", "@@ROWCOUNT")
 HOLDING_HINTS = {"UPDLOCK", "HOLDLOCK", "XLOCK", "TABLOCKX", "SERIALIZABLE", "REPEATABLEREAD"}
 
 
@@ -28,14 +29,17 @@ class Statement:
         self.verb = self.words[0] if self.words else tokens[0][1]
         self.holds = False
         self.sql = self.translated(tokens)
-
-    @property
-    def is_query(self):
-        return self.verb == "SELECT"
+        if self.verb == "IF":
+            self.sql = "SELECT" + self.sql[len("IF") :]
 
     @property
     def changes_rows(self):
         return self.verb in ("INSERT", "UPDATE", "DELETE")
+
+    @property
+    def is_for_the_session(self):
+        """Not for the database: a setting, or the begin or end of a transaction."""
+        return self.verb in ("SET", "BEGIN", "COMMIT", "ROLLBACK")
 
     def translated(self, tokens):
         """A nested query is translated by itself, so that each has its own limit and list."""
@@ -51,8 +55,9 @@ class Statement:
             elif word == "FROM":
                 in_list = False
             if word == "TOP" and in_list:
-                limit = f" LIMIT {tokens[position + 1][1]}"
-                position, item_start = position + 2, position + 2
+                end = closing(tokens, position + 1) if following[:1] == ["("] else position + 1
+                limit = " LIMIT " + "".join(text for _, text in tokens[position + 1 : end + 1])
+                position = item_start = end + 1
             elif word == "DBO" and following[:1] == ["."]:
                 position += 2
             elif word == "WITH" and following[:1] == ["("]:
@@ -81,6 +86,8 @@ def renamed(kind, text, following):
         return text.lstrip("Nn")
     if kind == "word" and text.upper() == "ISNULL" and following[:1] == ["("]:
         return "ifnull"
+    if kind == "word" and text.upper() in COUNTERS:
+        return text[2:] + "()"
     return text
 
 
