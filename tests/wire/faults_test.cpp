@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include "data/database.h"
 #include "data/odbc/error.h"
 #include "wire/wire_test.h"
@@ -140,6 +142,7 @@ TEST_F(WireFaultTest, ARefusedRollbackLeavesTheTransactionOpenUntilTheConnection
   EXPECT_EQ(faultsLeft(), 0);
   EXPECT_THROW(runAtSite(L"DELETE FROM System_pc_names"), std::runtime_error);
   DisconnectDatabase();
+  waitForSessions(0);
   runAtSite(L"INSERT INTO System_pc_names VALUES('C', '', 1)");
   EXPECT_EQ(stored(), ProbeRows({{L"C"}}));
 }
@@ -190,6 +193,17 @@ TEST_F(WireFaultTest, AStalledServerMayHaveExecutedTheBatch) {
   EXPECT_EQ(stored(), kBoth);
 }
 
+TEST_F(WireFaultTest, AStalledCommitWaitsUntilTheServerIsRestarted) {
+  stallAfter(At::commit());
+  std::thread restart([this] {
+    while (faultsLeft() > 0) std::this_thread::yield();
+    restartServer();
+  });
+  failureOf(save);
+  restart.join();
+  EXPECT_EQ(stored(), kBoth);
+}
+
 TEST_F(WireFaultTest, ACommitInWordsIsACommit) {
   hangUpAfter(At::commit());
   g_conSql->query(L"BEGIN TRANSACTION");
@@ -201,9 +215,9 @@ TEST_F(WireFaultTest, ACommitInWordsIsACommit) {
 TEST_F(WireFaultTest, ARestartUndoesWhatIsOpenAndTakesNewConnections) {
   g_conSql->query(L"BEGIN TRANSACTION");
   g_conSql->query(kTwoRows);
-  EXPECT_EQ(sessions(), 1);
+  waitForSessions(1);
   restartServer();
-  EXPECT_EQ(sessions(), 0);
+  waitForSessions(0);
   EXPECT_THAT(stored(), IsEmpty());
   failureOf([] { g_conSql->query(L"SELECT 1"); });
   DisconnectDatabase();

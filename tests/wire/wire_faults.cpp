@@ -87,6 +87,8 @@ void WireTest::stopServer() const {
 
 void WireTest::startServer() const { tellStandIn("start"); }
 
-int WireTest::sessions() const { return askStandIn("sessions"); }
+void WireTest::waitForSessions(int count) const {
+  tellStandIn("waitForSessions", R"("count":)" + std::to_string(count));
+}
 
 }  // namespace tlpacscfg::test

@@ -98,6 +98,8 @@ class WireTest : public CoreTest {
   void hangUpInside(const At& at, Statements answered) const;
   void hangUpInside(const At& at, Rows sent) const;
   /// Not a word any more on this connection, whatever the driver asks, as if the network were dead.
+  /// The driver has no time limit for the begin, commit or rollback of a transaction: there it
+  /// waits until restartServer() on another thread.
   void stallBefore(const At& at) const;
   void stallAfter(const At& at) const;
   /// The request is not executed.
@@ -111,8 +113,10 @@ class WireTest : public CoreTest {
   /// From here to the start connections are refused.
   void stopServer() const;
   void startServer() const;
-  /// The number of open connections.
-  int sessions() const;
+  /// Until so many connections are open and the transactions of the others are undone: the server
+  /// notices after the component that a connection is closed. Throws std::runtime_error if that
+  /// does not come about.
+  void waitForSessions(int count) const;
 
   /// What the server was told, one line for each event.
   std::vector<std::string> record() const;

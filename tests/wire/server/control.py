@@ -9,7 +9,7 @@ TELL 'COMMAND'          where COMMAND is JSON, one of
 {"command": "faultsLeft"}                   the number of faults that did not happen
 {"command": "dropSessions"}                 hangs up on every client; their transactions are undone
 {"command": "stop"}, {"command": "start"}   closes the door to new clients, and opens it
-{"command": "sessions"}                     the number of clients
+{"command": "waitForSessions", "count": N}  until so many clients are connected
 
 It answers when that is done. Whatever a text literal holds reaches the stand-in as it is; outside of
 one the driver would look for parameters and escapes.
@@ -67,8 +67,8 @@ def obey(site, what):
         site.stop()
     elif command == "start":
         site.start()
-    elif command == "sessions":
-        return len(site.sessions)
+    elif command == "waitForSessions":
+        site.wait_for_sessions(what["count"])
     else:
         raise ValueError(f"No such command: {command}")
     return None

@@ -66,6 +66,7 @@ class Site:
     def enter(self, client):
         with self.changed:
             self.sessions.add(client)
+            self.changed.notify_all()
 
     def leave(self, client):
         with self.changed:
@@ -79,12 +80,12 @@ class Site:
                     client.connection.shutdown(socket.SHUT_RDWR)
                 except OSError:
                     pass  # The client was faster.
-        self.wait_for_no_session()
+        self.wait_for_sessions(0)
 
-    def wait_for_no_session(self):
+    def wait_for_sessions(self, count):
         with self.changed:
-            if not self.changed.wait_for(lambda: not self.sessions, timeout=30):
-                raise TimeoutError("A session does not end.")
+            if not self.changed.wait_for(lambda: len(self.sessions) == count, timeout=10):
+                raise TimeoutError(f"There are {len(self.sessions)} sessions instead of {count}.")
 
     def record(self, **event):
         line = json.dumps(event, ensure_ascii=False, separators=(",", ":"))
