@@ -250,5 +250,12 @@ TEST_F(WireFaultTest, ASecondAdministratorWaitsForTheEndOfATransaction) {
             ProbeRows({{L"second"}, {L"second"}}));
 }
 
+TEST_F(WireFaultTest, ASecondAdministratorGoesOnWhenTheTransactionIsLost) {
+  changeSiteAt(At::commit(), L"INSERT INTO System_pc_names VALUES('C', '', 1)");
+  hangUpBefore(At::commit());
+  expectLostSave();
+  EXPECT_EQ(stored(), ProbeRows({{L"C"}}));
+}
+
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -162,6 +162,18 @@ TEST_F(WireStoreTest, AScriptedAnswerGoesBeforeTheStore) {
   EXPECT_EQ(answered(L"SELECT access_string FROM System_pc_names"), L"scripted");
 }
 
+TEST_F(WireStoreTest, SettingsAndTransactionsInWordsNeedNoStore) {
+  connect();
+  newRecord();
+  for (const wchar_t* const text :
+       {L"SET TRANSACTION ISOLATION LEVEL SERIALIZABLE", L"BEGIN TRANSACTION", L"COMMIT"}) {
+    g_conSql->query(text);
+  }
+  EXPECT_THAT(newRecord(), ElementsAre(batch(L"SET TRANSACTION ISOLATION LEVEL SERIALIZABLE"),
+                                       batch(L"BEGIN TRANSACTION"), transaction("begin"),
+                                       batch(L"COMMIT"), transaction("commit")));
+}
+
 TEST_F(WireStoreTest, AnErrorOfAStatementHasItsNumber) {
   useSite();
   execute(insertName(L"A"));

@@ -2,8 +2,9 @@
 
 TELL 'COMMAND'          where COMMAND is JSON, one of
 
-{"command": "reset"}                        no faults, no store, no sessions; connections are accepted
-{"command": "store", "path": P, "traits": {...}}    makes the site and answers from it (see store.py)
+{"command": "reset"}                        no faults, no store, no sessions; the door is open
+{"command": "store", "path": P, "traits": {...}}
+                                            makes the site and answers from it (see store.py)
 {"command": "change", "sql": SQL}           changes the site as another program does, or is refused
 {"command": "fault", ...}                   adds a fault (see faults.py)
 {"command": "faultsLeft"}                   the number of faults that did not happen
@@ -11,8 +12,8 @@ TELL 'COMMAND'          where COMMAND is JSON, one of
 {"command": "stop"}, {"command": "start"}   closes the door to new clients, and opens it
 {"command": "waitForSessions", "count": N}  until so many clients are connected
 
-It answers when that is done. Whatever a text literal holds reaches the stand-in as it is; outside of
-one the driver would look for parameters and escapes.
+It answers when that is done. Whatever a text literal holds reaches the stand-in as it is; outside
+of one the driver would look for parameters and escapes.
 """
 import json
 import os
@@ -43,7 +44,8 @@ class Session(socketserver.StreamRequestHandler):
         if result is None:
             return tds.done()
         columns = [["", "int"]]
-        return tds.columns_metadata(columns) + tds.row(columns, [result]) + tds.done(tds.DONE_COUNT, 1)
+        rows = tds.columns_metadata(columns) + tds.row(columns, [result])
+        return rows + tds.done(tds.DONE_COUNT, 1)
 
 
 def obey(site, what):

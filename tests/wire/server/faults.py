@@ -1,7 +1,7 @@
 """What goes wrong, and where.
 
 A fault names a request of a client after its login, by one of
-    "request": N        the N-th from now: batches, and begins, commits and rollbacks of transactions
+    "request": N        the N-th from now: batches, begins, commits and rollbacks of transactions
     "batch": T          the first batch that begins with the text
     "transaction": T    the first "begin", "commit" or "rollback", or batch that says so
 and what happens at it, by one of
@@ -11,18 +11,18 @@ and what happens at it, by one of
     "stalls": "before" | "after"                not a word from there on, not to an attention either
     "fails": {"number": N, "text": T, "undoes": true | false}
                                                 not executed; may undo the transaction
-    "changes": SQL                              another program changes the site before it is executed,
-                                                or as soon as no session holds the rows any more
+    "changes": SQL                              another program changes the site first, or as soon
+                                                as no session holds the rows any more
 Every fault happens once.
 """
+import re
 import threading
 
 
 class Request:
     def __init__(self, text, transaction=None):
         self.text = text
-        first = text.split(maxsplit=1)[0].lower() if text.strip() else ""
-        self.transaction = transaction or first
+        self.transaction = transaction or re.match(r"\s*(\w*)", text).group(1).lower()
 
     def is_named_by(self, fault):
         if "batch" in fault:

@@ -7,6 +7,7 @@ import answers
 import faults
 import store
 import tds
+import tsql
 
 NO_ANSWER = "The stand-in has no answer to this batch."
 NOTHING_TO_END = {tds.COMMIT: 3902, tds.ROLLBACK: 3903}
@@ -54,6 +55,7 @@ class Session(socketserver.StreamRequestHandler):
             # The client sees the end of the connection after this.
             if self.store:
                 self.store.close()
+            self.site.change()
             self.site.leave(self)
 
     def reply(self, content, last=True):
@@ -131,6 +133,10 @@ class Session(socketserver.StreamRequestHandler):
             return
         failure = answer.get("fails")
         count = answers.statement_count(text)
+        if count == 0 and failure is None and tsql.is_for_the_session(text):
+            for statement in tsql.statements(text):
+                yield self.obeyed(statement) + tds.done(), "statement"
+            return
         if count == 0 and failure is None:
             yield tds.error(208, NO_ANSWER) + tds.done(tds.DONE_ERROR), "statement"
             return
@@ -188,10 +194,11 @@ class Session(socketserver.StreamRequestHandler):
                     raise store.Refusal(1222, "Lock request was given up.", ends="batch") from None
 
     def obeyed(self, statement):
-        """A setting, or a transaction's begin or end that stands in a batch: the outermost counts."""
+        """A setting, or the begin or end of a transaction in a batch: the outermost counts."""
         verb = statement.verb
         if verb == "SET":
-            self.store.set(statement.words)
+            if self.store:
+                self.store.set(statement.words)
             return b""
         if verb == "BEGIN":
             if self.transaction:

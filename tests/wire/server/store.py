@@ -1,7 +1,7 @@
 """The site in an SQLite file, as SQL Server would keep it.
 
-Not as SQL Server does it: a reader never waits for a writer, one writer holds all rows, only letters
-from a to z are compared without regard to case, and blanks at the end of a text count.
+Not as SQL Server does it: a reader never waits for a writer, one writer holds all rows, only
+letters from a to z are compared without regard to case, and blanks at the end of a text count.
 """
 import datetime
 import os

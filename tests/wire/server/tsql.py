@@ -15,6 +15,11 @@ COUNTERS = ("@@TRANCOUNT", "@@ROWCOUNT")
 HOLDING_HINTS = {"UPDLOCK", "HOLDLOCK", "XLOCK", "TABLOCKX", "SERIALIZABLE", "REPEATABLEREAD"}
 
 
+def is_for_the_session(text):
+    verb = re.match(r"\s*(\w*)", text).group(1).upper()
+    return verb in ("SET", "BEGIN", "COMMIT", "ROLLBACK")
+
+
 class SyntaxError(Exception):
     def __init__(self, number, text):
         super().__init__(text)
@@ -39,7 +44,7 @@ class Statement:
     @property
     def is_for_the_session(self):
         """Not for the database: a setting, or the begin or end of a transaction."""
-        return self.verb in ("SET", "BEGIN", "COMMIT", "ROLLBACK")
+        return is_for_the_session(self.verb)
 
     def translated(self, tokens):
         """A nested query is translated by itself, so that each has its own limit and list."""
