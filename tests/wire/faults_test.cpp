@@ -3,7 +3,8 @@
 #include <thread>
 
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "data/odbc/handle.h"
+#include "data/odbc/platform.h"
 #include "wire/wire_test.h"
 
 namespace tlpacscfg::test {
@@ -99,6 +100,36 @@ TEST_F(WireFaultTest, AHangUpInsideTheRowsFailsTheQuery) {
     EXPECT_EQ(faultsLeft(), 0);
     DisconnectDatabase();
     connect();
+  }
+}
+
+/// How many rows a driver gets, one by one, before it fails or has them all.
+int rowsBeforeTheEnd(const std::wstring& sql, SQLRETURN& end) {
+  const odbc::EnvironmentHandle environment = odbc::EnvironmentHandle::root();
+  const auto version = static_cast<std::uintptr_t>(SQL_OV_ODBC3);
+  environment.verify(SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION,
+                                   reinterpret_cast<SQLPOINTER>(version), 0));
+  const odbc::ConnectionHandle connection(environment);
+  std::u16string login = u"Driver={SQL Server};Server=127.0.0.1;UID=sa;PWD=geheim;";
+  connection.verify(SQLDriverConnectW(connection.get(), nullptr, odbc::odbcText(login), SQL_NTS,
+                                      nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT));
+  const odbc::StatementHandle statement(connection);
+  std::u16string text = odbc::toOdbc(sql);
+  statement.verify(SQLExecDirectW(statement.get(), odbc::odbcText(text), SQL_NTS));
+  int rows = 0;
+  while (SQL_SUCCEEDED(end = SQLFetch(statement.get()))) ++rows;
+  return rows;
+}
+
+TEST_F(WireFaultTest, AHangUpInsideTheRowsComesAfterAsManyAsItSays) {
+  save();
+  SQLRETURN end = SQL_SUCCESS;
+  EXPECT_EQ(rowsBeforeTheEnd(kSelect, end), 2);
+  EXPECT_EQ(end, SQL_NO_DATA);
+  for (const int sent : {1, 2}) {
+    hangUpInside(At::batch(L"SELECT"), Rows{sent});
+    EXPECT_EQ(rowsBeforeTheEnd(kSelect, end), sent);
+    EXPECT_EQ(end, SQL_ERROR);
   }
 }
 
