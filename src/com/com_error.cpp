@@ -2,7 +2,6 @@
 
 #include <oleauto.h>
 
-#include <exception>
 #include <new>
 
 #include "com/com_ptr.h"
@@ -53,13 +52,11 @@ Failure currentFailure() {
             .argument = error.argument()};
   } catch (const std::bad_alloc&) {
     return {.result = E_OUTOFMEMORY, .description = describeResult(E_OUTOFMEMORY)};
-  } catch (const std::exception& error) {
-    const RunTimeError known = describe(error);
+  } catch (...) {
+    const RunTimeError known = describeCurrent();
     return {.result = DISP_E_EXCEPTION,
             .scode = scodeOf(known.number()),
             .description = known.description()};
-  } catch (...) {
-    return {.description = describeResult(E_UNEXPECTED)};
   }
 }
 

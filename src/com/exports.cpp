@@ -36,6 +36,11 @@ STDAPI DllUnregisterServer() {
 }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
-  if (reason == DLL_PROCESS_DETACH && processEnds != nullptr) abandonModuleState();
+  if (reason == DLL_PROCESS_DETACH && processEnds != nullptr) {
+    guarded([] {
+      abandonModuleState();
+      return S_OK;
+    });
+  }
   return TRUE;
 }

@@ -39,8 +39,13 @@ class ThreadWindowsDisabled {
   static BOOL CALLBACK disable(HWND window, LPARAM self) {
     auto& guard = *reinterpret_cast<ThreadWindowsDisabled*>(self);
     if (window != guard.except_ && IsWindowVisible(window) && IsWindowEnabled(window)) {
+      try {
+        guard.disabled_.push_back(window);
+      } catch (...) {
+        // What cannot be remembered stays enabled.
+        return FALSE;
+      }
       EnableWindow(window, FALSE);
-      guard.disabled_.push_back(window);
     }
     return TRUE;
   }

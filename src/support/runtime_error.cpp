@@ -50,4 +50,15 @@ RunTimeError describe(const std::exception& error) {
                       fromUtf8(error.what()));
 }
 
+RunTimeError describeCurrent() {
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    return describe(error);
+  } catch (...) {
+    constexpr auto kUnknown = ErrorNumber::InvalidProcedureCall;
+    return RunTimeError(static_cast<std::int32_t>(kUnknown), standardDescription(kUnknown));
+  }
+}
+
 }  // namespace tlpacscfg

@@ -42,4 +42,8 @@ class RunTimeError : public std::exception {
 /// The number and description of any exception; an error of the C++ library counts as error 5.
 RunTimeError describe(const std::exception& error);
 
+/// The same of the exception being handled, whatever it is; what is no exception class counts as
+/// error 5. For the borders, where everything is caught.
+RunTimeError describeCurrent();
+
 }  // namespace tlpacscfg

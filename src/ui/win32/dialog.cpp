@@ -65,8 +65,8 @@ INT_PTR CALLBACK Dialog::procedure(HWND window, UINT message, WPARAM wParam, LPA
   try {
     const ThemeScope theme;
     return self->dispatch(message, wParam, lParam);
-  } catch (const std::exception& error) {
-    reportRunTimeError(describe(error));
+  } catch (...) {
+    reportCurrentException();
     return TRUE;
   }
 }
@@ -107,6 +107,14 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
 void reportRunTimeError(const RunTimeError& error) {
   doors::showMessage({.text = L"Run-time error '" + decimal(error.number()) + L"':" + kLineBreak +
                               error.description()});
+}
+
+void reportCurrentException() noexcept {
+  try {
+    reportRunTimeError(describeCurrent());
+  } catch (...) {
+    // Nobody is left to be told.
+  }
 }
 
 std::wstring windowText(HWND window) {

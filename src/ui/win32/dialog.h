@@ -59,6 +59,10 @@ class Dialog {
 /// The default report of an error that no procedure handles.
 void reportRunTimeError(const RunTimeError& error);
 
+/// The same for the exception being handled: what a callback of the system does with all that
+/// reaches it. Nothing passes, not even that there is no memory for the report.
+void reportCurrentException() noexcept;
+
 /// The text of any window.
 std::wstring windowText(HWND window);
 

@@ -25,28 +25,26 @@ LoadedForms& loaded() {
 
 bool isKeyMessage(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
 
-/// What the form's own handler throws ends here.
-bool usedByForm(Form& form, const MSG& message) {
-  try {
-    return form.onKey(message);
-  } catch (const std::exception& error) {
-    reportRunTimeError(describe(error));
-    return true;
-  }
+/// Whether one of the forms took the key.
+bool isTaken(MSG& message) {
+  // Handling a key may load or destroy forms.
+  const std::vector<Form*> forms = loaded().forms;
+  return std::any_of(forms.begin(), forms.end(), [&](Form* form) {
+    const HWND window = form->window();
+    const bool inside = message.hwnd == window || IsChild(window, message.hwnd);
+    return inside && (form->onKey(message) || IsDialogMessageW(window, &message));
+  });
 }
 
 /// A host's message loop need not know about dialogs: this takes their keys out of it.
 LRESULT CALLBACK takeDialogKeys(int code, WPARAM wParam, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
   if (code == HC_ACTION && wParam == PM_REMOVE && isKeyMessage(message.message)) {
-    const std::vector<Form*> forms = loaded().forms;
-    for (Form* form : forms) {
-      const HWND window = form->window();
-      const bool inside = message.hwnd == window || IsChild(window, message.hwnd);
-      if (inside && (usedByForm(*form, message) || IsDialogMessageW(window, &message))) {
-        message.message = WM_NULL;
-        break;
-      }
+    try {
+      if (isTaken(message)) message.message = WM_NULL;
+    } catch (...) {
+      reportCurrentException();
+      message.message = WM_NULL;
     }
   }
   return CallNextHookEx(nullptr, code, wParam, lParam);

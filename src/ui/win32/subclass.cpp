@@ -32,8 +32,8 @@ LRESULT CALLBACK Subclass::procedure(HWND window, UINT message, WPARAM wParam, L
     if (const std::optional<LRESULT> answer = subclass.handler_(message, wParam, lParam)) {
       return *answer;
     }
-  } catch (const std::exception& error) {
-    reportRunTimeError(describe(error));
+  } catch (...) {
+    reportCurrentException();
     return 0;
   }
   return DefSubclassProc(window, message, wParam, lParam);
