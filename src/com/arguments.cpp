@@ -8,10 +8,6 @@
 namespace tlpacscfg {
 namespace {
 
-bool refersToNothing(const VARIANT& value) {
-  return (value.vt & VT_BYREF) != 0 && value.byref == nullptr;
-}
-
 template <class Value>
 void store(void* place, const Value& value) {
   std::memcpy(place, &value, sizeof(value));
@@ -46,8 +42,8 @@ Arguments::Arguments(const DISPPARAMS& passed, const Member& member)
   if (passed.cArgs > 0 && passed.rgvarg == nullptr) throw ComError(E_POINTER);
   if (passed.cNamedArgs > 0 && passed.rgdispidNamedArgs == nullptr) throw ComError(E_POINTER);
   for (UINT i = 0; i < passed.cArgs; ++i) {
-    const VARIANT& value = passed.rgvarg[i];
-    if (refersToNothing(value) || refersToNothing(target(value))) throw ComError(E_POINTER, i);
+    const HRESULT status = checkReferences(passed.rgvarg[i]);
+    if (FAILED(status)) throw ComError(status, i);
   }
   for (std::size_t i = passed.cNamedArgs; i < passed.cArgs; ++i) {
     places_[passed.cArgs - 1 - i] = i;

@@ -28,6 +28,8 @@ const wchar_t* describeResult(HRESULT result) {
       return L"Argument not optional";
     case E_POINTER:
       return L"Invalid pointer";
+    case E_INVALIDARG:
+      return L"Invalid procedure call or argument";
     case E_OUTOFMEMORY:
       return L"Out of memory";
     default:

@@ -116,6 +116,7 @@ HRESULT DispatchObject::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT cou
   if (names == nullptr || ids == nullptr) return E_POINTER;
   if (count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
+  if (std::find(names, names + count, nullptr) != names + count) return E_POINTER;
   return guarded([&]() -> HRESULT {
     const auto hasName = [&](const Member& member) {
       return equalIgnoringCase(member.name, names[0]);

@@ -33,6 +33,7 @@ Variant::Variant(ComPtr<IUnknown> object) {
 }
 
 Variant converted(const VARIANT& value, VARTYPE type) {
+  if (!isConvertible(value)) throw ComError(DISP_E_TYPEMISMATCH);
   Variant result;
   // The source is only read; the declaration is older than const.
   const HRESULT status = VariantChangeTypeEx(result.out(), const_cast<VARIANT*>(&value),
@@ -41,10 +42,6 @@ Variant converted(const VARIANT& value, VARTYPE type) {
   if (status == DISP_E_OVERFLOW) throw ComError(DISP_E_OVERFLOW);
   if (FAILED(status)) throw ComError(DISP_E_TYPEMISMATCH);
   return result;
-}
-
-const VARIANT& target(const VARIANT& value) {
-  return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
 }
 
 bool isMissing(const VARIANT& value) {
@@ -68,9 +65,9 @@ bool fromVariant(const VARIANT& value) {
 
 template <>
 std::wstring fromVariant(const VARIANT& value) {
+  if (const auto text = textIn(value)) return std::wstring(*text);
   const Variant text = converted(value, VT_BSTR);
-  const BSTR characters = text.get().bstrVal;
-  return std::wstring(characters ? characters : L"", SysStringLen(characters));
+  return std::wstring(textIn(text.get()).value_or(L""));
 }
 
 template <>

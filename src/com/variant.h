@@ -7,6 +7,7 @@
 
 #include "com/com_ptr.h"
 #include "data/owned_variant.h"
+#include "support/foreign_variant.h"
 
 namespace tlpacscfg {
 
@@ -25,12 +26,9 @@ class Variant : public OwnedVariant {
 /// words True and False. Throws ComError with DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW.
 Variant converted(const VARIANT& value, VARTYPE type);
 
-/// What a by-reference value refers to, or the value itself.
-const VARIANT& target(const VARIANT& value);
-
 bool isMissing(const VARIANT& value);
 
-/// The C++ value of a VARIANT; throws as `converted` does.
+/// The C++ value of a VARIANT; throws as `converted` does. A text is copied once, into the result.
 template <class Value>
 Value fromVariant(const VARIANT& value);
 template <>

@@ -153,12 +153,13 @@ DISPID HostObject::idOf(const std::wstring& member) const {
 
 Outcome HostObject::invoke(DISPID id, WORD flags, std::vector<VARIANT> reversed,
                            std::vector<DISPID> names) const {
+  return invokeWith(id, flags,
+                    DISPPARAMS{reversed.data(), names.data(), static_cast<UINT>(reversed.size()),
+                               static_cast<UINT>(names.size())});
+}
+
+Outcome HostObject::invokeWith(DISPID id, WORD flags, DISPPARAMS parameters) const {
   constexpr UINT kNone = 0xBAD;
-  DISPPARAMS parameters{};
-  parameters.rgvarg = reversed.data();
-  parameters.cArgs = static_cast<UINT>(reversed.size());
-  parameters.rgdispidNamedArgs = names.data();
-  parameters.cNamedArgs = static_cast<UINT>(names.size());
   EXCEPINFO exception{};
   UINT badArgument = kNone;
   SetErrorInfo(0, nullptr);

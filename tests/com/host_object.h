@@ -84,6 +84,8 @@ class HostObject {
   /// The first `named` arguments have the names; all are given in the order of DISPPARAMS.
   Outcome invoke(DISPID id, WORD flags, std::vector<VARIANT> reversed,
                  std::vector<DISPID> names = {}) const;
+  /// The same with arrays and numbers that need not go together.
+  Outcome invokeWith(DISPID id, WORD flags, DISPPARAMS parameters) const;
 
   Outcome get(const std::wstring& member, ArgumentList arguments = {}) const;
   Outcome put(const std::wstring& member, const Argument& value) const;

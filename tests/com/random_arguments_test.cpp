@@ -31,6 +31,7 @@ class RandomArguments {
 
   /// Lives until forget is called; a reference is to such a value.
   VARIANT make() {
+    if (below(12) == 0) return broken();
     VARIANT* const place = kept_.emplace_back(std::make_unique<VARIANT>()).get();
     VariantInit(place);
     if (below(4) != 0) {
@@ -51,14 +52,89 @@ class RandomArguments {
   }
 
   void forget() {
-    // What a reference refers to is a value of its own in the list.
+    // What a reference refers to is a value of its own in the list; what is broken owns nothing.
     for (const auto& value : kept_) {
-      if ((value->vt & VT_BYREF) == 0) VariantClear(value.get());
+      const bool owns = value->vt == VT_BSTR || value->vt == VT_DISPATCH ||
+                        value->vt == VT_UNKNOWN || value->vt == (VT_ARRAY | VT_I2);
+      if (owns) VariantClear(value.get());
     }
     kept_.clear();
   }
 
+  /// Numbers and arrays that do not go together, now and then.
+  DISPPARAMS disturbed(DISPPARAMS parameters) {
+    constexpr UINT kHuge = std::numeric_limits<UINT>::max();
+    switch (below(60)) {
+      case 0:
+        parameters.rgvarg = nullptr;
+        break;
+      case 1:
+        parameters.rgdispidNamedArgs = nullptr;
+        break;
+      case 2:
+        parameters.cNamedArgs = parameters.cArgs + 1 + below(3);
+        break;
+      case 3:
+        parameters.cArgs = kHuge;
+        break;
+      case 4:
+        parameters.cNamedArgs = kHuge;
+        break;
+      case 5:
+        parameters.cArgs = 0;
+        break;
+      default:
+        break;
+    }
+    return parameters;
+  }
+
  private:
+  /// What no proper caller makes. Nothing in it is owned.
+  VARIANT broken() {
+    static SAFEARRAY* noArray = nullptr;
+    static IDispatch* noObject = nullptr;
+    VARIANT value{};
+    switch (below(8)) {
+      case 0:
+        value.vt = VT_BYREF | VT_VARIANT;
+        break;
+      case 1: {
+        VARIANT* const inner = kept_.emplace_back(std::make_unique<VARIANT>()).get();
+        *inner = broken();
+        value.vt = VT_BYREF | VT_VARIANT;
+        value.pvarVal = inner;
+        break;
+      }
+      case 2:
+        value.vt = static_cast<VARTYPE>(VT_ARRAY | below(0x100));
+        break;
+      case 3:
+        value.vt = static_cast<VARTYPE>(VT_BYREF | VT_ARRAY | below(0x100));
+        value.pparray = &noArray;
+        break;
+      case 4:
+        value.vt = below(2) == 0 ? VT_BYREF | VT_DISPATCH : VT_BYREF | VT_UNKNOWN;
+        value.ppdispVal = &noObject;
+        break;
+      case 5:
+        value.vt = below(2) == 0 ? VT_RECORD : VT_BYREF | VT_RECORD;
+        value.pvRecord = &noObject;
+        break;
+      case 6: {
+        // Between the types that exist, with flags that do not.
+        constexpr VARTYPE kNoTypes[] = {15, 24, 25, 26, 30, 31, 36, 64, 72, 0x0FFF, 0x0ABC};
+        constexpr VARTYPE kFlags[] = {0, VT_VECTOR, VT_RESERVED, VT_VECTOR | VT_RESERVED};
+        value.vt = kNoTypes[below(std::size(kNoTypes))] | kFlags[below(std::size(kFlags))];
+        value.llVal = number();
+        break;
+      }
+      default:
+        value.vt = static_cast<VARTYPE>(VT_BYREF | below(0x4000));
+    }
+    return value;
+  }
+
   std::int64_t number() {
     constexpr std::int64_t kBorders[] = {0,     1,     -1,         38,          255,        256,
                                          32767, 32768, -32768,     -32769,      65535,      65536,
@@ -250,7 +326,10 @@ TEST_F(RandomArgumentsTest, NoArgumentDoesMoreThanFailItsCall) {
     const bool keeps = puts && settable[which].contains(id);
     const auto value = [&] { return asText(object.invoke(id, DISPATCH_PROPERTYGET, {})); };
     const std::wstring before = keeps ? value() : L"";
-    const Outcome outcome = object.invoke(id, kind, std::move(values), std::move(names));
+    const Outcome outcome = object.invokeWith(
+        id, kind,
+        arguments.disturbed({values.data(), names.data(), static_cast<UINT>(values.size()),
+                             static_cast<UINT>(names.size())}));
     expectOrderly(outcome);
     if (keeps && FAILED(outcome.result)) {
       EXPECT_EQ(value(), before);
@@ -263,6 +342,46 @@ TEST_F(RandomArgumentsTest, NoArgumentDoesMoreThanFailItsCall) {
   EXPECT_GT(failed, 100);
   EXPECT_EQ(nameOf(component.put(L"User_ID", 12).result), "S_OK");
   EXPECT_EQ(component.get(L"User_ID").number(), 12);
+}
+
+TEST_F(RandomArgumentsTest, NoListOfNamesDoesMoreThanFailItsCall) {
+  const HostObject component = HostObject::create(kRegistry);
+  const unsigned seed = setting("TL_RANDOM_SEED", 1);
+  RandomArguments random(seed, {});
+  std::wstring texts[] = {L"GetRegValue", L"strKey", L"STRDEFAULTSTRING",     L"AppName", L"",
+                          L"Nobody",      L"value",  std::wstring(5000, L'x')};
+  int succeeded = 0;
+  for (unsigned i = 0; i < 10'000; ++i) {
+    SCOPED_TRACE("seed " + std::to_string(seed) + ", call " + std::to_string(i));
+    LPOLESTR names[4] = {};
+    DISPID ids[5] = {77, 77, 77, 77, 77};
+    const UINT count = random.below(5);
+    bool allThere = true;
+    for (UINT n = 0; n < count; ++n) {
+      const unsigned choice = random.below(static_cast<unsigned>(std::size(texts)) + 1);
+      if (choice < std::size(texts)) names[n] = texts[choice].data();
+      allThere = allThere && names[n] != nullptr;
+    }
+    const bool noNames = random.below(20) == 0;
+    const HRESULT result =
+        component.get()->GetIDsOfNames(IID_NULL, noNames ? nullptr : names, count, 0, ids);
+    const HRESULT refusal = noNames ? E_POINTER : count == 0 ? E_INVALIDARG : E_POINTER;
+    if (noNames || count == 0 || !allThere) {
+      EXPECT_EQ(nameOf(result), nameOf(refusal));
+    } else {
+      EXPECT_TRUE(result == S_OK || result == DISP_E_UNKNOWNNAME) << nameOf(result);
+    }
+    for (UINT n = 0; n < 5; ++n) {
+      const bool written = n < count && !noNames;
+      EXPECT_EQ(ids[n] == 77, !written);
+      if (FAILED(result) && result != DISP_E_UNKNOWNNAME && written) {
+        EXPECT_EQ(ids[n], DISPID_UNKNOWN);
+      }
+    }
+    succeeded += result == S_OK;
+    if (HasFailure()) break;
+  }
+  EXPECT_GT(succeeded, 100);
 }
 
 }  // namespace
