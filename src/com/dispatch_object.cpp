@@ -185,7 +185,11 @@ HRESULT DispatchObject::run(const Call& call, VARIANT* result) {
   }
   Arguments arguments(call.passed, member);
   Variant value = member.handler(core_, arguments);
-  if (result) *result = value.release();
+  if (result) {
+    *result = value.release();
+  } else {
+    wipeText(value);
+  }
   return S_OK;
 }
 

@@ -11,6 +11,8 @@
 
 #include "com/arguments.h"
 #include "com/com_class.h"
+#include "support/scope_exit.h"
+#include "support/secret.h"
 
 namespace tlpacscfg {
 
@@ -84,6 +86,27 @@ class MemberTable {
     get(name, id, [place](Core& core) { return std::invoke(place, core); });
     return put(name, id,
                [place](Core& core, Value value) { std::invoke(place, core) = std::move(value); });
+  }
+
+  /// A field with a text that stays in no other memory of the component.
+  template <class Place>
+  MemberTable& secret(const wchar_t* name, DISPID id, Place place) {
+    get(name, id, [place](Core& core) { return Variant(std::invoke(place, core)); });
+    members_.push_back({name,
+                        id,
+                        MemberKind::Put,
+                        {L"value"},
+                        0,
+                        [place](const std::shared_ptr<void>& core, Arguments& arguments) {
+                          auto value = arguments.get<std::wstring>(0);
+                          const ScopeExit wiping([&] { wipe(value); });
+                          std::wstring& kept = std::invoke(place, *static_cast<Core*>(core.get()));
+                          wipe(kept);
+                          // A move would leave the letters where no wipe finds them.
+                          kept = value;
+                          return Variant();
+                        }});
+    return *this;
   }
 
   template <class Function>

@@ -5,6 +5,8 @@
 #include <new>
 
 #include "com/com_error.h"
+#include "support/scope_exit.h"
+#include "support/secret.h"
 
 namespace tlpacscfg {
 
@@ -30,6 +32,11 @@ Variant::Variant(ComPtr<IUnknown> object) {
   VARIANT& value = *out();
   value.vt = VT_UNKNOWN;
   value.punkVal = object.detach();
+}
+
+void wipeText(Variant& value) {
+  if (value.get().vt != VT_BSTR) return;
+  wipeMemory(value.get().bstrVal, SysStringByteLen(value.get().bstrVal));
 }
 
 Variant converted(const VARIANT& value, VARTYPE type) {
@@ -66,7 +73,8 @@ bool fromVariant(const VARIANT& value) {
 template <>
 std::wstring fromVariant(const VARIANT& value) {
   if (const auto text = textIn(value)) return std::wstring(*text);
-  const Variant text = converted(value, VT_BSTR);
+  Variant text = converted(value, VT_BSTR);
+  const ScopeExit wiping([&] { wipeText(text); });
   return std::wstring(textIn(text.get()).value_or(L""));
 }
 

@@ -22,6 +22,9 @@ class Variant : public OwnedVariant {
   explicit Variant(ComPtr<IUnknown> object);
 };
 
+/// Overwrites the text that a value holds, if it is one.
+void wipeText(Variant& value);
+
 /// The value as another type, by rules that are the same in every locale. Truth values become the
 /// words True and False. Throws ComError with DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW.
 Variant converted(const VARIANT& value, VARTYPE type);

@@ -58,7 +58,7 @@ std::vector<Member> members() {
       .field(L"LogFile", 12, shared(g_strLogFile))
       .field(L"Initialized", 13, &clsConfig::Initialized)
       .field(L"SqlServerName", 14, setting(&HostSettings::SqlServerName))
-      .field(L"Password", 15, setting(&HostSettings::Password))
+      .secret(L"Password", 15, setting(&HostSettings::Password))
       .field(L"SqlUserName", 16, setting(&HostSettings::SqlUserName))
       .field(L"SqlDbName", 17, setting(&HostSettings::SqlDbName))
       .field(L"SQLDSN", 18, setting(&HostSettings::SQLDSN))

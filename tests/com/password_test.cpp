@@ -1,0 +1,148 @@
+#include <algorithm>
+#include <array>
+
+#include "com/com_test.h"
+#include "support/secret.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+constexpr UINT kLength = 40;
+/// The beginning of freed memory is overwritten by the heap.
+constexpr UINT kCompared = 20;
+
+/// A password that nobody writes down: it is computed letter by letter.
+wchar_t letter(UINT index) { return static_cast<wchar_t>(0x5000 + index * index * 7 % 499); }
+
+/// How often the password's end lies in the memory of this process that can be written.
+int copiesInMemory() {
+  // In the image of the program, which is not searched.
+  static std::array<wchar_t, 1 << 16> piece;
+  int copies = 0;
+  MEMORY_BASIC_INFORMATION region{};
+  for (const wchar_t* place = nullptr; VirtualQuery(place, &region, sizeof(region)) != 0;) {
+    const auto* next = static_cast<const wchar_t*>(region.BaseAddress);
+    const auto* const end = next + region.RegionSize / sizeof(wchar_t);
+    const bool searched = region.State == MEM_COMMIT && region.Type == MEM_PRIVATE &&
+                          region.Protect == PAGE_READWRITE;
+    while (searched && next < end) {
+      const SIZE_T wanted =
+          std::min<SIZE_T>(piece.size(), static_cast<SIZE_T>(end - next)) * sizeof(wchar_t);
+      SIZE_T got = 0;
+      ReadProcessMemory(GetCurrentProcess(), next, piece.data(), wanted, &got);
+      const SIZE_T count = got / sizeof(wchar_t);
+      for (SIZE_T i = 0; i + kCompared <= count; ++i) {
+        UINT same = 0;
+        while (same < kCompared && piece[i + same] == letter(kLength - kCompared + same)) ++same;
+        if (same == kCompared) ++copies;
+      }
+      if (count < piece.size()) break;
+      // A copy may lie across the border of two pieces.
+      next += count - (kCompared - 1);
+    }
+    place = end;
+  }
+  wipeMemory(piece.data(), sizeof(piece));
+  return copies;
+}
+
+/// The host's own text, wiped when it goes.
+class HostsPassword {
+ public:
+  HostsPassword() {
+    for (UINT i = 0; i < kLength; ++i) text_[i] = letter(i);
+  }
+  ~HostsPassword() {
+    wipeMemory(text_, kLength * sizeof(wchar_t));
+    SysFreeString(text_);
+  }
+  HostsPassword(const HostsPassword&) = delete;
+  HostsPassword& operator=(const HostsPassword&) = delete;
+
+  VARIANT value() const {
+    VARIANT value{};
+    value.vt = VT_BSTR;
+    value.bstrVal = text_;
+    return value;
+  }
+  VARIANT byReference() { return reference(text_); }
+
+ private:
+  BSTR text_ = SysAllocStringLen(nullptr, kLength);
+};
+
+class PasswordTest : public ComTest {
+ protected:
+  ~PasswordTest() override { config.put(L"Password", L""); }
+
+  HostObject config = HostObject::create(kConfig);
+
+  /// The property's number, asked for before there is a password to be found.
+  DISPID id = config.idOf(L"Password");
+
+  void put(const VARIANT& value) {
+    EXPECT_EQ(nameOf(config.invoke(id, DISPATCH_PROPERTYPUT, {value}, {DISPID_PROPERTYPUT}).result),
+              "S_OK");
+  }
+};
+
+TEST_F(PasswordTest, ThePropertysOwnIsTheOnlyCopyAHostLeavesBehind) {
+  ASSERT_EQ(copiesInMemory(), 0);
+  {
+    const HostsPassword password;
+    ASSERT_EQ(copiesInMemory(), 1);
+    put(password.value());
+    EXPECT_EQ(copiesInMemory(), 2);
+  }
+  EXPECT_EQ(copiesInMemory(), 1);
+}
+
+TEST_F(PasswordTest, AReferenceIsFollowedWithoutACopy) {
+  {
+    HostsPassword password;
+    put(password.byReference());
+    VARIANT inner = password.byReference();
+    put(reference(inner));
+  }
+  EXPECT_EQ(copiesInMemory(), 1);
+}
+
+TEST_F(PasswordTest, AnotherPasswordTakesTheFirstOnesPlace) {
+  put(HostsPassword().value());
+  ASSERT_EQ(copiesInMemory(), 1);
+  const Argument other(L"x");
+  put(other.get());
+  EXPECT_EQ(copiesInMemory(), 0);
+  put(HostsPassword().value());
+  const Argument longer(std::wstring(5000, L'x'));
+  put(longer.get());
+  EXPECT_EQ(copiesInMemory(), 0);
+}
+
+TEST_F(PasswordTest, ReadingItGivesTheHostTheOnlyOtherCopy) {
+  put(HostsPassword().value());
+  {
+    const Outcome outcome = config.invoke(id, DISPATCH_PROPERTYGET, {});
+    ASSERT_EQ(outcome.type(), VT_BSTR);
+    const BSTR text = outcome.value.get().bstrVal;
+    ASSERT_EQ(SysStringLen(text), kLength);
+    for (UINT i = 0; i < kLength; ++i) ASSERT_EQ(text[i], letter(i));
+    EXPECT_EQ(copiesInMemory(), 2);
+    wipeMemory(text, kLength * sizeof(wchar_t));
+  }
+  EXPECT_EQ(copiesInMemory(), 1);
+  DISPPARAMS none{};
+  EXPECT_EQ(nameOf(config.get()->Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, nullptr,
+                                        nullptr, nullptr)),
+            "S_OK");
+  EXPECT_EQ(copiesInMemory(), 1) << "nobody took the result";
+}
+
+TEST_F(PasswordTest, ARefusedOneLeavesTheOldOne) {
+  put(HostsPassword().value());
+  EXPECT_EQ(nameOf(config.put(L"Password", nullValue()).result), "DISP_E_TYPEMISMATCH");
+  EXPECT_EQ(copiesInMemory(), 1);
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test
