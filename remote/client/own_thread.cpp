@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "client/client_error.h"
@@ -19,7 +20,11 @@ struct Job {
 DWORD WINAPI runJob(void* passed) {
   std::unique_ptr<Job> job(static_cast<Job*>(passed));
   const HMODULE module = job->module;
-  job->work();
+  try {
+    job->work();
+  } catch (...) {
+    // There is nobody on this thread to be told.
+  }
   job.reset();
   FreeLibraryAndExitThread(module, 0);
 }
@@ -32,6 +37,37 @@ HMODULE referToThisModule() {
     throw ClientError(L"The client cannot be kept loaded.");
   }
   return module;
+}
+
+/// Waits for a handle. The thread's windows are painted meanwhile and receive what is sent to them;
+/// what is posted to them (commands, keys, timers) stays in the queue, so that nothing of the host
+/// begins in the middle of a call.
+bool awaitPainting(HANDLE handle, std::chrono::milliseconds time) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + time;
+  std::optional<int> exitCode;
+  DWORD status = WAIT_TIMEOUT;
+  for (;;) {
+    MSG message{};
+    // Sent messages are received in here.
+    if (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT,
+                     PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE)) {
+      // The end of the program passes every filter.
+      if (message.message == WM_QUIT) {
+        exitCode = static_cast<int>(message.wParam);
+      } else {
+        DispatchMessageW(&message);
+      }
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+    const DWORD wait = left > 0 ? static_cast<DWORD>(left) : 0;
+    status = MsgWaitForMultipleObjectsEx(1, &handle, wait, QS_PAINT | QS_SENDMESSAGE,
+                                         MWMO_INPUTAVAILABLE);
+    // A window that never finishes its painting does not prolong the wait.
+    if (status != WAIT_OBJECT_0 + 1 || wait == 0) break;
+  }
+  if (exitCode) PostQuitMessage(*exitCode);
+  return status == WAIT_OBJECT_0;
 }
 
 }  // namespace
@@ -47,7 +83,7 @@ bool doneInTime(std::function<void()> work, std::chrono::milliseconds time) {
   }
   // The thread owns its job.
   static_cast<void>(job.release());
-  return WaitForSingleObject(thread.get(), static_cast<DWORD>(time.count())) == WAIT_OBJECT_0;
+  return awaitPainting(thread.get(), time);
 }
 
 }  // namespace tlpacscfg::client

@@ -9,12 +9,6 @@ namespace {
 
 constexpr WORD kBothPuts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
 
-VARIANT ofType(int type) {
-  VARIANT value{};
-  value.vt = static_cast<VARTYPE>(type);
-  return value;
-}
-
 class BrokenCallersTest : public ComTest {
  protected:
   HostObject config = HostObject::create(kConfig);

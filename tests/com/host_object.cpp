@@ -10,13 +10,6 @@
 namespace tlpacscfg::test {
 namespace {
 
-VARIANT ofType(int type) {
-  VARIANT value;
-  VariantInit(&value);
-  value.vt = static_cast<VARTYPE>(type);
-  return value;
-}
-
 std::wstring take(BSTR text) {
   std::wstring result(text ? text : L"", SysStringLen(text));
   SysFreeString(text);
@@ -56,6 +49,12 @@ Argument::Argument(const HostObject& object) {
   VARIANT& value = *value_.out();
   value.vt = VT_DISPATCH;
   value.pdispVal = ComPtr<IDispatch>::sharing(object.get()).detach();
+}
+
+VARIANT ofType(int type) {
+  VARIANT value{};
+  value.vt = static_cast<VARTYPE>(type);
+  return value;
 }
 
 VARIANT emptyValue() { return ofType(VT_EMPTY); }

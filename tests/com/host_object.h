@@ -39,6 +39,8 @@ class Argument {
 
 using ArgumentList = std::initializer_list<Argument>;
 
+/// Its content is all zeros.
+VARIANT ofType(int type);
 VARIANT emptyValue();
 VARIANT nullValue();
 VARIANT missingArgument();

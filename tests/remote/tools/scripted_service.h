@@ -9,11 +9,12 @@ namespace tlpacscfg::test {
 
 /// How a service treats one connection.
 enum class Treatment {
-  Answer,         ///< A proper answer with the text.
-  Silence,        ///< It reads and says nothing.
-  HalfHandshake,  ///< The beginning of a TLS handshake, and no more.
-  DripHeaders,    ///< An answer whose header goes on a letter at a time, for good.
-  DripBody,       ///< The same with an answer's text.
+  Answer,          ///< A proper answer with the text.
+  AnswerWhenTold,  ///< The same, but not before answerNow().
+  Silence,         ///< It reads and says nothing.
+  HalfHandshake,   ///< The beginning of a TLS handshake, and no more.
+  DripHeaders,     ///< An answer whose header goes on a letter at a time, for good.
+  DripBody,        ///< The same with an answer's text.
 };
 
 struct Reply {
@@ -32,6 +33,8 @@ class ScriptedService {
 
   int port() const { return port_; }
 
+  void answerNow() { told_ = true; }
+
  private:
   void serve();
   void treat(std::uintptr_t connection, const Reply& reply) const;
@@ -41,6 +44,7 @@ class ScriptedService {
   std::uintptr_t listener_ = 0;
   int port_ = 0;
   std::atomic<bool> over_ = false;
+  std::atomic<bool> told_ = false;
   std::thread server_;
 };
 

@@ -87,6 +87,9 @@ void ScriptedService::treat(std::uintptr_t connection, const Reply& reply) const
     request.append(piece.data(), static_cast<std::size_t>(count));
     if (request.size() < endOfRequest(request)) continue;
     switch (reply.treatment) {
+      case Treatment::AnswerWhenTold:
+        while (!told_ && !over_) pauseBriefly();
+        [[fallthrough]];
       case Treatment::Answer:
         sendAll(connection, header + "Connection: close\r\nContent-Length: " +
                                 std::to_string(reply.json.size()) + "\r\n\r\n" + reply.json);
