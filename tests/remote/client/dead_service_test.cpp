@@ -1,0 +1,57 @@
+#include <chrono>
+#include <functional>
+
+#include "remote/client/raw_client_test.h"
+#include "remote/tools/scripted_service.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
+
+/// A service that is dead ends a call after the time-out, once.
+class DeadServiceTest : public RawClientTest {
+ protected:
+  static constexpr int kTimeout = 2;
+
+  void expectOneTimeOut(const std::function<Outcome()>& call) {
+    const auto start = Clock::now();
+    EXPECT_EQ(nameOf(call().result), "S_OK");
+    const auto time = Clock::now() - start;
+    EXPECT_GE(time, std::chrono::seconds(kTimeout));
+    EXPECT_LT(time, std::chrono::seconds(2 * kTimeout));
+    EXPECT_EQ(error(), L"The service did not answer in time.");
+  }
+  void expectAtOnce(const std::function<void()>& call) {
+    const auto start = Clock::now();
+    call();
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(kTimeout));
+  }
+};
+
+TEST_F(DeadServiceTest, EveryMethodThatAsksItWaitsForOneTimeOut) {
+  const ScriptedService silent({kConnects, {Treatment::Silence}});
+  ASSERT_TRUE(connectTo(silent.port(), kTimeout).truth());
+  expectOneTimeOut([&] { return client.call(L"SQLQueryTable", {L"Talora", L"SELECT 1"}); });
+  expectOneTimeOut([&] { return client.call(L"SQLExecuteText", {L"Talora", L"DELETE from x"}); });
+  expectOneTimeOut([&] {
+    return client.call(L"GetNetworkDirectoryFiles",
+                       {L"x", false, L"*", false, false, false, false});
+  });
+  expectOneTimeOut([&] { return connectTo(silent.port(), kTimeout); });
+}
+
+TEST_F(DeadServiceTest, TheMethodsThatDoNotAskItAnswerAtOnceWhileARequestStillHangs) {
+  const ScriptedService silent({kConnects, {Treatment::DripBody}});
+  ASSERT_TRUE(connectTo(silent.port(), kTimeout).truth());
+  expectOneTimeOut([&] { return client.call(L"SQLQueryTable", {L"Talora", L"SELECT 1"}); });
+  expectAtOnce([&] { client.call(L"GetTableData", {0}); });
+  expectAtOnce([&] { client.call(L"CheckForError"); });
+  expectAtOnce([&] { client.call(L"DisconnectFromService", {L"test"}); });
+  expectAtOnce([&] { client.release(); });
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test
