@@ -1,8 +1,12 @@
 #include "client/com_client.h"
 
+#include <algorithm>
 #include <new>
 
 #include "client/arrays.h"
+#include "client/guarded.h"
+#include "com/com_ptr.h"
+#include "support/foreign_variant.h"
 #include "support/text.h"
 
 namespace tlpacscfg::client {
@@ -11,15 +15,22 @@ std::atomic<long> moduleUses = 0;
 
 namespace {
 
-/// An argument that cannot be converted; its place in DISPPARAMS::rgvarg.
+/// An argument that is refused; its place in DISPPARAMS::rgvarg.
 struct BadArgument {
+  HRESULT result;
   UINT place;
 };
 
 /// The arguments of a call in the order of the method's parameters.
 class Arguments {
  public:
-  explicit Arguments(const DISPPARAMS& passed) : passed_(passed) {}
+  /// Throws BadArgument for a reference that leads nowhere.
+  explicit Arguments(const DISPPARAMS& passed) : passed_(passed) {
+    for (UINT place = 0; place < passed.cArgs; ++place) {
+      const HRESULT status = checkReferences(passed.rgvarg[place]);
+      if (FAILED(status)) throw BadArgument{status, place};
+    }
+  }
 
   std::wstring text(UINT index) const {
     const OwnedVariant value = converted(index, VT_BSTR);
@@ -33,12 +44,12 @@ class Arguments {
   OwnedVariant converted(UINT index, VARTYPE type) const {
     const UINT place = passed_.cArgs - 1 - index;
     VARIANT& value = passed_.rgvarg[place];
-    const bool refersToNothing = (value.vt & VT_BYREF) != 0 && value.byref == nullptr;
+    if (!isConvertible(value)) throw BadArgument{DISP_E_TYPEMISMATCH, place};
     OwnedVariant result;
-    if (refersToNothing || FAILED(VariantChangeTypeEx(result.out(), &value, LOCALE_INVARIANT,
-                                                      VARIANT_ALPHABOOL, type))) {
-      throw BadArgument{place};
-    }
+    const HRESULT status =
+        VariantChangeTypeEx(result.out(), &value, LOCALE_INVARIANT, VARIANT_ALPHABOOL, type);
+    if (status == E_OUTOFMEMORY) throw std::bad_alloc();
+    if (FAILED(status)) throw BadArgument{DISP_E_TYPEMISMATCH, place};
     return result;
   }
 
@@ -48,6 +59,8 @@ class Arguments {
 struct Method {
   const wchar_t* name;
   UINT parameters;
+  /// What it answers when it fails: nothing or zero of this type.
+  VARTYPE failed;
   OwnedVariant (*run)(Session& session, const Arguments& arguments);
 };
 
@@ -61,31 +74,31 @@ OwnedVariant number(std::int32_t value) {
 
 /// The identifier of a method is its place in this table, counted from 1.
 constexpr Method kMethods[] = {
-    {L"ConnectToService", 4,
+    {L"ConnectToService", 4, VT_BOOL,
      [](Session& session, const Arguments& arguments) {
        return OwnedVariant(session.ConnectToService(arguments.text(0), arguments.text(1),
                                                     arguments.text(2), arguments.text(3)));
      }},
-    {L"DisconnectFromService", 1,
+    {L"DisconnectFromService", 1, VT_EMPTY,
      [](Session& session, const Arguments& arguments) {
        arguments.text(0);
        session.DisconnectFromService();
        return OwnedVariant();
      }},
-    {L"SQLQueryTable", 2,
+    {L"SQLQueryTable", 2, VT_I4,
      [](Session& session, const Arguments& arguments) {
        return number(session.SQLQueryTable(arguments.text(0), arguments.text(1)));
      }},
-    {L"GetTableData", 1,
+    {L"GetTableData", 1, VT_EMPTY,
      [](Session& session, const Arguments& arguments) {
        const Table* const table = session.GetTableData(arguments.number(0));
        return table ? toArray(*table) : OwnedVariant();
      }},
-    {L"SQLExecuteText", 2,
+    {L"SQLExecuteText", 2, VT_BOOL,
      [](Session& session, const Arguments& arguments) {
        return OwnedVariant(session.SQLExecuteText(arguments.text(0), arguments.text(1)));
      }},
-    {L"GetNetworkDirectoryFiles", 7,
+    {L"GetNetworkDirectoryFiles", 7, VT_EMPTY,
      [](Session& session, const Arguments& arguments) {
        return toArray(session.GetNetworkDirectoryFiles(arguments.text(0), arguments.text(2),
                                                        {.recurse = arguments.truth(1),
@@ -94,9 +107,18 @@ constexpr Method kMethods[] = {
                                                         .directories = arguments.truth(5),
                                                         .fullPaths = arguments.truth(6)}));
      }},
-    {L"CheckForError", 0,
+    {L"CheckForError", 0, VT_BSTR,
      [](Session& session, const Arguments&) { return OwnedVariant(session.CheckForError()); }},
 };
+
+/// Nothing or zero.
+OwnedVariant zero(VARTYPE type) {
+  OwnedVariant result;
+  VARIANT* const place = result.out();
+  place->llVal = 0;
+  place->vt = type;
+  return result;
+}
 
 DISPID idOf(const wchar_t* name) {
   for (std::size_t i = 0; i < std::size(kMethods); ++i) {
@@ -135,18 +157,18 @@ HRESULT ComClient::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
 
 HRESULT ComClient::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
   if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
-  // The names behind the first are those of parameters, which have none here.
-  for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
-  try {
+  std::fill_n(ids, count, DISPID_UNKNOWN);
+  if (std::find(names, names + count, nullptr) != names + count) return E_INVALIDARG;
+  return guarded([&]() -> HRESULT {
     ids[0] = idOf(names[0]);
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  }
-  return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
+    // The other names are those of parameters, which have none here.
+    return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
+  });
 }
 
 HRESULT ComClient::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters,
                           VARIANT* result, EXCEPINFO*, UINT* badArgument) {
+  if (result) VariantInit(result);
   if (parameters == nullptr) return E_INVALIDARG;
   if (id < 1 || static_cast<std::size_t>(id) > std::size(kMethods) ||
       (kind & DISPATCH_METHOD) == 0) {
@@ -155,18 +177,24 @@ HRESULT ComClient::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parame
   const Method& method = kMethods[id - 1];
   if (parameters->cNamedArgs > 0) return DISP_E_NONAMEDARGS;
   if (parameters->cArgs != method.parameters) return DISP_E_BADPARAMCOUNT;
-  try {
-    OwnedVariant value = method.run(session_, Arguments(*parameters));
+  if (parameters->cArgs > 0 && parameters->rgvarg == nullptr) return E_INVALIDARG;
+  // A host may let go of the object while a call waits.
+  const auto self = ComPtr<IDispatch>::sharing(this);
+  return guarded([&] {
+    OwnedVariant value;
+    try {
+      value = method.run(session_, Arguments(*parameters));
+    } catch (const BadArgument& argument) {
+      if (badArgument) *badArgument = argument.place;
+      return argument.result;
+    } catch (...) {
+      // A method answers that it failed; it does not raise an error.
+      session_.noteFailure();
+      value = zero(method.failed);
+    }
     if (result) *result = value.release();
     return S_OK;
-  } catch (const BadArgument& argument) {
-    if (badArgument) *badArgument = argument.place;
-    return DISP_E_TYPEMISMATCH;
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  } catch (...) {
-    return E_UNEXPECTED;
-  }
+  });
 }
 
 }  // namespace tlpacscfg::client

@@ -3,10 +3,11 @@
 #include <olectl.h>
 
 #include <array>
-#include <new>
 #include <string>
 
 #include "client/com_client.h"
+#include "client/guarded.h"
+#include "com/com_ptr.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -44,11 +45,10 @@ class Factory final : public IClassFactory {
     if (result == nullptr) return E_POINTER;
     *result = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-    auto* const object = new (std::nothrow) ComClient;
-    if (object == nullptr) return E_OUTOFMEMORY;
-    const HRESULT status = object->QueryInterface(id, result);
-    object->Release();
-    return status;
+    return guarded([&] {
+      const auto object = tlpacscfg::ComPtr<ComClient>::owning(new ComClient);
+      return object->QueryInterface(id, result);
+    });
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
     moduleUses += lock ? 1 : -1;
@@ -95,7 +95,9 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** result) {
 
 STDAPI DllCanUnloadNow() { return moduleUses == 0 ? S_OK : S_FALSE; }
 
-STDAPI DllRegisterServer() { return registerClass() ? S_OK : SELFREG_E_CLASS; }
+STDAPI DllRegisterServer() {
+  return guarded([] { return registerClass() ? S_OK : SELFREG_E_CLASS; });
+}
 
 STDAPI DllUnregisterServer() {
   const bool classRemoved = removeKey(kClassKey);

@@ -10,6 +10,8 @@
 namespace tlpacscfg::client {
 namespace {
 
+constexpr std::wstring_view kOutOfMemory = L"Out of memory.";
+
 std::int32_t numberWithin(const std::wstring& text, std::int32_t most, const wchar_t* complaint) {
   std::int32_t number = 0;
   try {
@@ -23,17 +25,34 @@ std::int32_t numberWithin(const std::wstring& text, std::int32_t most, const wch
 
 }  // namespace
 
+Session::Session() {
+  // So that there is always room to say that there is none.
+  lastError_.reserve(kOutOfMemory.size());
+}
+
+void Session::noteFailure() noexcept {
+  try {
+    try {
+      throw;
+    } catch (const ClientError& error) {
+      lastError_ = error.text();
+    } catch (const std::bad_alloc&) {
+      lastError_ = kOutOfMemory;
+    } catch (...) {
+      lastError_ = std::wstring_view(describeCurrent().description());
+    }
+  } catch (...) {
+    lastError_ = kOutOfMemory;
+  }
+}
+
 template <class Result, class Work>
 Result Session::attempt(Result failed, Work work) {
   try {
     lastError_.clear();
     return work();
-  } catch (const ClientError& error) {
-    lastError_ = error.text();
-  } catch (const std::bad_alloc&) {
-    lastError_ = L"Out of memory.";
-  } catch (const std::exception& error) {
-    lastError_ = fromUtf8(error.what());
+  } catch (...) {
+    noteFailure();
   }
   return failed;
 }

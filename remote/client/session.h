@@ -18,6 +18,8 @@ class Session {
     bool recurse, sorted, ignoreCase, directories, fullPaths;
   };
 
+  Session();
+
   bool ConnectToService(const std::wstring& application, const std::wstring& host,
                         const std::wstring& port, const std::wstring& timeout);
   void DisconnectFromService();
@@ -29,6 +31,9 @@ class Session {
                                                      const std::wstring& pattern,
                                                      const FileFlags& flags);
   const std::wstring& CheckForError() const { return lastError_; }
+
+  /// Keeps the reason of the exception being handled for CheckForError.
+  void noteFailure() noexcept;
 
  private:
   template <class Result, class Work>
