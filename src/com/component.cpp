@@ -11,6 +11,7 @@
 #include "com/com_error.h"
 #include "data/database.h"
 #include "data/tl_comm_client.h"
+#include "support/secret.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -32,6 +33,7 @@ void releaseModuleState() {
   g_conOffline.reset();
   g_envOffline.reset();
   g_objConfig.reset();
+  wipe(g_strSqlPassword);
   const std::scoped_lock lock(typeLibraryMutex);
   typeLibrary = nullptr;
 }

@@ -60,6 +60,15 @@ std::array<const Column*, kColumnCount> sortedByLoadPosition() {
   return order;
 }
 
+std::wstring selection() {
+  std::wstring names;
+  for (const Column* column : columnsInLoadOrder()) {
+    if (!names.empty()) names += L", ";
+    names += column->name;
+  }
+  return L"Select " + names + kLineBreak;
+}
+
 }  // namespace
 
 std::span<const Column, kColumnCount> columns() { return kColumns; }
@@ -89,12 +98,11 @@ bool isText(const Field& field) {
 }
 
 std::wstring loadingStatement() {
-  std::wstring names;
-  for (const Column* column : columnsInLoadOrder()) {
-    if (!names.empty()) names += L", ";
-    names += column->name;
-  }
-  return L"Select " + names + kLineBreak + L" from Interface_PACS_cfg order by config_id";
+  return selection() + L" from Interface_PACS_cfg order by config_id";
+}
+
+std::wstring loadingStatement(std::int16_t configID) {
+  return selection() + L" from Interface_PACS_cfg where config_id = " + decimal(configID);
 }
 
 }  // namespace tlpacscfg

@@ -52,5 +52,7 @@ bool isText(const Field& field);
 
 /// "Select <columns> <line break> from Interface_PACS_cfg order by config_id"
 std::wstring loadingStatement();
+/// The same for the rows of one configuration.
+std::wstring loadingStatement(std::int16_t configID);
 
 }  // namespace tlpacscfg

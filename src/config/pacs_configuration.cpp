@@ -35,8 +35,6 @@ std::wstring encode(const std::wstring& text, Quoting quoting) {
 /// YYYY-MM-DD HH:MM:SS
 std::wstring savingTime() { return FormatTimestamp().substr(0, 19); }
 
-std::wstring savingUser() { return decimal(g_objConfig ? g_objConfig->User_ID : std::int16_t{0}); }
-
 std::wstring encodedValue(const clsPACSConfiguration& record, const Column& column, Source source) {
   switch (source) {
     case Source::SavingUser:
@@ -50,6 +48,8 @@ std::wstring encodedValue(const clsPACSConfiguration& record, const Column& colu
 }
 
 }  // namespace
+
+std::wstring savingUser() { return decimal(g_objConfig ? g_objConfig->User_ID : std::int16_t{0}); }
 
 void clsPACSConfiguration::FillFields(FieldValues values) {
   for (std::size_t i = 0; i < kColumnCount; ++i) {
@@ -87,8 +87,12 @@ std::wstring clsPACSConfiguration::getAllValues() const {
   return values;
 }
 
+std::wstring clsPACSConfiguration::savingStatement() const {
+  return ExistingConfig != kFalse ? updateStatement() : insertStatement();
+}
+
 std::int16_t clsPACSConfiguration::SaveConfiguration() {
-  const std::wstring sql = ExistingConfig != kFalse ? updateStatement() : insertStatement();
+  const std::wstring sql = savingStatement();
   if (ExistingConfig == kFalse) ExistingConfig = kTrue;
   if (statementsAreExecuted()) {
     ExecuteSQL(sql);

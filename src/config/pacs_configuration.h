@@ -17,6 +17,9 @@ using FieldValues = std::array<FieldValue, kColumnCount>;
 inline constexpr std::int16_t kTrue = -1;
 inline constexpr std::int16_t kFalse = 0;
 
+/// The host's user, who becomes a row's last user when it is saved.
+std::wstring savingUser();
+
 /// One integration configuration, one row of Interface_PACS_cfg. What the columns are called and
 /// how they are written and read is in columns.h.
 class clsPACSConfiguration {
@@ -85,6 +88,9 @@ class clsPACSConfiguration {
   /// The labelled summary, one line for each field. Throws TypeMismatch when MultiAccessFields
   /// holds something else than codes.
   std::wstring getAllValuesFormatted() const;
+
+  /// The UPDATE of a record that exists, else the INSERT, as SaveConfiguration sends it.
+  std::wstring savingStatement() const;
 
   /// Writes the row and the mark for offline copies; without a database it does nothing. Always 0.
   /// Throws when the direct connection fails.

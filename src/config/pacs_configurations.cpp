@@ -4,6 +4,7 @@
 
 #include "config/columns.h"
 #include "data/database.h"
+#include "data/row_error.h"
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"
 #include "log/log_support.h"
@@ -15,61 +16,55 @@
 namespace tlpacscfg {
 namespace {
 
-/// Stores a cell of a row read directly: NULL gives way to the column's substitute.
-void readCell(clsPACSConfiguration& record, const Column& column, Cell cell) {
-  if (!cell) {
-    if (column.ifNull == nullptr) raise(ErrorNumber::InvalidUseOfNull);
-    cell = column.ifNull;
-  }
-  std::visit(
-      [&]<class Value>(Value clsPACSConfiguration::*member) {
-        if constexpr (std::is_same_v<Value, std::wstring>) record.*member = *cell;
-        if constexpr (std::is_same_v<Value, std::int16_t>) record.*member = toInt16(*cell);
-        if constexpr (std::is_same_v<Value, std::int32_t>) record.*member = toInt32(*cell);
-      },
-      column.field);
+constexpr const wchar_t* kNumbering = L"[TLPACSCFG] Getting next config ID";
+constexpr const wchar_t* kRemoteNumbering =
+    L"[TLPACSCFG] Getting next config ID using TlCommClient";
+constexpr const wchar_t* kHighestStatement =
+    L"SELECT TOP 1 config_id FROM Interface_PACS_cfg ORDER BY config_id DESC";
+
+std::int16_t numberAfter(const Cell& configID) {
+  if (!configID) raise(ErrorNumber::InvalidUseOfNull);
+  return toInt16(std::int64_t{toInt16(*configID)} + 1);
 }
 
-/// A cell from the remote data client: a later number that is no number becomes the substitute.
-void readRemoteCell(clsPACSConfiguration& record, const Column& column, Cell cell) {
-  if (column.ifNull == nullptr || isText(column.field)) return readCell(record, column, cell);
-  const std::int32_t number = ValOrDefault(cell.value_or(L""), toInt32(column.ifNull));
-  if (std::holds_alternative<std::int32_t clsPACSConfiguration::*>(column.field)) {
-    return setValue(record, column.field, number);
-  }
-  setValue(record, column.field, toInt16(std::int64_t{number}));
+std::int16_t numberAfterFirst(const Table& rows) {
+  return rows.rows() == 0 ? std::int16_t{1} : numberAfter(rows.at(0, 0));
 }
 
 }  // namespace
 
+std::wstring deletingStatement(std::int16_t configID) {
+  return L"delete from interface_PACS_cfg where config_id = '" + decimal(configID) + L"'";
+}
+
+void showDeleteError(std::int16_t configID, const RunTimeError& error) {
+  doors::showMessage({.text = L"Error Deleting configID = " + decimal(configID) +
+                              L" from the DB. " + kLineBreak + L"Error = " +
+                              decimal(error.number()) + L" Error Description = " +
+                              error.description()});
+}
+
 void colPACSConfiguration::GetPACSConfigurations() {
   const std::wstring statement = loadingStatement();
-  odbc::Connection* connection = nullptr;
+  std::shared_ptr<odbc::Connection> connection;
   if (g_blnUseOfflineDB) {
-    if (g_blnOfflineConnected) connection = g_conOffline.get();
+    if (g_blnOfflineConnected) connection = g_conOffline;
   } else if (TlCommClientConnected()) {
     return loadRemote(statement);
   } else if (g_blnSqlConnected) {
-    connection = g_conSql.get();
+    connection = g_conSql;
   }
-  if (connection == nullptr) return;
-  openShared(*connection, statement);
+  if (!connection) return;
+  openShared(connection, statement);
   AddIntitialConfig();
-  loadRows(sharedResult(), connection->emptyTextsComeAsNull());
+  loadRows(sharedResult(), connection->emptyTextsComeAsNull() ? RowSource::DatabaseWithoutEmptyTexts
+                                                              : RowSource::Database);
 }
 
-void colPACSConfiguration::loadRows(ResultSet& rows, bool emptyTextsComeAsNull) {
+void colPACSConfiguration::loadRows(ResultSet& rows, RowSource source) {
   ColPACSConfigs->reserve(ColPACSConfigs->count() + rows.RowsLeft());
-  for (; !rows.EndOfData(); rows.MoveNext()) {
-    const auto record = std::make_shared<clsPACSConfiguration>();
-    for (std::size_t i = 0; i < kColumnCount; ++i) {
-      const Column& column = *columnsInLoadOrder()[i];
-      Cell cell = rows.Column(i);
-      if (!cell && emptyTextsComeAsNull && isText(column.field)) cell = L"";
-      readCell(*record, column, cell);
-    }
-    record->MarkAsLoaded();
-    AddCurrenttoCollection(record);
+  for (std::size_t row = 1; !rows.EndOfData(); rows.MoveNext(), ++row) {
+    addRow([&](std::size_t column) { return rows.Column(column); }, row, source);
   }
   rows.Close();
 }
@@ -80,13 +75,21 @@ void colPACSConfiguration::loadRemote(const std::wstring& statement) {
   if (TlCommClientQuery(statement) != 1 || !TlCommClientGetDataset(1, data)) return;
   AddIntitialConfig();
   for (std::size_t row = 0; row < data.rows(); ++row) {
-    const auto record = std::make_shared<clsPACSConfiguration>();
-    for (std::size_t i = 0; i < kColumnCount; ++i) {
-      if (i >= data.columns()) raise(ErrorNumber::SubscriptOutOfRange);
-      readRemoteCell(*record, *columnsInLoadOrder()[i], data.at(i, row));
-    }
-    record->MarkAsLoaded();
-    AddCurrenttoCollection(record);
+    const auto cell = [&](std::size_t column) {
+      if (column >= data.columns()) raise(ErrorNumber::SubscriptOutOfRange);
+      return data.at(column, row);
+    };
+    addRow(cell, row + 1, RowSource::RemoteClient);
+  }
+}
+
+void colPACSConfiguration::addRow(const std::function<Cell(std::size_t)>& cell, std::size_t row,
+                                  RowSource source) {
+  try {
+    AddCurrenttoCollection(recordOfRow(cell, source));
+  } catch (const RunTimeError& error) {
+    throw RowError(error, L"row " + decimal(row) + L" (config_id " +
+                              std::wstring(cell(0).value_or(L"Null")) + L")");
   }
 }
 
@@ -102,43 +105,48 @@ colPACSConfiguration::Pointer colPACSConfiguration::Item(std::int64_t position) 
 }
 
 std::int16_t colPACSConfiguration::GetNextConfigID() {
-  if (TlCommClientConnected()) return nextRemoteConfigID();
-  WriteLog(L"[TLPACSCFG] Getting next config ID", log_level::kOperation);
-  const std::wstring statement = std::wstring(L"select config_id ") + kLineBreak +
-                                 L" from Interface_PACS_cfg " + kLineBreak + L"order by config_id";
-  if (g_blnSqlConnected) {
-    g_rsQuery.reset();
-    try {
-      openShared(*g_conSql, statement);
-    } catch (const RunTimeError&) {
-      // Without a result set there is no row, and the number is 1.
-    }
+  if (TlCommClientConnected()) {
+    WriteLog(kRemoteNumbering, log_level::kOperation);
+    Table data;
+    TlCommClientQuery(kHighestStatement);
+    // Only the table counts: rows that came with an error are rows.
+    TlCommClientGetDataset(1, data);
+    return numberAfterFirst(data);
   }
-  NextConfigID = 1;
-  if (!g_rsQuery) return NextConfigID;
+  WriteLog(kNumbering, log_level::kOperation);
   try {
-    for (; !g_rsQuery->EndOfData(); g_rsQuery->MoveNext()) {
-      const Cell cell = g_rsQuery->Column(0);
-      if (!cell) raise(ErrorNumber::InvalidUseOfNull);
-      NextConfigID = toInt16(std::int64_t{toInt16(*cell)} + 1);
-    }
-    g_rsQuery->Close();
-  } catch (const RunTimeError& error) {
-    if (error.number() == static_cast<std::int32_t>(ErrorNumber::Overflow)) throw;
+    numberFromRows();
+  } catch (const std::exception& error) {
+    // What was found before the failure stands; without an answer that is 1.
+    if (describe(error).number() == static_cast<std::int32_t>(ErrorNumber::Overflow)) throw;
   }
   return NextConfigID;
 }
 
-std::int16_t colPACSConfiguration::nextRemoteConfigID() {
-  WriteLog(L"[TLPACSCFG] Getting next config ID using TlCommClient", log_level::kOperation);
-  Table data;
-  TlCommClientQuery(L"SELECT TOP 1 config_id FROM Interface_PACS_cfg ORDER BY config_id DESC");
-  // Only the table counts: rows that came with an error are rows.
-  TlCommClientGetDataset(1, data);
-  if (data.rows() == 0) return 1;
-  const Cell cell = data.at(0, 0);
-  if (!cell) raise(ErrorNumber::InvalidUseOfNull);
-  return toInt16(std::int64_t{toInt16(*cell)} + 1);
+std::int16_t colPACSConfiguration::RequireNextConfigID() {
+  if (TlCommClientConnected()) {
+    WriteLog(kRemoteNumbering, log_level::kOperation);
+    return numberAfterFirst(requireTlCommClientTable(kHighestStatement));
+  }
+  if (!g_blnSqlConnected) return GetNextConfigID();
+  WriteLog(kNumbering, log_level::kOperation);
+  numberFromRows();
+  return NextConfigID;
+}
+
+/// In the rows of the shared slot, which the SQL connection fills anew.
+void colPACSConfiguration::numberFromRows() {
+  NextConfigID = 1;
+  if (g_blnSqlConnected) {
+    g_rsQuery.reset();
+    openShared(g_conSql, std::wstring(L"select config_id ") + kLineBreak +
+                             L" from Interface_PACS_cfg " + kLineBreak + L"order by config_id");
+  }
+  if (!g_rsQuery) return;
+  for (; !g_rsQuery->EndOfData(); g_rsQuery->MoveNext()) {
+    NextConfigID = numberAfter(g_rsQuery->Column(0));
+  }
+  g_rsQuery->Close();
 }
 
 colPACSConfiguration::Pointer colPACSConfiguration::find(std::int16_t configID) const {
@@ -159,26 +167,25 @@ void colPACSConfiguration::AddCurrenttoCollection(const Pointer& record) {
 
 void colPACSConfiguration::RemoveConfig(std::int16_t configID) {
   try {
-    const std::wstring statement =
-        L"delete from interface_PACS_cfg where config_id = '" + decimal(configID) + L"'";
+    const std::wstring statement = deletingStatement(configID);
     if (TlCommClientConnected()) {
       TlCommClientExecute(statement);
       AddOfflineDbUpdate();
     } else if (g_blnSqlConnected) {
-      openShared(*g_conSql, statement);
+      openShared(g_conSql, statement);
       AddOfflineDbUpdate();
     }
     ColPACSConfigs->remove(static_cast<std::size_t>(GetItemNumber(configID)));
-  } catch (const RunTimeError& error) {
-    doors::showMessage({.text = L"Error Deleting configID = " + decimal(configID) +
-                                L" from the DB. " + kLineBreak + L"Error = " +
-                                decimal(error.number()) + L" Error Description = " +
-                                error.description()});
+  } catch (const std::exception& error) {
+    showDeleteError(configID, describe(error));
   }
 }
 
 void colPACSConfiguration::SaveAllConfigurations() {
-  for (const Pointer& record : ColPACSConfigs->items()) {
+  // A remote client may call back: what it replaces or removes lives until its turn is over.
+  const std::shared_ptr<Records> records = ColPACSConfigs;
+  for (std::size_t position = 1; position <= records->count(); ++position) {
+    const Pointer record = records->at(position);
     if (record->configID > 0) record->SaveConfiguration();
   }
 }

@@ -5,10 +5,17 @@
 #include <string>
 
 #include "config/pacs_configuration.h"
+#include "config/row_reading.h"
 #include "data/result_set.h"
 #include "support/keyed_collection.h"
 
 namespace tlpacscfg {
+
+/// The DELETE of one configuration.
+std::wstring deletingStatement(std::int16_t configID);
+
+/// The message box about a configuration that could not be deleted.
+void showDeleteError(std::int16_t configID, const RunTimeError& error);
 
 /// Every integration configuration of the site, each keyed by the decimal text of its identifier.
 /// After a load the first is a placeholder with the identifier 0 that stands for "none".
@@ -36,6 +43,10 @@ class colPACSConfiguration {
   /// behind 32767.
   std::int16_t GetNextConfigID();
 
+  /// The same question for who must know the answer: throws when it was not answered. Without a
+  /// way to a database that could answer it is the same as GetNextConfigID.
+  std::int16_t RequireNextConfigID();
+
   /// Makes the record the current one; an unknown identifier gives a fresh record that is not in
   /// the collection.
   void SetCurrentConfig(std::int16_t configID);
@@ -56,9 +67,10 @@ class colPACSConfiguration {
   std::shared_ptr<colPACSConfiguration> deepCopy() const;
 
  private:
-  void loadRows(ResultSet& rows, bool emptyTextsComeAsNull);
+  void loadRows(ResultSet& rows, RowSource source);
   void loadRemote(const std::wstring& statement);
-  std::int16_t nextRemoteConfigID();
+  void addRow(const std::function<Cell(std::size_t)>& cell, std::size_t row, RowSource source);
+  void numberFromRows();
   Pointer find(std::int16_t configID) const;
 };
 

@@ -11,15 +11,16 @@
 #include "support/doors.h"
 #include "support/registry.h"
 #include "support/runtime_error.h"
+#include "support/secret.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
 
 bool g_blnSqlConnected = false;
 bool g_blnOfflineConnected = false;
-std::shared_ptr<odbc::Environment> g_envSql;
+std::shared_ptr<const odbc::Environment> g_envSql;
 std::shared_ptr<odbc::Connection> g_conSql;
-std::shared_ptr<odbc::Environment> g_envOffline;
+std::shared_ptr<const odbc::Environment> g_envOffline;
 std::shared_ptr<odbc::Connection> g_conOffline;
 std::unique_ptr<ResultSet> g_rsQuery;
 std::wstring g_strSqlUser;
@@ -44,20 +45,27 @@ void showConnectError(const RunTimeError& error) {
   }
 }
 
-void openSqlConnection(const HostSettings& config) {
-  g_envSql = std::make_shared<odbc::Environment>(odbc::CursorLibrary::NotUsed,
-                                                 std::chrono::seconds(config.SqlTimeout));
-  const std::wstring login = L"UID=" + g_strSqlUser + L";PWD=" + g_strSqlPassword;
-  const std::wstring application = L";APP=TLPACSCFG.DLL;";
-  if (DSNDatabaseExists(config.SQLDSN)) {
-    g_conSql = std::make_shared<odbc::Connection>(g_envSql, config.SQLDSN, odbc::Prompt::Never,
-                                                  login + application);
-  } else {
-    g_conSql = std::make_shared<odbc::Connection>(g_envSql, L"", odbc::Prompt::Never,
-                                                  login + L";Database=" + config.SqlDbName +
-                                                      L";Server=" + config.SqlServerName +
-                                                      L";Driver={SQL Server};DSN=''" + application);
-  }
+/// A connect string, which holds a password: it is wiped when it goes and leaves no copy behind.
+class ConnectString {
+ public:
+  /// No longer than this, or growing would leave a copy.
+  explicit ConnectString(std::size_t maxLength) { text_.reserve(maxLength); }
+  ~ConnectString() { wipe(text_); }
+  ConnectString(const ConnectString&) = delete;
+  ConnectString& operator=(const ConnectString&) = delete;
+
+  void append(std::wstring_view piece) { text_.append(piece); }
+
+  void appendValue(std::wstring_view value) { odbc::appendConnectValue(text_, value); }
+
+  const std::wstring& text() const { return text_; }
+
+ private:
+  std::wstring text_;
+};
+
+std::wstring loginName(const HostSettings& config) {
+  return config.SqlUserName.empty() ? L"sa" : config.SqlUserName;
 }
 
 bool fileExists(const std::wstring& file) {
@@ -67,14 +75,45 @@ bool fileExists(const std::wstring& file) {
 
 }  // namespace
 
+std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
+                                                    std::chrono::seconds loginTimeout) {
+  const std::wstring user = loginName(config);
+  constexpr std::size_t kFixedPieces = 100;
+  ConnectString parameters(kFixedPieces +
+                           2 * (user.size() + config.Password.size() + config.SqlDbName.size() +
+                                config.SqlServerName.size()));
+  parameters.append(L"UID=");
+  parameters.appendValue(user);
+  parameters.append(L";PWD=");
+  parameters.appendValue(trimBlanks(config.Password));
+  const bool registered = DSNDatabaseExists(config.SQLDSN);
+  if (!registered) {
+    parameters.append(L";Database=");
+    parameters.appendValue(config.SqlDbName);
+    parameters.append(L";Server=");
+    parameters.appendValue(config.SqlServerName);
+    parameters.append(L";Driver={SQL Server};DSN=''");
+  }
+  parameters.append(L";APP=TLPACSCFG.DLL;");
+  const auto environment =
+      std::make_shared<const odbc::Environment>(odbc::CursorLibrary::NotUsed, loginTimeout);
+  auto connection =
+      std::make_shared<odbc::Connection>(environment, registered ? config.SQLDSN : std::wstring(),
+                                         odbc::Prompt::Never, parameters.text());
+  connection->limitStatements({.time = kStatementTime});
+  return connection;
+}
+
 bool ConnectToDatabase(const HostSettings& config) {
   if (g_blnSqlConnected) return true;
   WriteLog(L"[TLPACSCFG] Connecting to database", log_level::kOperation);
-  g_strSqlUser = config.SqlUserName.empty() ? L"sa" : config.SqlUserName;
+  g_strSqlUser = loginName(config);
+  wipe(g_strSqlPassword);
   g_strSqlPassword = trimBlanks(config.Password);
   try {
     doors::processPendingMessages();
-    openSqlConnection(config);
+    g_conSql = openSqlConnection(config, std::chrono::seconds(config.SqlTimeout));
+    g_envSql = g_conSql->environment();
     g_blnSqlConnected = true;
     return true;
   } catch (const std::exception& error) {
@@ -93,8 +132,8 @@ bool ConnectToOfflineDatabase(const HostSettings&) {
                               L"Cannot load PACS configurations in Stand Alone mode"});
       return false;
     }
-    g_envOffline =
-        std::make_shared<odbc::Environment>(odbc::CursorLibrary::Used, std::chrono::seconds(10));
+    g_envOffline = std::make_shared<const odbc::Environment>(odbc::CursorLibrary::Used,
+                                                             std::chrono::seconds(10));
     g_conOffline = std::make_shared<odbc::Connection>(
         g_envOffline, L"", odbc::Prompt::ForMissingInformation,
         L"UID=;PWD=;DRIVERID=25;Driver={Microsoft Access Driver (*.mdb)};DBQ=" +
@@ -110,14 +149,14 @@ bool ConnectToOfflineDatabase(const HostSettings&) {
 
 void DisconnectDatabase() {
   DisconnectTlCommClient();
-  if (g_blnSqlConnected) {
-    g_conSql.reset();
-    g_envSql.reset();
-  }
-  if (g_blnOfflineConnected) {
-    g_conOffline.reset();
-    g_envOffline.reset();
-  }
+  const auto disconnect = [](auto& connection, auto& environment) {
+    // A configuration object may hold it too, and learns that it is closed.
+    if (connection) connection->close();
+    connection.reset();
+    environment.reset();
+  };
+  if (g_blnSqlConnected) disconnect(g_conSql, g_envSql);
+  if (g_blnOfflineConnected) disconnect(g_conOffline, g_envOffline);
   g_blnSqlConnected = false;
   g_blnOfflineConnected = false;
 }
@@ -127,8 +166,9 @@ bool TestDatabaseConnection() {
   if (g_blnSqlConnected) {
     g_rsQuery.reset();
     try {
-      openShared(*g_conSql, kTestStatement);
-    } catch (const RunTimeError&) {
+      openShared(g_conSql, kTestStatement);
+    } catch (const std::exception& error) {
+      logFailure(L"Database connection test failed", describe(error));
       return false;
     }
   }
@@ -137,7 +177,7 @@ bool TestDatabaseConnection() {
     const bool atEnd = g_rsQuery->EndOfData();
     g_rsQuery->Close();
     return !atEnd;
-  } catch (const RunTimeError&) {
+  } catch (const std::exception&) {
     // A result set closed earlier answers no question, which does not fail the test.
     return true;
   }
@@ -150,18 +190,9 @@ bool DSNDatabaseExists(const std::wstring& dsn) {
          !ReadRegString(registry::Root::CurrentUser, key, L"DATABASE").empty();
 }
 
-void requireExecution(const std::function<void()>& statements) {
-  g_strTlRefusal.reset();
-  statements();
-  if (!g_strTlRefusal) return;
-  throw RunTimeError(odbc::kOdbcFailed,
-                     g_strTlRefusal->empty()
-                         ? L"The remote data client could not execute a statement."
-                         : *g_strTlRefusal);
-}
-
-void openShared(odbc::Connection& connection, const std::wstring& sql) {
-  g_rsQuery = std::make_unique<ResultSet>(connection.query(sql));
+void openShared(std::shared_ptr<odbc::Connection> connection, const std::wstring& sql) {
+  if (!connection) raise(ErrorNumber::ObjectNotSet);
+  g_rsQuery = std::make_unique<ResultSet>(connection->query(sql));
 }
 
 ResultSet& sharedResult() {

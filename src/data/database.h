@@ -1,6 +1,6 @@
 #pragma once
 
-#include <functional>
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -15,9 +15,9 @@ namespace tlpacscfg {
 
 extern bool g_blnSqlConnected;
 extern bool g_blnOfflineConnected;
-extern std::shared_ptr<odbc::Environment> g_envSql;
+extern std::shared_ptr<const odbc::Environment> g_envSql;
 extern std::shared_ptr<odbc::Connection> g_conSql;
-extern std::shared_ptr<odbc::Environment> g_envOffline;
+extern std::shared_ptr<const odbc::Environment> g_envOffline;
 extern std::shared_ptr<odbc::Connection> g_conOffline;
 
 /// The shared result-set slot. A closed result set still counts as held: the connection test
@@ -27,6 +27,16 @@ extern std::unique_ptr<ResultSet> g_rsQuery;
 /// The login of the last SQL Server connection.
 extern std::wstring g_strSqlUser;
 extern std::wstring g_strSqlPassword;
+
+/// How long a statement may take before its driver takes it back; where even that is not answered,
+/// the driver gives up after the same time once more.
+inline constexpr std::chrono::seconds kStatementTime{30};
+/// How long opening a lost connection again may take where the host sets no time of its own.
+inline constexpr std::chrono::seconds kReopeningTime{15};
+
+/// A connection to the site's SQL Server with the login of these settings. Throws odbc::Error.
+std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
+                                                    std::chrono::seconds loginTimeout);
 
 /// True when the connection is open afterwards; a failure is shown in a message box. Only a log
 /// file that cannot be written throws, before anything else is tried.
@@ -43,12 +53,8 @@ bool TestDatabaseConnection();
 /// Whether the data source is registered for the machine or for the user.
 bool DSNDatabaseExists(const std::wstring& dsn);
 
-/// Sends statements whose failure nobody may miss. The remote data client's failures, which are
-/// only logged otherwise, come as a RunTimeError with the client's words when all is sent.
-void requireExecution(const std::function<void()>& statements);
-
-/// Opens a statement's rows in the shared slot.
-void openShared(odbc::Connection& connection, const std::wstring& sql);
+/// Opens a statement's rows in the shared slot. Throws ObjectNotSet without a connection.
+void openShared(std::shared_ptr<odbc::Connection> connection, const std::wstring& sql);
 
 /// The shared result set; throws ObjectNotSet when none is held.
 ResultSet& sharedResult();

@@ -4,10 +4,18 @@
 #include <memory>
 #include <string>
 
+#include "support/secret.h"
+
 namespace tlpacscfg {
 
 /// What a host tells one configuration object about the site.
 struct HostSettings {
+  HostSettings() = default;
+  HostSettings(const HostSettings&) = default;
+  HostSettings& operator=(const HostSettings&) = default;
+  /// The password does not stay behind in memory.
+  ~HostSettings() { wipe(Password); }
+
   std::wstring TlCommClientHostIP;
   std::wstring TlCommClientHostPort;
   std::wstring TlCommClientTimeout;

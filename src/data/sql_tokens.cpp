@@ -63,6 +63,16 @@ std::vector<SqlToken> sqlTokens(std::wstring_view sql) {
   return tokens;
 }
 
+bool hasUnpairedQuote(std::wstring_view text) {
+  for (std::size_t start = text.find(kQuote); start != text.npos;
+       start = text.find(kQuote, start)) {
+    const std::size_t end = endOfRun(text, start, [](wchar_t c) { return c == kQuote; });
+    if ((end - start) % 2 != 0) return true;
+    start = end;
+  }
+  return false;
+}
+
 std::wstring sqlTextValue(std::wstring_view quoted) {
   std::wstring value;
   const std::size_t end =

@@ -21,6 +21,10 @@ struct SqlToken {
 /// white space and single symbols.
 std::vector<SqlToken> sqlTokens(std::wstring_view sql);
 
+/// Whether a run of single quotes has an odd length: put between quotes as it stands, the text
+/// would end there.
+bool hasUnpairedQuote(std::wstring_view text);
+
 /// The value of a quoted text: without its quotes, doubled quotes single.
 std::wstring sqlTextValue(std::wstring_view quoted);
 

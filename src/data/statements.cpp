@@ -13,7 +13,9 @@ void ExecuteSQL(const std::wstring& sql) {
   } else if (g_blnSqlConnected) {
     WriteLog(L"[TLPACSCFG] Executing query", log_level::kOperation);
     WriteLog(std::wstring(L"[TLPACSCFG] Query:") + kLineBreak + sql, log_level::kStatementText);
-    g_conSql->execute(sql);
+    const std::shared_ptr<odbc::Connection> connection = g_conSql;
+    if (!connection) raise(ErrorNumber::ObjectNotSet);
+    connection->execute(sql);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "data/odbc/error.h"
 #include "log/log_support.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"
@@ -9,9 +10,8 @@
 
 namespace tlpacscfg {
 
-std::unique_ptr<TlCommClientObject> g_objTlCommClient;
+std::shared_ptr<TlCommClientObject> g_objTlCommClient;
 std::wstring g_strTlDatabase;
-std::optional<std::wstring> g_strTlRefusal;
 
 namespace {
 
@@ -24,9 +24,16 @@ template <class Result, class Operation>
 Result orElse(Result failed, Operation operation) {
   try {
     return operation();
-  } catch (const std::exception&) {
+  } catch (...) {
     return failed;
   }
+}
+
+using Client = std::shared_ptr<TlCommClientObject>;
+
+[[noreturn]] void refuse(const std::wstring& reason) {
+  constexpr const wchar_t* kNoReason = L"The remote data client could not execute a statement.";
+  throw RunTimeError(odbc::kOdbcFailed, reason.empty() ? kNoReason : reason);
 }
 
 void logStatement(const wchar_t* operation, const std::wstring& sql) {
@@ -34,42 +41,76 @@ void logStatement(const wchar_t* operation, const std::wstring& sql) {
   WriteLog(std::wstring(L"[TLPACSCFG] Query:") + kLineBreak + sql, log_level::kStatementText);
 }
 
-bool isConnected(const wchar_t* complaint) {
-  if (!TlCommClientConnected()) WriteLog(complaint, log_level::kOutcome);
-  return TlCommClientConnected();
+/// The client that is connected; throws when there is none.
+Client connectedClient(const wchar_t* complaint = kNotConnected) {
+  if (!TlCommClientConnected()) {
+    WriteLog(complaint, log_level::kOutcome);
+    refuse(complaint + std::wstring_view(L"[TLPACSCFG] ").size());
+  }
+  return g_objTlCommClient;
 }
 
-/// Logs the client's error behind the label; false when there is none.
-bool logError(const std::wstring& label) {
-  const std::wstring error = g_objTlCommClient->CheckForError();
-  if (!error.empty()) WriteLog(label + error, log_level::kError);
-  return !error.empty();
+/// Throws the client's error, which is logged after the label.
+void checkError(TlCommClientObject& client, const std::wstring& label) {
+  const std::wstring error = client.CheckForError();
+  if (error.empty()) return;
+  WriteLog(label + error, log_level::kError);
+  refuse(error);
 }
 
-/// Fetches an array and then asks for the client's error, also when the array cannot be read. True
-/// when there is an array and no error.
+/// Fetches an array and then asks for the client's error, which comes first, also when the array
+/// cannot be read.
 template <class Fetch>
-bool fetchArray(Fetch fetch, const wchar_t* label) {
-  bool readable = true;
+void fetchArray(TlCommClientObject& client, Fetch fetch, const wchar_t* label) {
   try {
     fetch();
   } catch (const UnreadableAnswer&) {
-    readable = false;
+    checkError(client, label);
+    throw;
   }
-  return !logError(label) && readable;
+  checkError(client, label);
 }
 
-/// Nothing when the statement was executed, else what was said about it, which may be empty.
-std::optional<std::wstring> failureOf(const std::wstring& sql) {
+std::int16_t queryTables(const std::wstring& sql) {
+  logStatement(L"[TLPACSCFG] Querying DB using TlCommClient", sql);
+  const Client client = connectedClient();
+  const std::int32_t count = client->SQLQueryTable(g_strTlDatabase, sql);
+  checkError(*client, L"[TLPACSCFG] Query failed: ");
+  if (count < 1) {
+    WriteLog(L"[TLPACSCFG] Invalid table count returned", log_level::kError);
+    refuse(L"Invalid table count returned");
+  }
+  return toInt16(std::int64_t{count});
+}
+
+void fetchTable(std::int16_t index, Table& data) {
+  WriteLog(L"[TLPACSCFG] Getting dataset from TlCommClient", log_level::kOperation);
+  WriteLog(L"[TLPACSCFG] DataIndex:" + decimal(index), log_level::kStatementText);
+  data = Table();
+  const Client client = connectedClient();
+  const std::int16_t place = toInt16(std::int64_t{index} - 1);
+  // The wording names the workstation list whatever the table.
+  fetchArray(
+      *client, [&] { data = client->GetTableData(place); },
+      L"[TLPACSCFG] Unable to retrieve workstation list: ");
+}
+
+void executeText(const std::wstring& sql) {
+  logStatement(L"[TLPACSCFG] Executing query using TlCommClient", sql);
+  const Client client = connectedClient();
+  if (client->SQLExecuteText(g_strTlDatabase, sql)) return;
+  const std::wstring error = client->CheckForError();
+  WriteLog(L"[TLPACSCFG] Query failed to execute: " + error, log_level::kError);
+  refuse(error);
+}
+
+/// Whatever fails is a failure of the database to the caller.
+template <class Operation>
+auto inOneError(Operation operation) {
   try {
-    logStatement(L"[TLPACSCFG] Executing query using TlCommClient", sql);
-    if (!isConnected(kNotConnected)) return L"";
-    if (g_objTlCommClient->SQLExecuteText(g_strTlDatabase, sql)) return std::nullopt;
-    std::wstring error = g_objTlCommClient->CheckForError();
-    WriteLog(L"[TLPACSCFG] Query failed to execute: " + error, log_level::kError);
-    return error;
+    return operation();
   } catch (const std::exception& error) {
-    return describe(error).description();
+    refuse(describe(error).description());
   }
 }
 
@@ -107,58 +148,51 @@ bool ConnectTlCommClient(const HostSettings& config) {
 }
 
 void DisconnectTlCommClient() {
-  if (!TlCommClientConnected()) return;
+  const Client client = g_objTlCommClient;
+  if (!client) return;
   const auto ignoringErrors = [](auto step) { orElse(false, [&] { return step(), true; }); };
   ignoringErrors([] { WriteLog(L"[TLPACSCFG] Disconnecting TlCommClient", log_level::kOutcome); });
-  ignoringErrors([] { g_objTlCommClient->DisconnectFromService(kApplication); });
+  ignoringErrors([&] { client->DisconnectFromService(kApplication); });
+  client->disconnected = true;
   g_objTlCommClient.reset();
 }
 
 bool TlCommClientConnected() { return g_objTlCommClient != nullptr; }
 
 std::int16_t TlCommClientQuery(const std::wstring& sql) {
-  return orElse(std::int16_t{0}, [&]() -> std::int16_t {
-    logStatement(L"[TLPACSCFG] Querying DB using TlCommClient", sql);
-    if (!isConnected(kNotConnected)) return 0;
-    const std::int32_t count = g_objTlCommClient->SQLQueryTable(g_strTlDatabase, sql);
-    if (logError(L"[TLPACSCFG] Query failed: ")) return 0;
-    if (count < 1) {
-      WriteLog(L"[TLPACSCFG] Invalid table count returned", log_level::kError);
-      return 0;
-    }
-    return toInt16(std::int64_t{count});
-  });
+  return orElse(std::int16_t{0}, [&] { return queryTables(sql); });
 }
 
 bool TlCommClientGetDataset(std::int16_t index, Table& data) {
-  return orElse(false, [&] {
-    WriteLog(L"[TLPACSCFG] Getting dataset from TlCommClient", log_level::kOperation);
-    WriteLog(L"[TLPACSCFG] DataIndex:" + decimal(index), log_level::kStatementText);
-    data = Table();
-    if (!isConnected(kNotConnected)) return false;
-    const std::int16_t place = toInt16(std::int64_t{index} - 1);
-    // The wording names the workstation list whatever the table.
-    return fetchArray([&] { data = g_objTlCommClient->GetTableData(place); },
-                      L"[TLPACSCFG] Unable to retrieve workstation list: ");
-  });
+  return orElse(false, [&] { return fetchTable(index, data), true; });
 }
 
 bool TlCommClientExecute(const std::wstring& sql) {
-  std::optional<std::wstring> failure = failureOf(sql);
-  const bool executed = !failure;
-  if (!g_strTlRefusal) g_strTlRefusal = std::move(failure);
-  return executed;
+  return orElse(false, [&] { return executeText(sql), true; });
+}
+
+Table requireTlCommClientTable(const std::wstring& sql) {
+  return inOneError([&] {
+    if (queryTables(sql) != 1) refuse(L"Invalid table count returned");
+    Table data;
+    fetchTable(1, data);
+    return data;
+  });
+}
+
+void requireTlCommClientExecution(const std::wstring& sql) {
+  inOneError([&] { executeText(sql); });
 }
 
 bool TlCommClientGetFileList(const std::wstring& directory, const std::wstring& pattern,
                              std::vector<std::wstring>& files) {
   return orElse(false, [&] {
-    constexpr const wchar_t* kComplaint =
-        L"[TLPACSCFG] Cannot retrieve network files because TlCommClient is not connected";
-    if (!isConnected(kComplaint)) return false;
-    return fetchArray(
-        [&] { files = g_objTlCommClient->GetNetworkDirectoryFiles(directory, pattern); },
+    const Client client = connectedClient(
+        L"[TLPACSCFG] Cannot retrieve network files because TlCommClient is not connected");
+    fetchArray(
+        *client, [&] { files = client->GetNetworkDirectoryFiles(directory, pattern); },
         L"[TLPACSCFG] Unable to get file list: ");
+    return true;
   });
 }
 

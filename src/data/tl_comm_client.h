@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,19 +35,18 @@ class TlCommClientObject {
   virtual std::vector<std::wstring> GetNetworkDirectoryFiles(const std::wstring& directory,
                                                              const std::wstring& pattern) = 0;
   virtual std::wstring CheckForError() = 0;
+
+  /// Set when the client was disconnected, whoever still holds it.
+  bool disconnected = false;
 };
 
 /// Creates the registered client object; throws CannotCreateObject. Tests replace it.
 extern std::function<std::unique_ptr<TlCommClientObject>()> createTlCommClient;
 
-/// Nothing when not connected.
-extern std::unique_ptr<TlCommClientObject> g_objTlCommClient;
+/// Null when not connected. A call in progress keeps its client alive.
+extern std::shared_ptr<TlCommClientObject> g_objTlCommClient;
 /// The database named with every statement.
 extern std::wstring g_strTlDatabase;
-
-/// What was said about the first statement that the client did not execute since this was emptied;
-/// may be an empty text.
-extern std::optional<std::wstring> g_strTlRefusal;
 
 /// None of these throws: what fails answers False or 0 and leaves its lines in the log.
 bool ConnectTlCommClient(const HostSettings& config);
@@ -60,6 +58,12 @@ std::int16_t TlCommClientQuery(const std::wstring& sql);
 /// `index` counts from 1.
 bool TlCommClientGetDataset(std::int16_t index, Table& data);
 bool TlCommClientExecute(const std::wstring& sql);
+
+/// The same requests and log lines for callers that must not miss a failure: what answers 0 or
+/// False above is a RunTimeError in the client's words here.
+Table requireTlCommClientTable(const std::wstring& sql);
+void requireTlCommClientExecution(const std::wstring& sql);
+
 bool TlCommClientGetFileList(const std::wstring& directory, const std::wstring& pattern,
                              std::vector<std::wstring>& files);
 

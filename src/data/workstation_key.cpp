@@ -5,7 +5,6 @@
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
 #include "support/runtime_error.h"
-#include "support/scope_exit.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
@@ -33,14 +32,13 @@ std::int16_t WorkstationConfigExists(const std::wstring& pcName) {
     try {
       WriteLog(L"[TLPACSCFG] Getting workstation user option using TlCommClient",
                log_level::kOutcome);
-    } catch (const RunTimeError&) {
+    } catch (const std::exception&) {
       return 0;
     }
     Table data;
     return TlCommClientQuery(sql) == 1 && TlCommClientGetDataset(1, data) && data.rows() > 0;
   }
-  if (!g_conSql) raise(ErrorNumber::ObjectNotSet);
-  openShared(*g_conSql, sql);
+  openShared(g_conSql, sql);
   const bool found = !sharedResult().EndOfData();
   sharedResult().Close();
   return found;
@@ -58,17 +56,16 @@ void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& config
                      L"key_name = 'PACSConfig'"});
     g_strWorkstationBatch += kLineBreak;
     g_strWorkstationBatch += kLineBreak + statement;
-  } catch (const RunTimeError&) {
+  } catch (const std::exception&) {
     // The batch is only kept as text: a statement that could not be built is left out.
   }
 }
 
 void AddOfflineDbUpdate() {
-  // The change itself is stored; the mark for offline copies is a courtesy, directly and remotely.
-  const ScopeExit asBefore([refusal = g_strTlRefusal] { g_strTlRefusal = refusal; });
   try {
-    ExecuteSQL(L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)");
-  } catch (const RunTimeError&) {
+    ExecuteSQL(kOfflineUpdateStatement);
+  } catch (const std::exception&) {
+    // The change itself is stored; the mark is a courtesy.
   }
 }
 

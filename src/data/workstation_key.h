@@ -17,6 +17,10 @@ std::int16_t WorkstationConfigExists(const std::wstring& pcName);
 /// Appends the INSERT or the UPDATE of the workstation's row to the batch. Errors are swallowed.
 void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& configId);
 
+/// The statement of the mark that tells offline copies about a change.
+inline constexpr const wchar_t* kOfflineUpdateStatement =
+    L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)";
+
 /// Errors are ignored.
 void AddOfflineDbUpdate();
 

@@ -1,8 +1,10 @@
 #include "host/config.h"
 
 #include "data/database.h"
+#include "data/row_error.h"
 #include "data/tl_comm_client.h"
 #include "host/version.h"
+#include "log/log_support.h"
 #include "support/doors.h"
 #include "support/ini_file.h"
 #include "support/runtime_error.h"
@@ -17,11 +19,14 @@ clsConfig::clsConfig() {
 
 bool clsConfig::Init() {
   if (Initialized) return false;
+  std::wstring step = L"Init failed";
   try {
     DisconnectDatabase();
     if (!openDataPath()) return false;
     m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+    step = L"Init failed to load Interface_PACS_cfg";
     m_colPACSConfig->GetPACSConfigurations();
+    step = L"Init failed";
     m_colWorkstation = std::make_shared<colWorkstation>();
     if (g_blnUseOfflineDB) {
       m_colWorkstation->GetOfflineWorkstationInfo();
@@ -29,10 +34,13 @@ bool clsConfig::Init() {
       m_colWorkstation->GetWorkstationsList();
     }
     ReadNetworkRootDir();
+    way = SiteWay::ofModules(*settings);
     Initialized = true;
     return true;
-  } catch (const std::exception&) {
-    // A host learns of a failure by the result alone.
+  } catch (const std::exception& error) {
+    // A host learns of a failure by the result alone; the log says why.
+    const auto* const row = dynamic_cast<const RowError*>(&error);
+    logFailure(row ? step + L", " + row->place() : step, describe(error));
     return false;
   }
 }

@@ -5,6 +5,7 @@
 
 #include "config/pacs_configurations.h"
 #include "data/host_settings.h"
+#include "host/site_access.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg {
@@ -19,6 +20,9 @@ class clsConfig {
   std::shared_ptr<colWorkstation> m_colWorkstation;
   bool ConfigLoaded = false;
   bool Initialized = false;
+
+  /// The way to the data that Init opened, for the windows.
+  SiteWay way;
 
   /// Opens the way to the data and loads both collections. False when that failed, and false
   /// without doing anything when it was done before.

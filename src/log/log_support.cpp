@@ -51,6 +51,16 @@ void WriteLog(std::wstring_view message, std::int16_t level) {
   appendToLogFile(g_strLogFile, entryText(message, level));
 }
 
+void logFailure(const std::wstring& what, const RunTimeError& error) noexcept {
+  try {
+    WriteLog(
+        L"[TLPACSCFG] " + what + L": Error " + decimal(error.number()) + L" " + error.description(),
+        log_level::kError);
+  } catch (...) {
+    // There is nobody left to tell.
+  }
+}
+
 std::wstring FormatTimestamp() {
   const doors::LocalTime now = doors::localTime();
   return zeroPadded(now.year, 4) + L"-" + zeroPadded(now.month, 2) + L"-" + zeroPadded(now.day, 2) +

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/runtime_error.h"
+
 namespace tlpacscfg {
 
 /// The module-wide settings of the log: an empty file name switches it off; debug lines are
@@ -24,6 +26,10 @@ inline constexpr std::int16_t kStatementText = 19;
 /// Appends one entry to the log file, which is on disk when the call returns.
 /// Throws PathFileAccess when the file cannot be written.
 void WriteLog(std::wstring_view message, std::int16_t level);
+
+/// Writes an error entry about a failure that nobody is told of otherwise: "[TLPACSCFG] ", what
+/// failed, the number and the description. A log that cannot be written is no further failure.
+void logFailure(const std::wstring& what, const RunTimeError& error) noexcept;
 
 /// The local time as YYYY-MM-DD HH:MM:SS.mmm.
 std::wstring FormatTimestamp();

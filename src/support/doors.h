@@ -18,6 +18,7 @@ enum class Answer { Ok, Yes, No, Cancel };
 struct Message {
   std::wstring text;
   Buttons buttons = Buttons::Ok;
+  Answer defaultAnswer = Answer::Yes;  ///< Of a question.
   Icon icon = Icon::None;
   Modality modality = Modality::System;
   std::wstring title = L"TLPACSCFG";

@@ -59,6 +59,10 @@ Answer messageBox(const Message& message) {
   if (message.icon == Icon::Critical) style |= MB_ICONERROR;
   if (message.buttons == Buttons::YesNo) style |= MB_YESNO;
   if (message.buttons == Buttons::YesNoCancel) style |= MB_YESNOCANCEL;
+  if (message.buttons != Buttons::Ok) {
+    if (message.defaultAnswer == Answer::No) style |= MB_DEFBUTTON2;
+    if (message.defaultAnswer == Answer::Cancel) style |= MB_DEFBUTTON3;
+  }
   const HWND owner = GetActiveWindow();
   const ThreadWindowsDisabled guard(owner);
   switch (MessageBoxW(owner, message.text.c_str(), message.title.c_str(), style)) {

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "data/database.h"
+#include "host/site_access.h"
+#include "log/log_support.h"
 #include "support/doors.h"
 #include "support/scope_exit.h"
 #include "support/text.h"
@@ -137,7 +138,7 @@ void frmPACSList::onMinMaxInfo(MINMAXINFO& info) {
 
 void frmPACSList::FillPCList() {
   try {
-    rows_.clear();
+    const SiteAccess access(*config_);
     SetWorkstationsList(static_cast<WorkstationFilter>(filter_.selectedCode()));
     rows_.sortOrder = kDescending;
     SortListView(rows_, columnNumber(WorkstationRows::kName),
@@ -145,8 +146,8 @@ void frmPACSList::FillPCList() {
     list_.refill();
     list_.showSortArrow(WorkstationRows::kName, true);
     SetCurrentWorkstation();
-  } catch (const RunTimeError&) {
-    list_.refill();
+  } catch (...) {
+    logFailure(L"The workstation list was not filled", describeCurrent());
     doors::showMessage({.text = L"PACS interface configuration could not be loaded.  Please "
                                 L"contact Brannock & Company for technical support.",
                         .title = L"Corvane Search Configurations"});
@@ -251,23 +252,62 @@ void frmPACSList::editWorkstation() {
 }
 
 void frmPACSList::onClose() {
-  if (!saveFailed_) return saveAndClose();
-  // Without this way out a database that refuses the assignments would hold the host for ever.
-  const doors::Answer answer = doors::showMessage(
-      {.text = L"The workstation assignments could not be saved. Close without saving them?",
-       .buttons = doors::Buttons::YesNo});
-  if (answer == doors::Answer::Yes) closeEditorsAndUnload();
+  try {
+    saveAndClose();
+  } catch (...) {
+    win32::reportRunTimeError(describeCurrent());
+    // Without this way out a database that refuses the assignments would hold the host for ever.
+    if (closeWithoutSaving()) closeEditorsAndUnload();
+  }
+}
+
+bool frmPACSList::closeWithoutSaving() {
+  return doors::showMessage({.text = L"The workstation assignments could not be saved. Close "
+                                     L"without saving them?",
+                             .buttons = doors::Buttons::YesNo,
+                             .defaultAnswer = doors::Answer::No}) == doors::Answer::Yes;
 }
 
 void frmPACSList::saveAndClose() {
-  if (closing_) return;
-  closing_ = true;
-  const ScopeExit done([this] { closing_ = false; });
-  saveFailed_ = true;
+  if (saveAssignments()) closeEditorsAndUnload();
+}
+
+/// False when the administrator stays to settle what somebody else has assigned, and while an
+/// earlier save waits for an answer.
+bool frmPACSList::saveAssignments() {
+  if (saving_) return false;
+  saving_ = true;
+  const ScopeExit done([this] { saving_ = false; });
   if (!config_->m_colWorkstation) raise(ErrorNumber::ObjectNotSet);
-  requireExecution([this] { config_->m_colWorkstation->SaveAllWorkStationSettings(); });
-  saveFailed_ = false;
-  closeEditorsAndUnload();
+  const colWorkstation& workstations = *config_->m_colWorkstation;
+  const SiteAccess access(*config_);
+  std::vector<AssignmentConflict> overruled;
+  for (;;) {
+    const auto conflicts = saveShowingProgress(workstations, overruled);
+    if (conflicts.empty()) return true;
+    switch (askWhoseAssignments(conflicts)) {
+      case doors::Answer::Yes:
+        overruled.insert(overruled.end(), conflicts.begin(), conflicts.end());
+        break;
+      case doors::Answer::No:
+        for (const AssignmentConflict& conflict : conflicts) yieldTo(conflict, workstations);
+        break;
+      default:
+        return false;
+    }
+  }
+}
+
+std::vector<AssignmentConflict> frmPACSList::saveShowingProgress(
+    const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled) {
+  return tlpacscfg::saveAssignments(workstations, overruled, [](std::size_t, std::size_t) {});
+}
+
+doors::Answer frmPACSList::askWhoseAssignments(
+    const std::vector<AssignmentConflict>& conflicts) const {
+  return doors::showMessage({.text = conflictQuestion(conflicts, *config_->m_colPACSConfig),
+                             .buttons = doors::Buttons::YesNoCancel,
+                             .defaultAnswer = doors::Answer::Cancel});
 }
 
 void frmPACSList::closeEditorsAndUnload() {
@@ -276,6 +316,22 @@ void frmPACSList::closeEditorsAndUnload() {
   if (settings_->isOpen() || assignment_->isOpen()) return;
   destroy();
   config_->ConfigLoaded = false;
+}
+
+/// The session ends, perhaps: what is not saved is saved or asked about while there is time.
+std::optional<INT_PTR> frmPACSList::onMessage(UINT message, WPARAM, LPARAM) {
+  if (message != WM_QUERYENDSESSION) return std::nullopt;
+  SetWindowLongPtrW(window(), DWLP_MSGRESULT, mayEnd() ? TRUE : FALSE);
+  return TRUE;
+}
+
+bool frmPACSList::mayEnd() {
+  try {
+    return saveAssignments() && settings_->mayLeave();
+  } catch (...) {
+    win32::reportRunTimeError(describeCurrent());
+    return closeWithoutSaving() && settings_->mayLeave();
+  }
 }
 
 }  // namespace tlpacscfg

@@ -2,15 +2,19 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "host/config.h"
+#include "support/doors.h"
 #include "ui/model/workstation_rows.h"
 #include "ui/win32/anchors.h"
 #include "ui/win32/combo_box.h"
 #include "ui/win32/form.h"
 #include "ui/win32/list_view.h"
 #include "ui/win32/tooltips.h"
+#include "workstation/assignments.h"
 
 namespace tlpacscfg {
 
@@ -32,6 +36,12 @@ class frmPACSList : public win32::Form {
   /// Brings the window, loaded already, to the front.
   void BringToFront() const;
 
+  /// As the close box does it: saves, asks where that fails, and may stay open.
+  void askToClose() { onClose(); }
+
+  /// While a save, or a question that it brought up, is not over.
+  bool isSaving() const { return saving_; }
+
   /// Refills and sorts the list by name, and selects the local computer's row. An error is shown;
   /// the list keeps what was filled.
   void FillPCList();
@@ -51,6 +61,7 @@ class frmPACSList : public win32::Form {
   void onSize(int clientWidth, int clientHeight) override;
   void onMinMaxInfo(MINMAXINFO& info) override;
   void onClose() override;
+  std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   void addColumns();
   void fitToDesignedRows();
@@ -61,6 +72,12 @@ class frmPACSList : public win32::Form {
   void editConfiguration();
   void editWorkstation();
   void saveAndClose();
+  bool saveAssignments();
+  std::vector<AssignmentConflict> saveShowingProgress(
+      const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled);
+  doors::Answer askWhoseAssignments(const std::vector<AssignmentConflict>& conflicts) const;
+  static bool closeWithoutSaving();
+  bool mayEnd();
   void closeEditorsAndUnload();
 
   std::shared_ptr<clsConfig> config_;
@@ -78,8 +95,7 @@ class frmPACSList : public win32::Form {
 
   std::wstring chosenWorkstation_;
   std::wstring localComputer_;
-  bool closing_ = false;
-  bool saveFailed_ = false;
+  bool saving_ = false;
 };
 
 }  // namespace tlpacscfg

@@ -52,7 +52,12 @@ std::optional<std::size_t> pageOfMnemonic(wchar_t letter) {
 frmPACSSettings::frmPACSSettings(frmPACSList& list, std::shared_ptr<clsConfig> config)
     : Form(L"frmPACSSettings"),
       list_(list),
-      editor_(std::move(config), {.refreshWorkstationList =
+      editor_(std::move(config), {.present =
+                                      [this] {
+                                        present();
+                                        presentInFront();
+                                      },
+                                  .refreshWorkstationList =
                                       [this] {
                                         list_.FillPCList();
                                         list_.SetItemFocus();
@@ -67,24 +72,29 @@ frmPACSSettings::~frmPACSSettings() { destroy(); }
 
 void frmPACSSettings::ShowPACSSettings(std::int16_t configID) {
   const bool wasOpen = isOpen();
-  if (wasOpen) {
-    bool goOn = false;
-    runSettled([&] { goOn = editor_.CheckForSave(editor_.currentID()); });
-    SetForegroundWindow(window());
-    if (!goOn) return;
-  } else {
+  if (!wasOpen) {
     editor_.load();
     load(IDD_frmPACSSettings, list_.window());
   }
   try {
-    runCommand([&] { editor_.ShowPACSSettings(configID); });
+    runSettled([&] { editor_.ShowPACSSettings(configID); });
   } catch (...) {
     if (!wasOpen) destroy();
     throw;
   }
+  presentInFront();
+}
+
+void frmPACSSettings::presentInFront() {
   ShowWindow(window(), SW_SHOW);
   SetForegroundWindow(window());
   presentFocus();
+}
+
+bool frmPACSSettings::mayLeave() {
+  bool mayLeave = true;
+  if (isOpen()) runSettled([&] { mayLeave = editor_.CheckForSave(editor_.currentID()); });
+  return mayLeave;
 }
 
 void frmPACSSettings::askToClose() {

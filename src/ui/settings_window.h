@@ -36,6 +36,9 @@ class frmPACSSettings : public win32::Form {
   /// The same as the Exit button: it may ask, and it may stay.
   void askToClose();
 
+  /// Asks about unsaved edits; false when the user stays. The window stays open.
+  bool mayLeave();
+
   bool onKey(const MSG& message) override;
 
  private:
@@ -63,6 +66,7 @@ class frmPACSSettings : public win32::Form {
 
   void readControls();
   void present();
+  void presentInFront();
   void presentRows();
   void presentForm();
   void presentControl(const ControlDesign& each, const ControlContent& wanted,

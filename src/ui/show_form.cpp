@@ -2,9 +2,14 @@
 
 #include <windows.h>
 
+#include <optional>
+#include <utility>
+
 #include "data/database.h"
+#include "host/site_access.h"
 #include "log/log_support.h"
 #include "support/scope_exit.h"
+#include "support/text.h"
 #include "ui/list_window.h"
 
 namespace tlpacscfg {
@@ -16,54 +21,71 @@ constexpr std::uint8_t kNotShown = 1;
 /// Set while a list window is loaded: a host may call again from the messages processed meanwhile.
 frmPACSList* g_loadedList = nullptr;
 
-/// False when the host's program is ending.
-bool processMessages() {
+/// The exit code of a host that is ending; null while it goes on.
+std::optional<int> processMessages() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) {
-      PostQuitMessage(static_cast<int>(message.wParam));
-      return false;
-    }
+    if (message.message == WM_QUIT) return static_cast<int>(message.wParam);
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
+  return std::nullopt;
+}
+
+/// A host that ends meanwhile waits until the list is closed, which saves or asks first.
+void waitUntilUnloaded(frmPACSList& list) {
+  constexpr DWORD kWaitMilliseconds = 10;
+  std::optional<int> exitCode;
+  while (list.isCreated()) {
+    MsgWaitForMultipleObjectsEx(0, nullptr, kWaitMilliseconds, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    const std::optional<int> ending = processMessages();
+    if (!ending) continue;
+    exitCode = ending;
+    if (list.isCreated()) list.askToClose();
+  }
+  if (exitCode) PostQuitMessage(*exitCode);
+}
+
+/// False when no window can be shown: the last one is about to close, and waits for an answer that
+/// this call would keep from it.
+bool showList(const std::shared_ptr<clsConfig>& config) {
+  if (g_loadedList != nullptr && g_loadedList->isCreated()) {
+    if (g_loadedList->isSaving()) return false;
+    g_loadedList->BringToFront();
+    config->ConfigLoaded = true;
+    waitUntilUnloaded(*g_loadedList);
+    return true;
+  }
+  frmPACSList list(config);
+  const ScopeExit forget([before = std::exchange(g_loadedList, &list)] { g_loadedList = before; });
+  list.Show();
+  config->ConfigLoaded = true;
+  waitUntilUnloaded(list);
   return true;
 }
 
-void waitUntilUnloaded() {
-  constexpr DWORD kWaitMilliseconds = 10;
-  while (win32::IsFormLoaded(frmPACSList::kName)) {
-    MsgWaitForMultipleObjectsEx(0, nullptr, kWaitMilliseconds, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    if (!processMessages()) return;
+bool databaseAnswers(clsConfig& config) {
+  try {
+    const SiteAccess access(config);
+    return TestDatabaseConnection();
+  } catch (const std::exception& error) {
+    logFailure(L"ShowForm failed", describe(error));
+    return false;
   }
-}
-
-void showList(const std::shared_ptr<clsConfig>& config) {
-  if (g_loadedList != nullptr) {
-    g_loadedList->BringToFront();
-    config->ConfigLoaded = true;
-    return waitUntilUnloaded();
-  }
-  frmPACSList list(config);
-  g_loadedList = &list;
-  const ScopeExit forget([] { g_loadedList = nullptr; });
-  list.Show();
-  config->ConfigLoaded = true;
-  waitUntilUnloaded();
 }
 
 }  // namespace
 
 std::uint8_t ShowForm(const std::shared_ptr<clsConfig>& config) {
   try {
-    if (!TestDatabaseConnection()) {
+    if (!databaseAnswers(*config)) {
       WriteLog(L"[TLPACSCFG] Database connection test failed", log_level::kOutcome);
       return kNotShown;
     }
-    showList(config);
-    return kShown;
-  } catch (const std::exception&) {
-    // A host learns of a failure by the code alone.
+    return showList(config) ? kShown : kNotShown;
+  } catch (...) {
+    // The host learns of a failure by the code alone; the log says why.
+    logFailure(L"ShowForm failed", describeCurrent());
     return kNotShown;
   }
 }

@@ -8,7 +8,7 @@
 namespace tlpacscfg {
 namespace {
 
-constexpr int kWorkstationsInBatch = 100;
+constexpr std::size_t kWorkstationsInBatch = 100;
 
 std::wstring assignmentStatements(const clsWorkstation& workstation) {
   const std::wstring& name = workstation.WorkStation;
@@ -44,12 +44,18 @@ void colWorkstation::AddWS(std::int16_t configID, const std::wstring& WorkStatio
   add(configID, WorkStation, 0);
 }
 
-void colWorkstation::add(std::int16_t configID, std::wstring_view name, std::int16_t flag2) {
+void colWorkstation::addStored(std::int16_t configID, std::wstring_view name, std::int16_t flag2) {
+  add(configID, name, flag2)->storedConfigID = configID;
+}
+
+colWorkstation::Pointer colWorkstation::add(std::int16_t configID, std::wstring_view name,
+                                            std::int16_t flag2) {
   const auto workstation = std::make_shared<clsWorkstation>();
   workstation->configID = configID;
   workstation->WorkStation = name;
   workstation->Flag2 = flag2;
   ColWorkStations->add(workstation, name);
+  return workstation;
 }
 
 std::int16_t colWorkstation::GetItemNumber(const std::wstring& WorkStation) const {
@@ -61,19 +67,27 @@ std::int16_t colWorkstation::GetItemNumber(const std::wstring& WorkStation) cons
   return 0;
 }
 
+void forEachAssignmentCommand(
+    const std::vector<std::shared_ptr<clsWorkstation>>& workstations,
+    const std::function<void(const std::wstring& command, std::size_t workstationsDone)>& run) {
+  std::wstring batch;
+  std::size_t done = 0;
+  for (const auto& workstation : workstations) {
+    batch += assignmentStatements(*workstation);
+    if (++done % kWorkstationsInBatch != 0) continue;
+    run(batch, done);
+    batch.clear();
+  }
+  if (!batch.empty()) run(batch, done);
+}
+
 void colWorkstation::SaveAllWorkStationSettings() const {
   g_strWorkstationBatch.clear();
-  std::wstring batch;
-  int counter = 0;
-  for (const Pointer& workstation : ColWorkStations->items()) {
-    batch += assignmentStatements(*workstation);
-    if (++counter == kWorkstationsInBatch) {
-      ExecuteSQL(batch);
-      batch.clear();
-      counter = 0;
-    }
-  }
-  if (counter > 0) ExecuteSQL(batch);
+  std::vector<Pointer> all;
+  all.reserve(ColWorkStations->count());
+  for (const Pointer& workstation : ColWorkStations->items()) all.push_back(workstation);
+  forEachAssignmentCommand(all,
+                           [](const std::wstring& command, std::size_t) { ExecuteSQL(command); });
   AddOfflineDbUpdate();
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "support/keyed_collection.h"
 
@@ -15,9 +18,31 @@ class clsWorkstation {
   std::wstring WorkStation;
   std::int16_t Flag2 = 0;  ///< 1 marks a Corvane Expert workstation.
 
+  /// The assignment that the database held when it was last read or written; null for a workstation
+  /// that was not loaded. It tells this administrator's changes from somebody else's.
+  std::optional<std::int16_t> storedConfigID;
+
+  bool isReassigned() const { return storedConfigID && *storedConfigID != configID; }
+
   /// Queues the assignment's statement; nothing runs it.
   void SaveWorkstation() const;
 };
+
+/// The query of all workstations with their assignments; its columns are the name, the assigned
+/// configuration or Null, one that is not used, and Flag2.
+inline constexpr const wchar_t* kListStatement =
+    L"select p.pc_name,"
+    L"key_value = (select key_value from system_workstation_cfg where key_name = 'PACSConfig' and "
+    L"pc_name = p.pc_name), "
+    L"access_string, p.flag2 "
+    L"from system_pc_names p";
+enum ListColumn : std::size_t { kListName = 0, kListConfig = 1, kListFlag2 = 3 };
+
+/// The statements that rewrite the assignments, 100 workstations in each command: what is called
+/// with a command may throw, which ends the rest.
+void forEachAssignmentCommand(
+    const std::vector<std::shared_ptr<clsWorkstation>>& workstations,
+    const std::function<void(const std::wstring& command, std::size_t workstationsDone)>& run);
 
 /// The workstations in the order in which the source delivered them, keyed by name without regard
 /// to case. A load adds to what is there.
@@ -51,7 +76,8 @@ class colWorkstation {
   bool CheckforAttachedWS(std::int16_t configID) const;
 
  private:
-  void add(std::int16_t configID, std::wstring_view name, std::int16_t flag2);
+  Pointer add(std::int16_t configID, std::wstring_view name, std::int16_t flag2);
+  void addStored(std::int16_t configID, std::wstring_view name, std::int16_t flag2);
   void loadDirect();
   void loadRemote();
 };

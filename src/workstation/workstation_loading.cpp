@@ -11,15 +11,6 @@
 namespace tlpacscfg {
 namespace {
 
-constexpr const wchar_t* kListStatement =
-    L"select p.pc_name,"
-    L"key_value = (select key_value from system_workstation_cfg where key_name = 'PACSConfig' and "
-    L"pc_name = p.pc_name), "
-    L"access_string, p.flag2 "
-    L"from system_pc_names p";
-
-enum ListColumn : std::size_t { kName = 0, kConfig = 1, kFlag2 = 3 };
-
 std::int16_t requiredInt16(const Cell& cell) {
   if (!cell) raise(ErrorNumber::InvalidUseOfNull);
   return toInt16(*cell);
@@ -37,8 +28,7 @@ void showError(const RunTimeError& error) {
 
 /// The first row of the statement on the offline connection, in the shared slot; false when none.
 bool firstOfflineRow(const std::wstring& sql) {
-  if (!g_conOffline) raise(ErrorNumber::ObjectNotSet);
-  openShared(*g_conOffline, sql);
+  openShared(g_conOffline, sql);
   return !sharedResult().EndOfData();
 }
 
@@ -48,20 +38,20 @@ void colWorkstation::GetWorkstationsList() {
   if (TlCommClientConnected()) return loadRemote();
   try {
     loadDirect();
-  } catch (const RunTimeError& error) {
-    showError(error);
+  } catch (const std::exception& error) {
+    showError(describe(error));
   }
 }
 
 void colWorkstation::loadDirect() {
-  if (g_blnSqlConnected) openShared(*g_conSql, kListStatement);
+  if (g_blnSqlConnected) openShared(g_conSql, kListStatement);
   ResultSet& rows = sharedResult();
   ColWorkStations->reserve(ColWorkStations->count() + rows.RowsLeft());
   for (; !rows.EndOfData(); rows.MoveNext()) {
-    const Cell config = rows.Column(kConfig);
+    const Cell config = rows.Column(kListConfig);
     const std::int16_t configID = !config || *config == L"0" ? std::int16_t{0} : toInt16(*config);
-    const std::wstring_view name = trimBlanks(requiredText(rows.Column(kName)));
-    add(configID, name, requiredInt16(rows.Column(kFlag2)));
+    const std::wstring_view name = trimBlanks(requiredText(rows.Column(kListName)));
+    addStored(configID, name, requiredInt16(rows.Column(kListFlag2)));
   }
   rows.Close();
 }
@@ -78,17 +68,19 @@ void colWorkstation::loadRemote() {
                           .modality = doors::Modality::Application});
     }
     for (std::size_t row = 0; row < data.rows(); ++row) {
-      if (data.columns() <= kFlag2) raise(ErrorNumber::SubscriptOutOfRange);
-      const Cell config = data.at(kConfig, row);
+      if (data.columns() <= kListFlag2) raise(ErrorNumber::SubscriptOutOfRange);
+      const Cell config = data.at(kListConfig, row);
       const bool assigned = config && isNumeric(*config);
-      const std::wstring_view name = trimBlanks(requiredText(data.at(kName, row)));
-      add(assigned ? toInt16(*config) : std::int16_t{0}, name, requiredInt16(data.at(kFlag2, row)));
+      const std::wstring_view name = trimBlanks(requiredText(data.at(kListName, row)));
+      addStored(assigned ? toInt16(*config) : std::int16_t{0}, name,
+                requiredInt16(data.at(kListFlag2, row)));
     }
-  } catch (const RunTimeError& error) {
+  } catch (const std::exception& thrown) {
+    const RunTimeError error = describe(thrown);
     try {
       WriteLog(L"[TLPACSCFG] Error " + decimal(error.number()) + L" " + error.description(),
                log_level::kError);
-    } catch (const RunTimeError&) {
+    } catch (const std::exception&) {
       // The message box tells the administrator in any case.
     }
     doors::showMessage({.text = L"An error was encountered getting the workstation list."});
@@ -108,11 +100,11 @@ void colWorkstation::GetOfflineWorkstationInfo() {
     }
     if (firstOfflineRow(L"SELECT access_string, flag2 FROM System_pc_names WHERE pc_name = " +
                         quoted)) {
-      add(configID, name, requiredInt16(sharedResult().Column(1)));
+      addStored(configID, name, requiredInt16(sharedResult().Column(1)));
     }
     sharedResult().Close();
-  } catch (const RunTimeError& error) {
-    showError(error);
+  } catch (const std::exception& error) {
+    showError(describe(error));
   }
 }
 

@@ -123,7 +123,7 @@ TEST_F(ConnectionTest, AFailedConnectCanBeTriedAgain) {
 TEST_F(ConnectionTest, DisconnectingClosesEverything) {
   connect();
   const std::weak_ptr<odbc::Connection> connection = g_conSql;
-  const std::weak_ptr<odbc::Environment> environment = g_envSql;
+  const std::weak_ptr<const odbc::Environment> environment = g_envSql;
   const auto client = connectFakeClient();
   g_blnOfflineConnected = true;
   DisconnectDatabase();
@@ -145,7 +145,7 @@ TEST_F(ConnectionTest, DisconnectingTwiceIsHarmless) {
 TEST_F(ConnectionTest, AResultSetOutlivesItsConnection) {
   addWorkstation(L"PC1");
   connect();
-  openShared(*g_conSql, L"select pc_name from System_pc_names");
+  openShared(g_conSql, L"select pc_name from System_pc_names");
   DisconnectDatabase();
   EXPECT_EQ(sharedResult().Column(0), L"PC1");
 }

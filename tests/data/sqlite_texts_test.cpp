@@ -11,7 +11,7 @@ TEST_P(SqliteTextsTest, ComeBackAsTheyWereStored) {
   connect();
   const std::wstring literal = L"'" + FixQuotes(GetParam()) + L"'";
   ExecuteSQL(L"INSERT INTO System_pc_names VALUES('PC', " + literal + L", 1)");
-  openShared(*g_conSql,
+  openShared(g_conSql,
              L"select access_string from System_pc_names where access_string = " + literal);
   ASSERT_FALSE(sharedResult().EndOfData());
   EXPECT_EQ(sharedResult().Column(0), GetParam());

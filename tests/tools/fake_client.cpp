@@ -1,8 +1,10 @@
 #include "tools/fake_client.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
+#include "data/odbc/connection.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 
@@ -38,7 +40,12 @@ class FakeClient : public TlCommClientObject {
   bool SQLExecuteText(const std::wstring& database, const std::wstring& sql) override {
     note(L"SQLExecuteText", {database, sql});
     const std::wstring& refused = script_->refused;
-    return script_->executes && (refused.empty() || sql.find(refused) == sql.npos);
+    if (!script_->executes || (!refused.empty() && sql.find(refused) != sql.npos)) {
+      if (!script_->reason.empty()) script_->errors.push_back(script_->reason);
+      return false;
+    }
+    if (script_->execute) script_->execute(sql);
+    return true;
   }
   std::vector<std::wstring> GetNetworkDirectoryFiles(const std::wstring& directory,
                                                      const std::wstring& pattern) override {
@@ -91,6 +98,16 @@ std::shared_ptr<ClientScript> connectFakeClient(const std::wstring& database) {
   auto script = installFakeClient();
   g_objTlCommClient = createTlCommClient();
   g_strTlDatabase = database;
+  return script;
+}
+
+std::shared_ptr<ClientScript> connectSiteClient() {
+  auto script = connectFakeClient();
+  const auto site = std::make_shared<odbc::Connection>(
+      std::make_shared<odbc::Environment>(odbc::CursorLibrary::NotUsed, std::chrono::seconds(5)),
+      L"TlTestSite", odbc::Prompt::Never, L"");
+  script->answer = [site](const std::wstring& sql) { return site->query(sql); };
+  script->execute = [site](const std::wstring& sql) { site->execute(sql); };
   return script;
 }
 

@@ -23,8 +23,12 @@ struct ClientScript {
   std::int32_t tableCount = 1;
   Table table;
   bool executes = true;
-  /// Statements that contain this text are not executed either.
+  /// Statements that contain this text are not executed either, and the next CheckForError gives
+  /// the reason.
   std::wstring refused;
+  std::wstring reason;
+  /// Executes a statement that is not refused; what it throws, the method throws.
+  std::function<void(const std::wstring& sql)> execute;
   std::vector<std::wstring> files;
   /// The answers to CheckForError, one after the other; then the empty text.
   std::deque<std::wstring> errors;
@@ -46,5 +50,8 @@ std::shared_ptr<ClientScript> installFakeClient();
 
 /// The same, and connected, with nothing noted yet.
 std::shared_ptr<ClientScript> connectFakeClient(const std::wstring& database = L"site");
+
+/// The same, with the database behind the data source TlTestSite at the client's other end.
+std::shared_ptr<ClientScript> connectSiteClient();
 
 }  // namespace tlpacscfg::test

@@ -48,6 +48,16 @@ class BlockFetch {
     for (std::size_t i = 0; i < columns_.size(); ++i) describe(i);
   }
 
+  /// The statement lives on: the driver must not write into the buffers that go.
+  ~BlockFetch() {
+    SQLFreeStmt(statement_.get(), SQL_UNBIND);
+    if (rowArrays_ == RowArrays::Unsupported) return;
+    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
+    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
+  }
+  BlockFetch(const BlockFetch&) = delete;
+  BlockFetch& operator=(const BlockFetch&) = delete;
+
   /// False when a cell did not fit; the widths have then grown.
   bool fetch(Table& table) {
     bind();

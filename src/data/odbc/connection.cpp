@@ -4,6 +4,9 @@
 #include <array>
 #include <utility>
 
+#include "support/scope_exit.h"
+#include "support/secret.h"
+
 namespace tlpacscfg::odbc {
 namespace {
 
@@ -30,52 +33,6 @@ SQLSMALLINT columnCount(const StatementHandle& statement) {
   statement.verify(SQLNumResultCols(statement.get(), &count));
   return count;
 }
-
-/// Rolls back unless it was committed; either way, each statement commits itself again afterwards.
-class Transaction {
- public:
-  Transaction(const ConnectionHandle& connection, Dialect dialect)
-      : connection_(connection), dialect_(dialect) {
-    connection_.verify(setAutocommit(SQL_AUTOCOMMIT_OFF));
-  }
-  ~Transaction() {
-    if (!committed_ && !rollBack() && dialect_ == Dialect::Sqlite) rollBackAnew();
-    setAutocommit(SQL_AUTOCOMMIT_ON);
-  }
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
-
-  void commit() {
-    connection_.verify(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_COMMIT));
-    committed_ = true;
-  }
-
- private:
-  SQLRETURN setAutocommit(std::uintptr_t mode) const {
-    return SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT, attribute(mode),
-                              SQL_IS_UINTEGER);
-  }
-
-  bool rollBack() const {
-    return SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK));
-  }
-
-  /// SQLite undoes a transaction by itself when the disk is full. Its driver then goes on as if the
-  /// transaction still ran, and would run the next one without any: a transaction begun behind its
-  /// back and undone brings both together again.
-  void rollBackAnew() const {
-    try {
-      executeDirect(StatementHandle(connection_), L"BEGIN");
-      rollBack();
-    } catch (const Error&) {
-      // The connection is of no more use, which the next statement reports.
-    }
-  }
-
-  const ConnectionHandle& connection_;
-  Dialect dialect_;
-  bool committed_ = false;
-};
 
 std::wstring dbmsName(const ConnectionHandle& connection) {
   std::array<SQLWCHAR, 128> name{};
@@ -115,8 +72,20 @@ Environment::Environment(CursorLibrary cursorLibrary, std::chrono::seconds login
 Connection::Connection(std::shared_ptr<const Environment> environment, std::wstring_view dataSource,
                        Prompt prompt, std::wstring_view parameters)
     : environment_(std::move(environment)) {
-  std::wstring text = withoutEmptyDataSource(parameters);
-  if (!dataSource.empty()) text = L"DSN=" + std::wstring(dataSource) + L";" + text;
+  // Both may hold a password.
+  std::wstring kept = withoutEmptyDataSource(parameters);
+  std::wstring text;
+  const ScopeExit wiped([&] {
+    wipe(kept);
+    wipe(text);
+  });
+  text.reserve(2 * dataSource.size() + kept.size() + 10);
+  if (!dataSource.empty()) {
+    text += L"DSN=";
+    appendConnectValue(text, dataSource);
+    text += L';';
+  }
+  text += kept;
   open(environment_->cursorLibrary(), prompt, text);
   try {
     dialect_ = dialectOf(dbmsName(handle_));
@@ -139,6 +108,7 @@ void Connection::open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_v
   handle_.verify(SQLSetConnectAttrW(handle_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(seconds), 0));
 
   std::u16string text = toOdbc(parameters);
+  const ScopeExit wiped([&text] { wipeMemory(text.data(), text.size() * sizeof(char16_t)); });
   const bool mayPrompt = prompt == Prompt::ForMissingInformation;
   handle_.verify(SQLDriverConnectW(handle_.get(), mayPrompt ? promptParent() : nullptr,
                                    odbcText(text), static_cast<SQLSMALLINT>(text.size()), nullptr,
@@ -146,7 +116,27 @@ void Connection::open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_v
                                    mayPrompt ? SQL_DRIVER_COMPLETE : SQL_DRIVER_NOPROMPT));
 }
 
+/// Runs the work and remembers what its failure says about the connection and the transaction.
+template <class Work>
+auto Connection::noting(Work work) {
+  if (failure_) throw *failure_;
+  if (handle_.get() == SQL_NULL_HANDLE) {
+    throw Error(kOdbcFailed, L"08003: The connection is closed.", L"08003", 0);
+  }
+  try {
+    return work();
+  } catch (const Error& error) {
+    if (error.connectionIsLost() || isLost()) lost_ = true;
+    if (inTransaction_ && !failure_) failure_ = error;
+    throw;
+  }
+}
+
 Table Connection::query(std::wstring_view sql) {
+  return noting([&] { return fetch(sql); });
+}
+
+Table Connection::fetch(std::wstring_view sql) {
   if (dialect_ == Dialect::AccessReader) {
     const ClientQuery plan = clientQueryFor(sql);
     const StatementHandle statement = newStatement();
@@ -169,9 +159,15 @@ Table Connection::query(std::wstring_view sql) {
 }
 
 void Connection::execute(std::wstring_view sql) {
-  Transaction transaction(handle_, dialect_);
-  run(sql);
-  transaction.commit();
+  if (inTransaction_) return noting([&] { run(sql); });
+  begin();
+  try {
+    noting([&] { run(sql); });
+    commit();
+  } catch (...) {
+    takeBack();
+    throw;
+  }
 }
 
 void Connection::run(std::wstring_view sql) {
@@ -180,6 +176,107 @@ void Connection::run(std::wstring_view sql) {
     executeDirect(statement, text);
     drain(statement);
   }
+}
+
+bool Connection::isLost() const {
+  if (lost_ || handle_.get() == SQL_NULL_HANDLE) return true;
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const SQLRETURN code =
+      SQLGetConnectAttrW(handle_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof(dead), nullptr);
+  return SQL_SUCCEEDED(code) && dead == SQL_CD_TRUE;
+}
+
+bool Connection::answers() {
+  try {
+    query(L"SELECT 1");
+  } catch (const RunTimeError&) {
+    // A refusal is an answer too.
+  }
+  return !isLost();
+}
+
+void Connection::close() noexcept {
+  lost_ = true;
+  handle_ = ConnectionHandle();
+}
+
+SQLRETURN Connection::setAutocommit(std::uintptr_t mode) const {
+  return SQLSetConnectAttrW(handle_.get(), SQL_ATTR_AUTOCOMMIT, attribute(mode), SQL_IS_UINTEGER);
+}
+
+void Connection::begin() {
+  noting([&] { handle_.verify(setAutocommit(SQL_AUTOCOMMIT_OFF)); });
+  inTransaction_ = true;
+}
+
+void Connection::commit() {
+  noting([&] {
+    handle_.verify(SQLEndTran(SQL_HANDLE_DBC, handle_.get(), SQL_COMMIT));
+    inTransaction_ = false;
+    if (!SQL_SUCCEEDED(setAutocommit(SQL_AUTOCOMMIT_ON))) close();
+  });
+}
+
+void Connection::takeBack() noexcept {
+  failure_.reset();
+  if (!std::exchange(inTransaction_, false)) return;
+  const bool undone = rollBack() || rollBackAnew();
+  if (!undone || !SQL_SUCCEEDED(setAutocommit(SQL_AUTOCOMMIT_ON))) close();
+}
+
+bool Connection::rollBack() const noexcept {
+  return SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, handle_.get(), SQL_ROLLBACK));
+}
+
+/// A server undoes a transaction by itself, SQLite when the disk is full and SQL Server after a
+/// deadlock. The driver then goes on as if it still ran, and would run the next one without any. A
+/// transaction begun in plain SQL in its place, and taken back, makes both agree again.
+bool Connection::rollBackAnew() const noexcept {
+  if (isLost()) return false;
+  const bool sqlite = dialect_ == Dialect::Sqlite;
+  try {
+    executeDirect(StatementHandle(handle_),
+                  sqlite ? L"BEGIN" : L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION");
+  } catch (...) {
+    // SQLite refuses to begin a second one: then the first is still there to be taken back.
+  }
+  return rollBack();
+}
+
+Connection::Transaction::Transaction(Connection& connection) : connection_(connection) {
+  const ConnectionHandle& handle = connection_.handle_;
+  SQLUINTEGER isolation = 0;
+  const bool known = SQL_SUCCEEDED(SQLGetConnectAttrW(handle.get(), SQL_ATTR_TXN_ISOLATION,
+                                                      &isolation, sizeof(isolation), nullptr));
+  // A driver that knows no isolation keeps its own.
+  if (known && isolation != SQL_TXN_SERIALIZABLE &&
+      SQL_SUCCEEDED(connection_.setIsolation(SQL_TXN_SERIALIZABLE))) {
+    isolationBefore_ = isolation;
+  }
+  try {
+    connection_.begin();
+  } catch (...) {
+    restoreIsolation();
+    throw;
+  }
+}
+
+Connection::Transaction::~Transaction() {
+  connection_.takeBack();
+  restoreIsolation();
+}
+
+void Connection::Transaction::commit() { connection_.commit(); }
+
+void Connection::Transaction::restoreIsolation() noexcept {
+  if (!isolationBefore_ || connection_.isLost()) return;
+  // Left as strict as it is, the connection would make others wait for every question.
+  if (!SQL_SUCCEEDED(connection_.setIsolation(*isolationBefore_))) connection_.close();
+}
+
+SQLRETURN Connection::setIsolation(SQLUINTEGER level) const noexcept {
+  return SQLSetConnectAttrW(handle_.get(), SQL_ATTR_TXN_ISOLATION, attribute(level),
+                            SQL_IS_UINTEGER);
 }
 
 StatementHandle Connection::newStatement() const {
@@ -192,12 +289,30 @@ StatementHandle Connection::newStatement() const {
   return statement;
 }
 
+void appendConnectValue(std::wstring& text, std::wstring_view value) {
+  const bool braced = value.find(L';') != value.npos || value.starts_with(L'{') ||
+                      value.starts_with(L' ') || value.ends_with(L' ');
+  if (!braced) {
+    text += value;
+    return;
+  }
+  text += L'{';
+  for (const wchar_t letter : value) {
+    text += letter;
+    if (letter == L'}') text += letter;
+  }
+  text += L'}';
+}
+
 std::wstring withoutEmptyDataSource(std::wstring_view parameters) {
   std::wstring kept;
+  // Growing would leave copies of a password.
+  kept.reserve(parameters.size());
   while (!parameters.empty()) {
     const std::size_t end = endOfPair(parameters);
     const std::wstring_view pair = parameters.substr(0, end);
-    const bool empty = equalIgnoringCase(pair, L"DSN=") || equalIgnoringCase(pair, L"DSN=''");
+    const bool empty = pair.size() <= std::wstring_view(L"DSN=''").size() &&
+                       (equalIgnoringCase(pair, L"DSN=") || equalIgnoringCase(pair, L"DSN=''"));
     const bool separated = end < parameters.size();
     if (!empty) kept += parameters.substr(0, separated ? end + 1 : end);
     parameters.remove_prefix(separated ? end + 1 : end);

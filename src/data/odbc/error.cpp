@@ -51,6 +51,11 @@ Error::Error(std::int32_t number, std::wstring description, std::wstring sqlStat
       sqlState_(std::move(sqlState)),
       nativeError_(nativeError) {}
 
+bool Error::connectionIsLost() const {
+  constexpr const wchar_t* kConnectionTimedOut = L"HYT01";
+  return sqlState_.starts_with(L"08") || sqlState_ == kConnectionTimedOut;
+}
+
 void fail(SQLSMALLINT handleType, SQLHANDLE handle) {
   std::vector<Diagnostic> records = diagnostics(handleType, handle);
   if (records.empty()) records.push_back({L"HY000", L"The ODBC driver gave no reason.", 0});

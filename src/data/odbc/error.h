@@ -22,6 +22,9 @@ class Error : public RunTimeError {
   const std::wstring& sqlState() const { return sqlState_; }
   std::int32_t nativeError() const { return nativeError_; }
 
+  /// Nothing more can be sent over the connection.
+  bool connectionIsLost() const;
+
  private:
   std::wstring sqlState_;
   std::int32_t nativeError_;

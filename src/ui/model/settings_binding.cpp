@@ -127,6 +127,16 @@ bool saysNothing(const SettingsForm& form, const Binding& binding) {
 
 std::span<const Binding> bindings() { return kBindings; }
 
+std::wstring captionOf(const Column& column) {
+  const auto binding = std::ranges::find(kBindings, column.field, &Binding::field);
+  if (binding == std::end(kBindings)) return column.property;
+  const ControlDesign* named = &design(binding->control);
+  if (named->kind == Kind::Check) return named->text;
+  // Every other field stands after its label, some after other controls of the same field.
+  while (named->kind != Kind::Label) --named;
+  return named->text;
+}
+
 std::optional<std::wstring> showRecord(SettingsForm& form, const Record& record) {
   for (const Binding& binding : kBindings) {
     const FieldValue value = valueOf(record, binding.field);

@@ -34,6 +34,9 @@ struct Binding {
 /// last word on the request's password option.
 std::span<const Binding> bindings();
 
+/// What the window calls the field; the property's name for one that it does not show.
+std::wstring captionOf(const Column& column);
+
 /// Puts a record into the controls. A custom XML format without any XML file falls back to
 /// "<None>" and gives the message to show.
 std::optional<std::wstring> showRecord(SettingsForm& form, const clsPACSConfiguration& record);

@@ -2,23 +2,52 @@
 
 #include <utility>
 
-#include "data/database.h"
+#include "data/statements.h"
+#include "host/site_access.h"
 #include "support/doors.h"
 #include "support/runtime_error.h"
+#include "support/text.h"
 #include "ui/model/settings_binding.h"
 #include "ui/model/settings_files.h"
 #include "ui/model/settings_rules.h"
 #include "ui/model/settings_validation.h"
+#include "workstation/assignments.h"
 
 namespace tlpacscfg {
 namespace {
 
 constexpr std::int16_t kDefaultConfiguration = 1;
+constexpr const wchar_t* kUsed =
+    L"This configuration is currently being used by at least one workstation. Please reassign the "
+    L"workstation to another configuration and then attempt to delete again.";
 
 void notice(const std::wstring& text) { doors::showMessage({.text = text}); }
 
-doors::Answer ask(const std::wstring& question, doors::Buttons buttons) {
-  return doors::showMessage({.text = question, .buttons = buttons});
+doors::Answer ask(const std::wstring& question, doors::Buttons buttons,
+                  doors::Answer defaultAnswer = doors::Answer::Yes) {
+  return doors::showMessage({.text = question, .buttons = buttons, .defaultAnswer = defaultAnswer});
+}
+
+/// "Configuration 5 was changed by user 12 on 2026-01-05 09:08:07 since it was loaded."
+std::wstring whatHappened(std::int16_t configID, const ForeignChange& change) {
+  const std::wstring subject = L"Configuration " + decimal(configID);
+  if (!change.stored) return subject + L" was deleted by somebody else since it was loaded.";
+  return subject + L" was changed by user " + change.stored->LastUpdateUserID + L" on " +
+         change.stored->LastUpdateDate + L" since it was loaded.";
+}
+
+/// Yes: the values on the screen; No: the stored ones; Cancel: neither yet.
+doors::Answer askWhoseValues(std::int16_t configID, const ForeignChange& change) {
+  return ask(whatHappened(configID, change) +
+                 (change.stored ? L" Save your values over it? No shows the stored values instead."
+                                : L" Save it again? No removes it from the list."),
+             doors::Buttons::YesNoCancel, doors::Answer::Cancel);
+}
+
+bool confirmDelete(std::int16_t configID, const ForeignChange& change) {
+  return ask(whatHappened(configID, change) +
+                 (change.stored ? L" Delete it all the same?" : L" Remove it from the list?"),
+             doors::Buttons::YesNo, doors::Answer::No) == doors::Answer::Yes;
 }
 
 }  // namespace
@@ -40,42 +69,57 @@ void SettingsEditor::unload() {
   selectedRow.reset();
   deleteEnabled = true;
   newConfiguration_ = false;
+  shown_ = false;
+  unsettled_.reset();
   currentID_ = 0;
 }
 
 void SettingsEditor::ShowPACSSettings(std::int16_t configID) {
   const std::int16_t wanted = configID == 0 ? kDefaultConfiguration : configID;
-  // A configuration that is gone shows nothing new: the one on the screen stays the current one.
-  const bool oneIsShown = currentID_ > 0 && recordOf(currentID_);
-  if (!oneIsShown || recordOf(wanted)) currentID_ = wanted;
-  if (configurations_->GetNextConfigID() > 1) {
-    show(wanted);
+  if (shown_) {
+    const bool onScreen = wanted == currentID_ && !newConfiguration_;
+    if (onScreen || !recordOf(wanted) || !CheckForSave(currentID_)) return;
+  }
+  const SiteAccess access(*config_);
+  const bool anyStored = configurations_->RequireNextConfigID() > 1;
+  currentID_ = wanted;
+  std::optional<std::wstring> message;
+  if (anyStored) {
+    message = show(wanted);
     selectCurrent();
   } else {
     InitControls();
   }
+  shown_ = true;
   rulesWanted = true;
   descriptionFocusWanted = !newConfiguration_;
+  announce(message);
 }
 
 void SettingsEditor::InitControls() {
   clearToDefaults(form);
   newConfiguration_ = true;
+  unsettled_.reset();
   selectedRow.reset();
   firstTabWanted = true;
   // The new values govern other fields, as if they had been chosen one by one.
   rulesWanted = true;
 }
 
-void SettingsEditor::show(std::int16_t configID) {
-  if (!recordOf(configID)) return;
+std::optional<std::wstring> SettingsEditor::show(std::int16_t configID) {
+  if (!recordOf(configID)) return std::nullopt;
   currentID_ = configID;
   newConfiguration_ = false;
   configurations_->SetCurrentConfig(configID);
   form[Control::txtDescription].enabled = configID != kDefaultConfiguration;
-  const auto message = showRecord(form, *configurations_->CurrentPACSConfig);
   rulesWanted = true;
-  if (message) notice(*message);
+  return showRecord(form, *configurations_->CurrentPACSConfig);
+}
+
+void SettingsEditor::announce(const std::optional<std::wstring>& message) {
+  if (!message) return;
+  surroundings_.present();
+  notice(*message);
 }
 
 colPACSConfiguration::Pointer SettingsEditor::recordOf(std::int16_t configID) const {
@@ -106,54 +150,136 @@ void SettingsEditor::handOver() {
   surroundings_.refreshWorkstationList();
 }
 
-void SettingsEditor::saveNew() {
-  const auto record = std::make_shared<clsPACSConfiguration>();
-  record->configID = configurations_->GetNextConfigID();
-  if (recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
-  readBack(form, *record);
-  record->ExistingConfig = kFalse;
-  requireExecution([&] { record->SaveConfiguration(); });
+/// Errors about a field call it by the name that the window shows.
+template <class Work>
+auto SettingsEditor::namingFields(Work work) {
+  try {
+    return work();
+  } catch (const FieldError& error) {
+    const Configuration& stored = error.stored();
+    if (stored && newConfiguration_) adoptNew(stored);
+    if (stored && recordOf(stored->configID)) stored->CopyValues(*recordOf(stored->configID));
+    throw RunTimeError(error.number(), error.descriptionFor(captionOf(error.column())));
+  }
+}
+
+void SettingsEditor::adoptNew(const colPACSConfiguration::Pointer& record) {
   newConfiguration_ = false;
   currentID_ = record->configID;
   configurations_->AddCurrenttoCollection(record);
+  fillList();
+  selectCurrent();
+  deleteEnabled = true;
 }
 
-void SettingsEditor::saveExisting() {
+/// Whether an earlier try was stored after all; its record is the current one then.
+bool SettingsEditor::adoptUnsettled() {
+  const auto tried = std::exchange(unsettled_, nullptr);
+  if (!tried || recordOf(tried->configID)) return false;
+  SiteCommand command;
+  if (!command.reachesDatabase()) return false;
+  const Configuration stored = storedConfiguration(command, tried->configID);
+  if (!stored || !isStoredAs(*tried, *stored)) return false;
+  adoptNew(stored);
+  return true;
+}
+
+bool SettingsEditor::saveNew() {
+  if (adoptUnsettled()) return saveExisting();
+  const auto record = std::make_shared<clsPACSConfiguration>();
+  record->configID = configurations_->RequireNextConfigID();
+  // Nobody else numbers configurations that stay in memory.
+  if (!statementsAreExecuted() && recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
+  readBack(form, *record);
+  record->ExistingConfig = kFalse;
+  try {
+    namingFields([&] { storeNew(*record, *configurations_); });
+  } catch (const std::exception&) {
+    if (newConfiguration_) unsettled_ = record;
+    throw;
+  }
+  record->ExistingConfig = kTrue;
+  adoptNew(record);
+  return true;
+}
+
+bool SettingsEditor::saveExisting() {
   const auto record = recordOf(currentID_);
   if (!record) raise(ErrorNumber::ObjectNotSet);
-  if (PACSValueTheSame(form, *record)) return;
-  const clsPACSConfiguration before = *record;
-  readBack(form, *record);
-  record->ExistingConfig = kTrue;
-  record->Changed = kTrue;
-  try {
-    requireExecution([&] { record->SaveConfiguration(); });
-  } catch (...) {
-    // What was not stored still counts as a change, so that it can be saved once more.
-    *record = before;
-    throw;
+  if (PACSValueTheSame(form, *record)) return true;
+  clsPACSConfiguration edited = *record;
+  readBack(form, edited);
+  edited.Changed = kTrue;
+  Configuration loaded = record;
+  for (;;) {
+    edited.ExistingConfig = kTrue;
+    const auto change = namingFields([&] { return storeChanged(edited, loaded); });
+    if (!change) break;
+    const doors::Answer answer = askWhoseValues(currentID_, *change);
+    if (answer == doors::Answer::Cancel) return false;
+    if (answer == doors::Answer::No) {
+      takeOver(*change);
+      return true;
+    }
+    loaded = change->stored;
   }
+  *record = edited;
+  return true;
 }
 
-void SettingsEditor::save() {
-  if (newConfiguration_) {
-    saveNew();
-  } else {
-    saveExisting();
+/// The screen shows what somebody else made of the configuration.
+void SettingsEditor::takeOver(const ForeignChange& change) {
+  if (change.stored) {
+    change.stored->CopyValues(*recordOf(currentID_));
+    announce(show(currentID_));
+    return;
   }
-  handOver();
+  const std::int16_t position = configurations_->GetItemNumber(currentID_);
+  configurations_->ColPACSConfigs->remove(static_cast<std::size_t>(position));
+  fillList();
+  showFirst();
 }
 
-void SettingsEditor::remove(std::int16_t configID) {
-  const auto before = configurations_->deepCopy();
+bool SettingsEditor::save() {
+  const SiteAccess access(*config_);
+  const bool done = newConfiguration_ ? saveNew() : saveExisting();
+  if (done) handOver();
+  return done;
+}
+
+bool SettingsEditor::isUsed(SiteCommand& command, std::int16_t configID) const {
+  return config_->m_colWorkstation && isAssigned(command, *config_->m_colWorkstation, configID);
+}
+
+bool SettingsEditor::isUsed(std::int16_t configID) const {
+  SiteCommand command;
+  return isUsed(command, configID);
+}
+
+/// False when a workstation uses the configuration. What was loaded counts as what `change` found
+/// before.
+bool SettingsEditor::deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change) {
+  const auto loaded = change ? change->stored : recordOf(configID);
+  SiteCommand command;
+  if (isUsed(command, configID)) return false;
+  change = deleteStored(command, *loaded);
+  return true;
+}
+
+/// False when the configuration is left where it is.
+bool SettingsEditor::remove(std::int16_t configID) {
   try {
-    requireExecution([&] { configurations_->RemoveConfig(configID); });
-  } catch (...) {
-    // What was not deleted is still there, at its place.
-    configurations_ = before;
-    configurations_->SetCurrentConfig(currentID_);
-    throw;
+    std::optional<ForeignChange> change;
+    do {
+      if (!deleteUnlessUsed(configID, change)) return notice(kUsed), false;
+      if (change && !confirmDelete(configID, *change)) return false;
+    } while (change && change->stored);
+    const std::int16_t position = configurations_->GetItemNumber(configID);
+    configurations_->ColPACSConfigs->remove(static_cast<std::size_t>(position));
+  } catch (const std::exception& error) {
+    showDeleteError(configID, describe(error));
   }
+  return true;
 }
 
 bool SettingsEditor::validate() {
@@ -164,8 +290,7 @@ bool SettingsEditor::validate() {
 }
 
 void SettingsEditor::btnSave() {
-  if (!validate()) return;
-  save();
+  if (!validate() || !save()) return;
   fillList();
   selectCurrent();
   deleteEnabled = true;
@@ -191,6 +316,11 @@ bool SettingsEditor::CheckForSave(std::int16_t configID) {
     case doors::Answer::Yes:
       return saveAndGoOn();
     case doors::Answer::No:
+      // Dropped edits do not stay on the screen; nothing was ever shown instead of a new one.
+      if (!newConfiguration_) {
+        showRecord(form, *record);
+        rulesWanted = true;
+      }
       newConfiguration_ = false;
       deleteEnabled = true;
       return true;
@@ -201,17 +331,16 @@ bool SettingsEditor::CheckForSave(std::int16_t configID) {
 }
 
 bool SettingsEditor::saveAndGoOn() {
+  const auto chosen = selectedRow ? std::optional(rows.key(*selectedRow)) : std::nullopt;
   try {
-    if (!validate()) {
+    if (!validate() || !save()) {
       selectEdited();
       return false;
     }
-    save();
-  } catch (const std::exception&) {
+  } catch (...) {
     selectEdited();
     throw;
   }
-  const auto chosen = selectedRow ? std::optional(rows.key(*selectedRow)) : std::nullopt;
   fillList();
   if (chosen) selectedRow = rows.rowOfKey(*chosen);
   deleteEnabled = true;
@@ -236,26 +365,24 @@ void SettingsEditor::btnDelete() {
     return notice(L"You are not permitted to delete the 'Default Configuration'.");
   }
   const std::int16_t configID = ConfigurationRows::configIDOfKey(rows.key(*selectedRow));
-  if (config_->m_colWorkstation && config_->m_colWorkstation->CheckforAttachedWS(configID)) {
-    return notice(
-        L"This configuration is currently being used by at least one workstation. Please reassign "
-        L"the workstation to another configuration and then attempt to delete again.");
-  }
+  const SiteAccess access(*config_);
+  if (isUsed(configID)) return notice(kUsed);
   if (ask(L"Are you sure you want to delete this configuration?", doors::Buttons::YesNo) !=
       doors::Answer::Yes) {
     return;
   }
-  remove(configID);
+  if (!remove(configID)) return;
   fillList();
-  if (rows.rowCount() > 0) {
-    selectedRow = 0;
-    show(ConfigurationRows::configIDOfKey(rows.key(0)));
-  } else {
-    InitControls();
-  }
+  showFirst();
   descriptionFocusWanted = true;
   handOver();
   surroundings_.refreshAssignmentDialog();
+}
+
+void SettingsEditor::showFirst() {
+  if (rows.rowCount() == 0) return InitControls();
+  selectedRow = 0;
+  announce(show(ConfigurationRows::configIDOfKey(rows.key(0))));
 }
 
 bool SettingsEditor::btnExit() {
@@ -268,8 +395,9 @@ void SettingsEditor::rowClicked(std::size_t row) {
   const std::wstring key = rows.key(row);
   selectedRow = row;
   if (!CheckForSave(currentID_)) return;
-  show(ConfigurationRows::configIDOfKey(key));
+  const auto message = show(ConfigurationRows::configIDOfKey(key));
   selectedRow = rows.rowOfKey(key);
+  announce(message);
 }
 
 void SettingsEditor::chkUserLogonClicked() {
@@ -280,8 +408,8 @@ void SettingsEditor::accessionTickClicked() { accessionTicksChanged(form); }
 
 void SettingsEditor::TmrFieldChange() {
   RuleResult result = applyFieldRules(form);
-  if (result.message) notice(*result.message);
   form = std::move(result.form);
+  announce(result.message);
 }
 
 }  // namespace tlpacscfg

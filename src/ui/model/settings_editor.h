@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "config/pacs_configurations.h"
+#include "config/stored_configuration.h"
 #include "host/config.h"
 #include "support/list_sort.h"
 #include "ui/model/settings_form.h"
@@ -49,8 +50,9 @@ class ConfigurationRows : public ListRows {
 class SettingsEditor {
  public:
   /// Refreshes the workstation list, and the assignment dialog where the configurations changed
-  /// so that it must offer other ones.
+  /// so that it must offer other ones. Presents the form before a message about it is shown.
   struct Surroundings {
+    std::function<void()> present = [] {};
     std::function<void()> refreshWorkstationList = [] {};
     std::function<void()> refreshAssignmentDialog = [] {};
   };
@@ -62,7 +64,8 @@ class SettingsEditor {
   /// The window is gone.
   void unload();
 
-  /// 0 stands for the default configuration.
+  /// 0 stands for the default configuration. When one is shown already, it asks about unsaved edits
+  /// before it turns to another, and does nothing for one that is gone.
   void ShowPACSSettings(std::int16_t configID);
   void btnNew();
   void btnSave();
@@ -93,16 +96,28 @@ class SettingsEditor {
 
  private:
   void InitControls();
-  void show(std::int16_t configID);
-  void save();
-  void saveNew();
-  void saveExisting();
+  /// Gives the message to announce when the rest is done.
+  [[nodiscard]] std::optional<std::wstring> show(std::int16_t configID);
+  void announce(const std::optional<std::wstring>& message);
+  /// False when the administrator goes on editing.
+  bool save();
+  bool saveNew();
+  bool saveExisting();
+  bool adoptUnsettled();
+  void adoptNew(const colPACSConfiguration::Pointer& record);
+  void takeOver(const ForeignChange& change);
+  bool remove(std::int16_t configID);
+  bool deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change);
+  bool isUsed(SiteCommand& command, std::int16_t configID) const;
+  bool isUsed(std::int16_t configID) const;
+  template <class Work>
+  auto namingFields(Work work);
   bool validate();
   bool saveAndGoOn();
   void selectEdited();
   void selectCurrent();
   void fillList();
-  void remove(std::int16_t configID);
+  void showFirst();
   /// Gives the host a copy of the configurations and refreshes the workstation list.
   void handOver();
   colPACSConfiguration::Pointer recordOf(std::int16_t configID) const;
@@ -112,6 +127,9 @@ class SettingsEditor {
   std::shared_ptr<colPACSConfiguration> configurations_;
   std::int16_t currentID_ = 0;
   bool newConfiguration_ = false;
+  bool shown_ = false;
+  /// A new configuration that the database may have stored without confirming it.
+  colPACSConfiguration::Pointer unsettled_;
 };
 
 }  // namespace tlpacscfg

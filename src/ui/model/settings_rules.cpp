@@ -91,8 +91,7 @@ void responseRules(SettingsForm& form, bool broker) {
     return;
   }
   showResponseType(form, response::kXmlFile);
-  form[txtResponseFileName].enabled = false;
-  form[cmbResponseType].enabled = false;
+  enable(form, {txtResponseFileName, cmbResponseType, chkUpdateXMLData}, false);
   forceList(form, cmbResPassword, 0);
   for (const Control box :
        {chkPaused, chkAborted, chkSendAbortForCanceledOpen, chkNonPACS, chkResponseReportText}) {

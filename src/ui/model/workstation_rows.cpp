@@ -1,5 +1,6 @@
 #include "ui/model/workstation_rows.h"
 
+#include <algorithm>
 #include <numeric>
 #include <utility>
 
@@ -59,7 +60,7 @@ void WorkstationRows::clear() {
 
 void WorkstationRows::fill(const colWorkstation& workstations, colPACSConfiguration& configurations,
                            WorkstationFilter filter) {
-  const int highestID = configurations.GetNextConfigID() - 1;
+  const int highestID = configurations.RequireNextConfigID() - 1;
   clear();
   const ConfigurationsByID byID(configurations);
   rows_.reserve(workstations.ColWorkStations->count());
@@ -113,6 +114,27 @@ std::optional<std::size_t> WorkstationRows::rowOf(std::wstring_view name) const 
 std::int16_t WorkstationRows::configIDOf(std::size_t row) const {
   const std::wstring_view text = cell(row, kConfigID);
   return text == kUnassigned || text == L"N/A" ? std::int16_t{0} : toInt16(text);
+}
+
+std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
+                              const colPACSConfiguration& configurations) {
+  constexpr std::size_t kMostNamed = 5;
+  const auto named = [&](const std::wstring& configID) -> std::wstring {
+    if (configID.empty()) return L"removed";
+    if (configID == L"0") return L"None";
+    const auto known = configurations.ColPACSConfigs->find(configID);
+    return known ? configID + L" - " + known->Description : configID;
+  };
+  std::wstring text = L"Somebody else reassigned workstations that were reassigned here too:";
+  for (std::size_t i = 0; i < std::min(conflicts.size(), kMostNamed); ++i) {
+    const AssignmentConflict& conflict = conflicts[i];
+    text += kLineBreak + conflict.workstation + L": here " + named(decimal(conflict.mine)) +
+            L", stored " + named(conflict.theirs);
+  }
+  if (conflicts.size() > kMostNamed) {
+    text += kLineBreak + (L"and " + decimal(conflicts.size() - kMostNamed)) + L" more";
+  }
+  return text + kLineBreak + L"Save the assignments made here? No keeps the stored ones.";
 }
 
 }  // namespace tlpacscfg

@@ -9,6 +9,7 @@
 
 #include "config/pacs_configurations.h"
 #include "support/list_sort.h"
+#include "workstation/assignments.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg {
@@ -41,7 +42,8 @@ class WorkstationRows : public SortableList {
   void clear();
 
   /// The rows of the workstations that pass the filter, in their order. Asks the configurations
-  /// for the next identifier, which says whether any exists; throws what that throws.
+  /// for the next identifier, which says whether any exists; throws when that was not answered, and
+  /// keeps the rows it had.
   void fill(const colWorkstation& workstations, colPACSConfiguration& configurations,
             WorkstationFilter filter);
 
@@ -72,5 +74,10 @@ class WorkstationRows : public SortableList {
   /// Which of them is shown at each place.
   std::vector<std::size_t> order_;
 };
+
+/// Whose assignments are to be kept, with the first few of them: yes for those made here, no for
+/// the stored ones, cancel to settle it later.
+std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
+                              const colPACSConfiguration& configurations);
 
 }  // namespace tlpacscfg

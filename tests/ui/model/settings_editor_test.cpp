@@ -288,7 +288,7 @@ TEST_F(SettingsEditorTest, ANewConfigurationIsInsertedUnderTheNextIdentifier) {
   EXPECT_EQ(L"4", count());
 }
 
-TEST_F(SettingsEditorTest, AnIdentifierThatIsTakenIsRefusedBeforeARowIsInserted) {
+TEST_F(SettingsEditorTest, AnIdentifierThatTheListHoldsGivesWayToTheNextFreeOne) {
   makeSite();
   open(5);
   editor.btnNew();
@@ -296,16 +296,10 @@ TEST_F(SettingsEditorTest, AnIdentifierThatIsTakenIsRefusedBeforeARowIsInserted)
   type(txtDescription, L"Ten");
   // Somebody else deletes all rows: numbering begins with 1 again.
   site.run(L"delete from Interface_PACS_cfg");
-  try {
-    editor.btnSave();
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(457, error.number());
-  }
-  EXPECT_EQ(L"0", count());
-  EXPECT_TRUE(editor.isNew());
-  EXPECT_EQ(L"Ten", editor.form[txtDescription].text);
-  EXPECT_EQ(3u, editor.rows.rowCount());
+  editor.btnSave();
+  EXPECT_EQ(L"Ten", description(2));
+  EXPECT_EQ(2, editor.currentID());
+  EXPECT_EQ(L"1", count());
 }
 
 TEST_F(SettingsEditorTest, AFailedInsertLeavesANewConfiguration) {

@@ -21,26 +21,19 @@ constexpr const wchar_t* kMark = L"System_offline_db_updates";
 
 class SettingsRemoteTest : public SettingsEditorTest {
  protected:
-  /// The editor on the site's configurations, from now on behind a client that numbers from 9.
+  /// The editor on the site's configurations, from now on behind a client of the same site.
   void openRemotely(std::int16_t configID) {
     makeSite();
     open(configID);
-    client = connectFakeClient();
-    number(L"9");
+    client = connectSiteClient();
   }
-
-  /// The highest identifier that is stored.
-  void number(const std::wstring& highest) { client->table = tableOf({{highest}}); }
 
   void refuse(const wchar_t* statement) {
     client->refused = statement;
-    // Before an insert its number is asked for, and with it twice for an error.
-    client->errors.assign(editor.isNew() ? 2 : 0, L"");
-    client->errors.push_back(kLocked);
+    client->reason = kLocked;
   }
   void accept() {
     client->refused.clear();
-    client->errors.clear();
     client->calls.clear();
   }
 
@@ -144,28 +137,29 @@ TEST_F(SettingsRemoteTest, ARefusedInsertLeavesTheConfigurationNewAndOutsideTheC
   EXPECT_EQ(hostDescription(10), L"Ten");
 }
 
-TEST_F(SettingsRemoteTest, ARefusedDeleteKeepsTheConfigurationInTheCollectionAndOnTheScreen) {
+TEST_F(SettingsRemoteTest, ARefusedDeleteShowsTheDirectWaysBoxAndKeepsTheConfiguration) {
   openRemotely(5);
   refuse(kDelete);
   answers = {Answer::Yes};
-  expectRefused([&] { editor.btnDelete(); });
+  editor.btnDelete();
+  ASSERT_EQ(messages.size(), 2U);
+  EXPECT_EQ(messages[1].text,
+            L"Error Deleting configID = 5 from the DB. \r\nError = 40002 Error Description = The "
+            L"table is locked.");
   EXPECT_EQ(editor.rows.rowCount(), 3U);
-  EXPECT_EQ(editor.selectedRow, 1U);
-  EXPECT_EQ(editor.currentID(), 5);
-  EXPECT_EQ(editor.form[txtDescription].text, L"Five");
-  EXPECT_EQ(dialogRefreshes, 0);
-  EXPECT_TRUE(editor.btnExit());
+  EXPECT_EQ(editor.currentID(), 1) << "as after a delete";
+  EXPECT_EQ(description(5), L"Five");
   EXPECT_EQ(hostDescription(5), L"Five");
   EXPECT_EQ(host->m_colPACSConfig->GetItemNumber(5), 3) << "at its former place";
-  EXPECT_EQ(messages.size(), 1U) << "Nothing was changed by it.";
 }
 
 TEST_F(SettingsRemoteTest, ARefusedDeleteIsSentAgainByTheNextOne) {
   openRemotely(5);
   refuse(kDelete);
-  answers = {Answer::Yes, Answer::Yes};
-  expectRefused([&] { editor.btnDelete(); });
+  answers = {Answer::Yes, Answer::Ok, Answer::Yes};
+  editor.btnDelete();
   accept();
+  editor.rowClicked(1);
   editor.btnDelete();
   EXPECT_EQ(sent(L"where config_id = '5'"), 1);
   EXPECT_EQ(hostDescription(5), L"<none>");
@@ -181,21 +175,15 @@ TEST_F(SettingsRemoteTest, AClientThatIsGoneIsAnErrorToo) {
   EXPECT_EQ(editor.form[txtDescription].text, L"Changed");
 }
 
-TEST_F(SettingsRemoteTest, AnIdentifierThatIsTakenIsRefusedBeforeAnythingIsSent) {
+TEST_F(SettingsRemoteTest, AnIdentifierThatTheListHoldsGivesWayToTheNextFreeOne) {
   openRemotely(5);
   editor.btnNew();
   settle();
   type(txtDescription, L"Ten");
-  number(L"4");
-  EXPECT_RUNTIME_ERROR(editor.btnSave(), 457,
-                       L"This key is already associated with an element of this collection");
-  EXPECT_EQ(sent(L""), 0);
-  EXPECT_TRUE(editor.isNew());
-  EXPECT_EQ(editor.form[txtDescription].text, L"Ten");
-  EXPECT_EQ(hostDescription(5), L"Five");
-  number(L"9");
+  site.run(L"delete from Interface_PACS_cfg where config_id > 1");
   editor.btnSave();
-  EXPECT_EQ(hostDescription(10), L"Ten");
+  EXPECT_EQ(editor.currentID(), 2);
+  EXPECT_EQ(description(2), L"Ten");
 }
 
 TEST_F(SettingsRemoteTest, ANewConfigurationIsNumberedBeforeItsControlsAreRead) {

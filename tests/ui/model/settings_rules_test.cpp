@@ -176,7 +176,7 @@ Oracle oracleOf(const Inputs& in) {
   }
   oracle[cmbResPassword].visible = !fields;
   oracle[lblResponsePassword].visible = !fields;
-  oracle[chkUpdateXMLData].enabled = !fields;
+  oracle[chkUpdateXMLData].enabled = in.responses && !fields;
   if (!fields) {
     oracle[lblResponseFileName].text = L"Response File Path and Name";
     oracle[txtResponseFileName].tooltip = L"Sets the path and file name of the response file";

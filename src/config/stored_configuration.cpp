@@ -1,0 +1,268 @@
+#include "config/stored_configuration.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <utility>
+
+#include "config/row_reading.h"
+#include "data/odbc/error.h"
+#include "data/sql_tokens.h"
+#include "data/tl_comm_client.h"
+#include "support/conversions.h"
+#include "support/doors.h"
+#include "support/text.h"
+
+namespace tlpacscfg {
+namespace {
+
+RunTimeError notSaved(const std::wstring& reason) {
+  return {odbc::kOdbcFailed, L"Nothing was saved. " + reason};
+}
+
+std::wstring fieldDescription(const std::wstring& name, const std::wstring& reason, bool saved) {
+  return std::wstring(saved ? L"" : L"Nothing was saved. ") + L"Field '" + name + L"': " + reason;
+}
+
+/// A field's value that the user entered; the last change is not one.
+bool isContent(const Column& column) {
+  return column.loadPosition != 0 && column.onUpdate == Source::Record;
+}
+
+bool sameText(std::wstring_view first, std::wstring_view second) {
+  return trimTrailingBlanks(first) == trimTrailingBlanks(second);
+}
+
+/// Whether the stored value is the known one, which was read or sent. Of doubled quotes that were
+/// sent as they stand, the database stores one.
+bool isValueStoredAs(const Column& column, const FieldValue& known, const FieldValue& stored) {
+  const auto* knownText = std::get_if<std::wstring>(&known);
+  const auto* storedText = std::get_if<std::wstring>(&stored);
+  if (knownText == nullptr || storedText == nullptr) return known == stored;
+  return sameText(*knownText, *storedText) ||
+         (column.quoting == Quoting::AsItStands &&
+          sameText(sqlTextValue(L"'" + *knownText + L"'"), *storedText));
+}
+
+/// What is stored for the user when the text names none.
+std::int32_t userOf(std::wstring_view text) { return ValOrDefault(text, 0); }
+
+/// Minutes since 1970 of "YYYY-MM-DD HH:MM...", days alone allowed; null for any other form.
+std::optional<std::int64_t> minutesOf(std::wstring_view text) {
+  const auto number = [&](std::size_t at, std::size_t length) {
+    std::int64_t value = 0;
+    for (const wchar_t digit : text.substr(at, length)) {
+      if (digit < L'0' || digit > L'9') return std::int64_t{-1};
+      value = value * 10 + (digit - L'0');
+    }
+    return value;
+  };
+  if (text.size() < 10 || text[4] != L'-' || text[7] != L'-') return std::nullopt;
+  const std::int64_t year = number(0, 4), month = number(5, 2), day = number(8, 2);
+  std::int64_t hour = 0, minute = 0;
+  if (text.size() >= 16) {
+    hour = number(11, 2);
+    minute = number(14, 2);
+  }
+  if (year < 0 || month < 0 || day < 0 || hour < 0 || minute < 0) return std::nullopt;
+  using namespace std::chrono;
+  const sys_days date = std::chrono::year(static_cast<int>(year)) /
+                        std::chrono::month(static_cast<unsigned>(month)) /
+                        std::chrono::day(static_cast<unsigned>(day));
+  return duration_cast<minutes>(date.time_since_epoch()).count() + hour * 60 + minute;
+}
+
+/// A column may keep minutes or days only; a date whose day and month changed places is far off.
+/// A text that a remote client gave in another form proves nothing.
+bool isNow(std::wstring_view stored) {
+  const doors::LocalTime now = doors::localTime();
+  const auto found = minutesOf(stored);
+  if (!found) return TlCommClientConnected();
+  using namespace std::chrono;
+  const sys_days today = year(now.year) / month(static_cast<unsigned>(now.month)) /
+                         day(static_cast<unsigned>(now.day));
+  const std::int64_t midnight = duration_cast<minutes>(today.time_since_epoch()).count();
+  const std::int64_t expected = midnight + now.hour * 60 + now.minute;
+  constexpr std::int64_t kSlowestSave = 10;
+  return std::abs(*found - expected) <= kSlowestSave || *found == midnight;
+}
+
+std::wstring shown(const FieldValue& value) {
+  if (const auto* number = std::get_if<std::int16_t>(&value)) return decimal(*number);
+  if (const auto* number = std::get_if<std::int32_t>(&value)) return decimal(*number);
+  constexpr std::size_t kMaxShown = 60;
+  const auto& text = std::get<std::wstring>(value);
+  return L"'" + (text.size() > kMaxShown ? text.substr(0, kMaxShown) + L"..." : text) + L"'";
+}
+
+std::wstring whyDifferent(const FieldValue& meant, const FieldValue& stored) {
+  const auto* whole = std::get_if<std::wstring>(&meant);
+  const auto* kept = std::get_if<std::wstring>(&stored);
+  if (whole != nullptr && kept != nullptr && whole->starts_with(trimTrailingBlanks(*kept))) {
+    return L"It keeps " + decimal(kept->size()) + L" of " + decimal(whole->size()) +
+           L" characters.";
+  }
+  if (whole != nullptr && kept != nullptr && whole->size() == kept->size()) {
+    const auto [letter, replaced] = std::mismatch(whole->begin(), whole->end(), kept->begin());
+    return std::wstring(L"It keeps '") + *replaced + L"' instead of '" + *letter + L"'.";
+  }
+  return L"It keeps " + shown(stored) + L" instead of " + shown(meant) + L".";
+}
+
+/// Why the stored value is not what the statement meant; null when it is.
+std::optional<std::wstring> difference(const Column& column, Source source,
+                                       const clsPACSConfiguration& meant,
+                                       const FieldValue& stored) {
+  if (source == Source::SavingTime) {
+    if (isNow(std::get<std::wstring>(stored))) return std::nullopt;
+    return L"The database understands it as " + shown(stored) + L".";
+  }
+  const FieldValue value =
+      source == Source::SavingUser ? savingUser() : valueOf(meant, column.field);
+  if (isValueStoredAs(column, value, stored)) return std::nullopt;
+  // A new record without a user writes an empty text, which a numeric column keeps as 0.
+  const bool isUser = column.onUpdate == Source::SavingUser;
+  if (isUser && userOf(std::get<std::wstring>(value)) == userOf(std::get<std::wstring>(stored))) {
+    return std::nullopt;
+  }
+  return L"The database does not keep it as entered. " + whyDifferent(value, stored);
+}
+
+/// A single quote would end a text whose quotes are not doubled, and make the rest of it part of
+/// the statement.
+void checkQuotes(const clsPACSConfiguration& record) {
+  for (const Column& column : columns()) {
+    if (column.quoting != Quoting::AsItStands || column.onInsert != Source::Record) continue;
+    if (!hasUnpairedQuote(std::get<std::wstring>(valueOf(record, column.field)))) continue;
+    throw FieldError(column, L"It holds a single quote. Write it twice, or leave it out.");
+  }
+}
+
+/// The row as it was written; null when a remote client that executed the statement cannot read.
+Configuration readBack(SiteCommand& command, std::int16_t configID) {
+  try {
+    const Configuration stored = storedConfiguration(command, configID);
+    if (!stored) throw notSaved(L"The configuration is not in the database.");
+    return stored;
+  } catch (const RunTimeError&) {
+    if (command.isTransaction()) throw;
+    return nullptr;
+  }
+}
+
+/// Sends the record's statement and compares what it left.
+void write(SiteCommand& command, clsPACSConfiguration& record) {
+  const bool inserts = record.ExistingConfig == kFalse;
+  command.execute(record.savingStatement());
+  const Configuration stored = readBack(command, record.configID);
+  if (stored) {
+    for (const Column& column : columns()) {
+      const Source source = inserts ? column.onInsert : column.onUpdate;
+      const FieldValue value = valueOf(*stored, column.field);
+      auto reason = difference(column, source, record, value);
+      if (!reason) continue;
+      throw FieldError(column, std::move(*reason), command.isTransaction() ? nullptr : stored);
+    }
+    record.LastUpdateUserID = stored->LastUpdateUserID;
+    record.LastUpdateDate = stored->LastUpdateDate;
+  }
+  record.ExistingConfig = kTrue;
+}
+
+/// False also when the database cannot say.
+bool isStored(std::int16_t configID) {
+  try {
+    SiteCommand command;
+    return storedConfiguration(command, configID) != nullptr;
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
+/// False when somebody else took the number between the look and the INSERT.
+bool insertUnderItsNumber(clsPACSConfiguration& record) {
+  SiteCommand command;
+  if (!command.reachesDatabase()) return true;
+  if (storedConfiguration(command, record.configID)) return false;
+  write(command, record);
+  command.markAndCommit();
+  return true;
+}
+
+}  // namespace
+
+FieldError::FieldError(const Column& column, std::wstring reason, Configuration stored)
+    : RunTimeError(odbc::kOdbcFailed, fieldDescription(column.property, reason, stored != nullptr)),
+      column_(column),
+      reason_(std::move(reason)),
+      stored_(std::move(stored)) {}
+
+std::wstring FieldError::descriptionFor(const std::wstring& fieldName) const {
+  return fieldDescription(fieldName, reason_, stored_ != nullptr);
+}
+
+Configuration storedConfiguration(SiteCommand& command, std::int16_t configID) {
+  const Table rows = command.query(loadingStatement(configID));
+  if (rows.rows() == 0) return nullptr;
+  if (rows.rows() > 1) raise(ErrorNumber::DuplicateKey);
+  if (rows.columns() < kColumnCount) raise(ErrorNumber::SubscriptOutOfRange);
+  return recordOfRow([&](std::size_t column) { return rows.at(column, 0); },
+                     command.isTransaction() ? RowSource::Database : RowSource::RemoteClient);
+}
+
+bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& stored) {
+  return std::ranges::all_of(columns(), [&](const Column& column) {
+    return !isContent(column) ||
+           isValueStoredAs(column, valueOf(known, column.field), valueOf(stored, column.field));
+  });
+}
+
+void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known) {
+  checkQuotes(record);
+  for (;; record.configID = toInt16(std::int64_t{record.configID} + 1)) {
+    if (known.GetItemNumber(record.configID) != 0) continue;
+    try {
+      if (insertUnderItsNumber(record)) return;
+    } catch (const OutcomeUnknown&) {
+      throw;
+    } catch (const FieldError&) {
+      throw;
+    } catch (const RunTimeError&) {
+      if (TlCommClientConnected() || !isStored(record.configID)) throw;
+    }
+  }
+}
+
+std::optional<ForeignChange> storeChanged(clsPACSConfiguration& record,
+                                          const Configuration& loaded) {
+  checkQuotes(record);
+  SiteCommand command;
+  if (!command.reachesDatabase()) return std::nullopt;
+  const Configuration stored = storedConfiguration(command, record.configID);
+  if (stored ? !loaded || (!isStoredAs(*loaded, *stored) && !isStoredAs(record, *stored))
+             : loaded != nullptr) {
+    return ForeignChange{stored};
+  }
+  if (!stored) {
+    record.ExistingConfig = kFalse;
+    record.LastUpdateUserID = savingUser();
+  }
+  write(command, record);
+  command.markAndCommit();
+  return std::nullopt;
+}
+
+std::optional<ForeignChange> deleteStored(SiteCommand& command,
+                                          const clsPACSConfiguration& loaded) {
+  if (!command.reachesDatabase()) return std::nullopt;
+  const Configuration stored = storedConfiguration(command, loaded.configID);
+  if (!stored || !isStoredAs(loaded, *stored)) return ForeignChange{stored};
+  command.execute(deletingStatement(loaded.configID));
+  if (storedConfiguration(command, loaded.configID)) {
+    throw notSaved(L"The configuration is still in the database.");
+  }
+  command.markAndCommit();
+  return std::nullopt;
+}
+
+}  // namespace tlpacscfg

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "data/odbc/connection.h"
+#include "data/table.h"
+#include "support/runtime_error.h"
+
+namespace tlpacscfg {
+
+/// The connection was lost while the database was asked to commit.
+class OutcomeUnknown : public RunTimeError {
+ public:
+  explicit OutcomeUnknown(const RunTimeError& reason);
+};
+
+/// One command of the windows, from its first question to its last statement. On the direct way it
+/// is one transaction, the mark for offline copies included, and taken back unless it was
+/// committed. On the remote way each request is a transaction of its own. Whatever fails is a
+/// RunTimeError.
+class SiteCommand {
+ public:
+  SiteCommand();
+
+  /// False in stand-alone mode and while nothing is connected: then there is nothing to ask and
+  /// nobody to tell.
+  bool reachesDatabase() const { return isTransaction() || remote_; }
+  /// Whether statements can still be taken back.
+  bool isTransaction() const { return transaction_.has_value(); }
+
+  Table query(const std::wstring& sql);
+  void execute(const std::wstring& sql);
+
+  /// Leaves the mark and commits. On the remote way, where the change is stored already, a mark
+  /// that fails is only logged.
+  void markAndCommit();
+
+ private:
+  bool remote_;
+  std::shared_ptr<odbc::Connection> connection_;
+  std::optional<odbc::Connection::Transaction> transaction_;
+};
+
+}  // namespace tlpacscfg

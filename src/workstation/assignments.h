@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "data/site_command.h"
+#include "workstation/workstation.h"
+
+/// How the list window stores assignments: with a look at what is stored now, and another at what
+/// was written. A host's SaveAllWorkStationSettings writes without either.
+namespace tlpacscfg {
+
+/// A workstation that was reassigned here and by somebody else.
+struct AssignmentConflict {
+  std::wstring workstation;
+  std::int16_t mine;
+  std::wstring theirs;  ///< As stored; "0" for none, empty when the workstation is gone.
+
+  bool operator==(const AssignmentConflict&) const = default;
+};
+
+/// What is stored for each workstation: the text of its assignment, "0" for none.
+std::unordered_map<std::wstring, std::wstring> storedAssignments(SiteCommand& command);
+
+/// Whether a workstation uses the configuration: by what is stored, but for the workstations that
+/// were reassigned here and not saved yet.
+bool isAssigned(SiteCommand& command, const colWorkstation& workstations, std::int16_t configID);
+
+/// Writes every assignment, in one transaction on the direct way. A workstation that only somebody
+/// else reassigned takes over that assignment. Returns the conflicts that are not among
+/// `overruled`; when there are any, nothing was written. `progress` receives the number of
+/// workstations written so far, and of all.
+[[nodiscard]] std::vector<AssignmentConflict> saveAssignments(
+    const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled,
+    const std::function<void(std::size_t done, std::size_t total)>& progress);
+
+/// Gives up the assignment made here in favour of the stored one.
+void yieldTo(const AssignmentConflict& conflict, const colWorkstation& workstations);
+
+}  // namespace tlpacscfg

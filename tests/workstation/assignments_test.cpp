@@ -1,0 +1,240 @@
+#include "workstation/assignments.h"
+
+#include "data/odbc/error.h"
+#include "tools/core_test.h"
+#include "tools/errors.h"
+#include "tools/fake_client.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+enum class Way { Direct, Remote };
+
+class AssignmentsTest : public SiteTest, public ::testing::WithParamInterface<Way> {
+ protected:
+  void load(int count) {
+    for (int i = 1; i <= count; ++i) {
+      const std::wstring name = nameOf(i);
+      addWorkstation(name);
+      assign(name, L"'1'");
+    }
+    connect();
+    workstations.GetWorkstationsList();
+    if (GetParam() == Way::Remote) client = connectSiteClient();
+  }
+
+  static std::wstring nameOf(int i) { return L"PC-" + std::to_wstring(i); }
+
+  clsWorkstation& workstation(int i) { return *workstations.ColWorkStations->find(nameOf(i)); }
+
+  void assignElsewhere(int i, const std::wstring& value) {
+    site.run(L"update System_workstation_cfg set key_value = '" + value + L"' where pc_name = '" +
+             nameOf(i) + L"'");
+  }
+  std::wstring stored(int i) {
+    const ProbeRows rows = site.rows(
+        L"select key_value from System_workstation_cfg where pc_name = '" + nameOf(i) + L"'");
+    return rows.empty() ? L"none" : rows[0][0].value_or(L"Null");
+  }
+  std::wstring marks() { return *site.value(L"select count(*) from System_offline_db_updates"); }
+
+  std::vector<AssignmentConflict> save(const std::vector<AssignmentConflict>& overruled = {}) {
+    return saveAssignments(workstations, overruled, [this](std::size_t done, std::size_t total) {
+      progress.push_back({done, total});
+    });
+  }
+
+  colWorkstation workstations;
+  std::shared_ptr<ClientScript> client;
+  std::vector<std::pair<std::size_t, std::size_t>> progress;
+};
+
+TEST_P(AssignmentsTest, WhatWasAssignedHereIsStoredWithOneMark) {
+  load(3);
+  workstation(2).configID = 7;
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"1");
+  EXPECT_EQ(stored(2), L"7");
+  EXPECT_EQ(marks(), L"1");
+  EXPECT_TRUE(save().empty()) << "What was stored is no change any more.";
+}
+
+TEST_P(AssignmentsTest, AWorkstationThatOnlySomebodyElseReassignedKeepsThat) {
+  load(3);
+  workstation(2).configID = 7;
+  assignElsewhere(1, L"5");
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"5");
+  EXPECT_EQ(stored(2), L"7");
+  EXPECT_EQ(workstation(1).configID, 5);
+}
+
+TEST_P(AssignmentsTest, AWorkstationReassignedByBothIsAConflictAndNothingIsWritten) {
+  load(3);
+  workstation(1).configID = 7;
+  workstation(2).configID = 7;
+  assignElsewhere(2, L"5");
+  EXPECT_EQ(save(), (std::vector<AssignmentConflict>{{L"PC-2", 7, L"5"}}));
+  EXPECT_EQ(stored(1), L"1");
+  EXPECT_EQ(stored(2), L"5");
+  EXPECT_EQ(marks(), L"0");
+}
+
+TEST_P(AssignmentsTest, TheSameChoiceByBothIsNoConflict) {
+  load(1);
+  workstation(1).configID = 7;
+  assignElsewhere(1, L"7");
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"7");
+}
+
+TEST_P(AssignmentsTest, AnOverruledConflictStoresWhatWasAssignedHere) {
+  load(2);
+  workstation(1).configID = 7;
+  assignElsewhere(1, L"5");
+  EXPECT_TRUE(save(save()).empty());
+  EXPECT_EQ(stored(1), L"7");
+}
+
+TEST_P(AssignmentsTest, OneMoreChangeSinceAConflictWasOverruledIsAnotherConflict) {
+  load(1);
+  workstation(1).configID = 7;
+  assignElsewhere(1, L"5");
+  const auto conflicts = save();
+  assignElsewhere(1, L"6");
+  EXPECT_EQ(save(conflicts), (std::vector<AssignmentConflict>{{L"PC-1", 7, L"6"}}));
+}
+
+TEST_P(AssignmentsTest, YieldingKeepsTheStoredAssignment) {
+  load(1);
+  workstation(1).configID = 7;
+  assignElsewhere(1, L"5");
+  for (const AssignmentConflict& conflict : save()) yieldTo(conflict, workstations);
+  EXPECT_EQ(workstation(1).configID, 5);
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"5");
+}
+
+TEST_P(AssignmentsTest, AWorkstationThatIsGoneGetsNoRowAgain) {
+  load(2);
+  site.run(L"delete from System_pc_names where pc_name = 'PC-1'");
+  site.run(L"delete from System_workstation_cfg where pc_name = 'PC-1'");
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"none");
+  EXPECT_EQ(stored(2), L"1");
+}
+
+TEST_P(AssignmentsTest, AWorkstationThatIsGoneAndWasReassignedHereIsAConflict) {
+  load(1);
+  workstation(1).configID = 7;
+  site.run(L"delete from System_pc_names");
+  const auto conflicts = save();
+  EXPECT_EQ(conflicts, (std::vector<AssignmentConflict>{{L"PC-1", 7, L""}}));
+  yieldTo(conflicts[0], workstations);
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"1") << "Its row was left alone.";
+}
+
+TEST_P(AssignmentsTest, AWorkstationThatAHostAddedIsWritten) {
+  load(1);
+  workstations.AddWS(7, L"PC-9");
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(9), L"7");
+}
+
+TEST_P(AssignmentsTest, ANameWithAnUnpairedQuoteIsNamedBeforeAnythingIsSent) {
+  load(1);
+  workstations.AddWS(7, L"x' /*");
+  if (client) client->calls.clear();
+  EXPECT_RUNTIME_ERROR(save(), odbc::kOdbcFailed,
+                       L"Workstation 'x' /*': Its name holds a single quote. Nothing was saved.");
+  EXPECT_EQ(marks(), L"0");
+  if (!client) return;
+  for (const std::wstring& call : client->calls) {
+    EXPECT_FALSE(call.starts_with(L"SQLExecuteText(")) << call.size();
+  }
+}
+
+TEST_P(AssignmentsTest, ANameWithAPairOfQuotesIsWrittenAsItStands) {
+  load(1);
+  workstations.AddWS(7, L"O''BRIEN");
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(site.value(L"select key_value from System_workstation_cfg where pc_name = 'O''BRIEN'"),
+            L"7");
+}
+
+TEST_P(AssignmentsTest, ProgressIsToldAfterEachCommand) {
+  load(250);
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(progress,
+            (std::vector<std::pair<std::size_t, std::size_t>>{{100, 250}, {200, 250}, {250, 250}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, AssignmentsTest, ::testing::Values(Way::Direct, Way::Remote),
+                         [](const auto& way) {
+                           return way.param == Way::Direct ? "Direct" : "Remote";
+                         });
+
+class DirectAssignmentsTest : public AssignmentsTest {};
+INSTANTIATE_TEST_SUITE_P(Way, DirectAssignmentsTest, ::testing::Values(Way::Direct));
+
+TEST_P(DirectAssignmentsTest, AFailureInTheLastCommandTakesBackTheFirst) {
+  load(250);
+  for (int i = 1; i <= 250; ++i) workstation(i).configID = 2;
+  site.run(
+      L"CREATE TRIGGER refuse BEFORE INSERT ON System_workstation_cfg WHEN NEW.pc_name = "
+      L"'PC-250' BEGIN SELECT RAISE(ABORT, 'refused'); END");
+  EXPECT_THROW(save(), RunTimeError);
+  EXPECT_EQ(site.value(L"select count(*) from System_workstation_cfg where key_value = '1'"),
+            L"250");
+  site.run(L"DROP TRIGGER refuse");
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(site.value(L"select count(*) from System_workstation_cfg where key_value = '2'"),
+            L"250");
+}
+
+TEST_P(DirectAssignmentsTest, AMarkThatFailsTakesBackTheAssignments) {
+  load(1);
+  workstation(1).configID = 2;
+  site.run(L"DROP TABLE System_offline_db_updates");
+  EXPECT_THROW(save(), RunTimeError);
+  EXPECT_EQ(stored(1), L"1");
+}
+
+TEST_P(DirectAssignmentsTest, AnAssignmentThatIsStoredOtherwiseIsTakenBackAndNamed) {
+  load(2);
+  workstation(2).configID = 7;
+  site.run(
+      L"CREATE TRIGGER bend AFTER INSERT ON System_workstation_cfg WHEN NEW.pc_name = 'PC-2' "
+      L"BEGIN UPDATE System_workstation_cfg SET key_value = '8' WHERE pc_name = 'PC-2'; END");
+  EXPECT_RUNTIME_ERROR(
+      save(), odbc::kOdbcFailed,
+      L"Workstation 'PC-2': The database keeps the configuration '8' instead of '7'.");
+  EXPECT_EQ(stored(2), L"1");
+  EXPECT_EQ(marks(), L"0");
+}
+
+TEST_P(DirectAssignmentsTest, ATextThatNoLoadUnderstandsStays) {
+  load(2);
+  assignElsewhere(1, L"5a");
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"5a");
+}
+
+class RemoteAssignmentsTest : public AssignmentsTest {};
+INSTANTIATE_TEST_SUITE_P(Way, RemoteAssignmentsTest, ::testing::Values(Way::Remote));
+
+TEST_P(RemoteAssignmentsTest, ACommandThatFailsStopsTheRest) {
+  load(250);
+  client->refused = L"PC-100'";
+  client->reason = L"The service is gone.";
+  client->calls.clear();
+  EXPECT_RUNTIME_ERROR(save(), odbc::kOdbcFailed, L"The service is gone.");
+  EXPECT_EQ(std::ranges::count_if(
+                client->calls,
+                [](const std::wstring& call) { return call.starts_with(L"SQLExecuteText("); }),
+            1);
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test
