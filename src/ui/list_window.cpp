@@ -78,7 +78,6 @@ void frmPACSList::addColumns() {
   for (const ColumnDesign& column : kColumns) {
     list_.addColumn(column.header, win32::pixelsFromTwips(column.twips));
   }
-  lastColumnWidth_ = list_.columnWidth(WorkstationRows::kRequestFile);
 }
 
 void frmPACSList::fitToDesignedRows() {
@@ -111,26 +110,13 @@ void frmPACSList::fitToDesignedRows() {
                               static_cast<int>(workArea.bottom - workArea.top));
   const int left = workArea.left + (workArea.right - workArea.left - width) / 2;
   const int top = workArea.top + (workArea.bottom - workArea.top - height) / 2;
-  designedListWidth_ = static_cast<int>(wanted.cx);
   SetWindowPos(window(), nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
   smallest_ = {width * 2 / 3, height / 3};
+  list_.stretchColumn(WorkstationRows::kRequestFile,
+                      list_.columnWidth(WorkstationRows::kRequestFile));
 }
 
-void frmPACSList::onSize(int, int) {
-  if (designedListWidth_ == 0) return;
-  anchors_.apply();
-  const HWND list = item(IDC_frmPACSList_lvwPACSList);
-  RECT frame{};
-  RECT client{};
-  GetWindowRect(list, &frame);
-  GetClientRect(list, &client);
-  const int others = list_.columnWidth(WorkstationRows::kName) +
-                     list_.columnWidth(WorkstationRows::kConfiguration);
-  const bool wider = frame.right - frame.left > designedListWidth_;
-  list_.setColumnWidth(WorkstationRows::kRequestFile,
-                       wider ? std::max(lastColumnWidth_, static_cast<int>(client.right) - others)
-                             : lastColumnWidth_);
-}
+void frmPACSList::onSize(int, int) { anchors_.apply(); }
 
 void frmPACSList::onMinMaxInfo(MINMAXINFO& info) {
   if (smallest_.cx > 0) info.ptMinTrackSize = {smallest_.cx, smallest_.cy};

@@ -90,8 +90,6 @@ class frmPACSList : public win32::Form {
   win32::Tooltips tooltips_;
   win32::Anchors anchors_;
   SIZE smallest_{};
-  int lastColumnWidth_ = 0;
-  int designedListWidth_ = 0;
 
   std::wstring chosenWorkstation_;
   std::wstring localComputer_;

@@ -194,18 +194,13 @@ LRESULT frmPACSSettings::onNotify(NMHDR& header) {
     const bool selected = (change.uNewState & ~change.uOldState & LVIS_SELECTED) != 0;
     if (selected && change.iItem >= 0) chooseRow(change.iItem);
   } else if (header.code == NM_CLICK) {
-    clickedList(reinterpret_cast<const NMITEMACTIVATE&>(header));
+    // A click on the selected row is a click on a row too.
+    const int row = reinterpret_cast<const NMITEMACTIVATE&>(header).iItem;
+    if (row >= 0 && configurations_.rowBeforeInput() == static_cast<std::size_t>(row)) {
+      chooseRow(row);
+    }
   }
   return 0;
-}
-
-/// A click on the selected row is a click on a row too; one on no row at all selects nothing else.
-void frmPACSSettings::clickedList(const NMITEMACTIVATE& click) {
-  if (click.iItem < 0) {
-    runCommand([this] { editor_.selectedRow = rowBeforeClick_; });
-  } else if (rowBeforeClick_ == static_cast<std::size_t>(click.iItem)) {
-    chooseRow(click.iItem);
-  }
 }
 
 /// The list is in the middle of its own work: the row is shown, and a question asked, afterwards.

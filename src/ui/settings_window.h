@@ -11,7 +11,6 @@
 #include "ui/settings_page.h"
 #include "ui/win32/form.h"
 #include "ui/win32/list_view.h"
-#include "ui/win32/subclass.h"
 #include "ui/win32/tooltips.h"
 
 namespace tlpacscfg {
@@ -62,7 +61,6 @@ class frmPACSSettings : public win32::Form {
   void settleRules();
   void chooseRow(int row);
   void takeChosenRow();
-  void clickedList(const NMITEMACTIVATE& click);
 
   void readControls();
   void present();
@@ -86,12 +84,10 @@ class frmPACSSettings : public win32::Form {
   std::vector<std::unique_ptr<SettingsPage>> pages_;
   std::size_t page_ = 0;
   win32::ListView configurations_;
-  win32::Subclass listClicks_;
   win32::Tooltips tooltips_;
 
   /// What the controls show, to change only those that differ.
   SettingsForm shown_;
-  std::optional<std::size_t> rowBeforeClick_;
   std::optional<std::size_t> chosenRow_;
   bool timerRuns_ = false;
   /// While a command runs, also while it waits for an answer, controls report nothing.

@@ -87,17 +87,13 @@ void frmPACSSettings::createPages() {
 
 void frmPACSSettings::createList() {
   const HWND list = item(IDC_frmPACSSettings_lvwConfigs);
-  configurations_ = {};
   configurations_.attach(list, editor_.rows, ConfigurationRows::kConfigID);
   RECT client{};
   GetClientRect(list, &client);
   // The identifier stands before the description already.
   configurations_.addColumn(L"Config ID", 0);
-  configurations_.addColumn(L"Configuration", client.right - GetSystemMetrics(SM_CXVSCROLL));
-  listClicks_.attach(list, [this](UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
-    if (message == WM_LBUTTONDOWN) rowBeforeClick_ = configurations_.selectedRow();
-    return std::nullopt;
-  });
+  configurations_.addColumn(L"Configuration", client.right);
+  configurations_.stretchColumn(ConfigurationRows::kConfiguration, 0);
 }
 
 void frmPACSSettings::fillLists() {

@@ -200,6 +200,23 @@ TEST_F(ListWindowTest, AHeaderClickKeepsTheWorkstationSelected) {
   });
 }
 
+TEST_F(ListWindowTest, AfterAClickBesideTheRowsTheSelectedWorkstationIsStillTheOneToEdit) {
+  for (const wchar_t* name : {L"PC-1", L"PC-2"}) addWorkstation(name);
+  initialise();
+  showWhile([&](HWND window) {
+    showAll(window);
+    list_view::clickRow(list(window), 1, 1);
+    list_view::clickBelowRows(list(window));
+    list_view::rightClickBelowRows(list(window));
+    EXPECT_EQ(list_view::selectedRow(list(window)), 1);
+    click(window, IDC_frmPACSList_cmdEditWorkstation);
+    const HWND dialog = windowNamed(L"Workstation Setting");
+    EXPECT_EQ(textOf(controlOf(dialog, IDC_frmWorkstationSettings_lblWorkstation)), L"PC-2");
+    SendMessageW(dialog, WM_CLOSE, 0, 0);
+    close(window);
+  });
+}
+
 TEST_F(ListWindowTest, SelectsTheLocalComputerAfterEachRefill) {
   for (const wchar_t* name : {L"A-01", L"READ-01", L"Z-01"}) addWorkstation(name);
   initialise();
@@ -342,6 +359,45 @@ TEST_F(ListWindowTest, GrowsWithTheWindowAndKeepsItsButtonsAtTheEdge) {
     EXPECT_EQ(okAfter.left - okBefore.left, 100);
     EXPECT_EQ(okAfter.top - okBefore.top, 50);
     EXPECT_EQ(list_view::columnWidth(list(window), 3), win32::pixelsFromTwips(3500) + 100);
+    close(window);
+  });
+}
+
+TEST_F(ListWindowTest, KeepsTheWidthsThatTheUserChoseWhenItsSizeChanges) {
+  addWorkstation(L"PC-1");
+  initialise();
+  showWhile([&](HWND window) {
+    const auto widen = [&](int pixels) {
+      RECT frame{};
+      GetWindowRect(window, &frame);
+      SetWindowPos(window, nullptr, 0, 0, frame.right - frame.left + pixels,
+                   frame.bottom - frame.top, SWP_NOMOVE | SWP_NOZORDER);
+    };
+    const int name = list_view::columnWidth(list(window), 1);
+    const int file = list_view::columnWidth(list(window), 3);
+    list_view::dragDivider(list(window), 3, 50);
+    list_view::dragDivider(list(window), 1, 30);
+    widen(60);
+    EXPECT_EQ(list_view::columnWidth(list(window), 1), name + 30);
+    EXPECT_EQ(list_view::columnWidth(list(window), 3), file + 50);
+    widen(60);
+    EXPECT_EQ(list_view::columnWidth(list(window), 3), file + 90);
+    widen(-200);
+    EXPECT_EQ(list_view::columnWidth(list(window), 1), name + 30);
+    EXPECT_EQ(list_view::columnWidth(list(window), 3), file + 50);
+    close(window);
+  });
+}
+
+TEST_F(ListWindowTest, TheColumnsOfTheProgramStayClosed) {
+  initialise();
+  showWhile([&](HWND window) {
+    // At either side of the list a closed column's divider lies over another one's, which gives
+    // way.
+    for (const int column : {0, 4}) {
+      list_view::dragDivider(list(window), column, 40);
+      EXPECT_EQ(list_view::columnWidth(list(window), column), 0);
+    }
     close(window);
   });
 }

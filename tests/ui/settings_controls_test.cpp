@@ -221,6 +221,32 @@ TEST_F(SettingsControlsTest, TheListShowsAConfigurationInARowWithItsSubItems) {
   });
 }
 
+TEST_F(SettingsControlsTest, TheConfigurationColumnFillsTheListUpToItsScrollBar) {
+  makeSite();
+  edit([this](HWND window) {
+    const auto clientWidth = [&] {
+      RECT client{};
+      GetClientRect(rows(window), &client);
+      return static_cast<int>(client.right);
+    };
+    const int withoutScrollBar = clientWidth();
+    EXPECT_EQ(list_view::columnWidth(rows(window), 1), withoutScrollBar);
+    const int shown = static_cast<int>(SendMessageW(rows(window), LVM_GETCOUNTPERPAGE, 0, 0));
+    for (int i = list_view::rowCount(rows(window)); i <= shown; ++i) {
+      press(window, Control::btnNew);
+      fill(window, Control::txtDescription, L"Another " + std::to_wstring(i));
+      press(window, Control::btnSave);
+    }
+    EXPECT_EQ(list_view::rowCount(rows(window)), shown + 1);
+    EXPECT_LT(clientWidth(), withoutScrollBar);
+    EXPECT_EQ(list_view::columnWidth(rows(window), 1), clientWidth());
+    answers = {doors::Answer::Yes};
+    press(window, Control::btnDelete);
+    EXPECT_EQ(clientWidth(), withoutScrollBar);
+    EXPECT_EQ(list_view::columnWidth(rows(window), 1), withoutScrollBar);
+  });
+}
+
 TEST_F(SettingsControlsTest, OnlyTheControlsOfTheSelectedTabTakeTabStops) {
   makeSite();
   edit([](HWND window) {

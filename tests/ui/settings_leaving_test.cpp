@@ -122,15 +122,15 @@ TEST_F(SettingsLeavingTest, AMouseClickOnAnotherRowShowsItOnce) {
   EXPECT_EQ(messages.size(), 1U);
 }
 
-TEST_F(SettingsLeavingTest, AClickBesideTheRowsKeepsTheSelection) {
+TEST_F(SettingsLeavingTest, AClickBesideTheRowsKeepsTheSelectionAndAsksNothing) {
   makeSite();
   edit([&](HWND window) {
-    RECT client{};
-    GetClientRect(rows(window), &client);
-    const LPARAM at = MAKELPARAM(client.right / 2, client.bottom - 5);
-    SendMessageW(rows(window), WM_LBUTTONDOWN, MK_LBUTTON, at);
-    SendMessageW(rows(window), WM_LBUTTONUP, 0, at);
+    fill(window, txtDescription, L"Changed");
+    list_view::clickBelowRows(rows(window));
+    list_view::rightClickBelowRows(rows(window));
     EXPECT_EQ(list_view::selectedRow(rows(window)), 1);
+    press(window, btnSave);
+    EXPECT_EQ(list_view::cell(rows(window), 1, 1), L"5 - Changed");
   });
   EXPECT_TRUE(messages.empty());
 }

@@ -61,6 +61,14 @@ RECT placeOfCell(HWND list, int row, int column) {
   return place;
 }
 
+HWND headerOf(HWND list) { return reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0)); }
+
+POINT pointBelowRows(HWND list) {
+  RECT client{};
+  GetClientRect(list, &client);
+  return {client.right / 2, client.bottom - 5};
+}
+
 }  // namespace
 
 void waitUntil(const std::function<bool()>& condition, const std::string& what) {
@@ -189,7 +197,7 @@ std::wstring header(HWND list, int column) {
 }
 
 void clickHeader(HWND list, int column) {
-  const auto bar = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
+  const HWND bar = headerOf(list);
   RECT place{};
   SendMessageW(bar, HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&place));
   mouse(bar, middleOf(place), WM_LBUTTONDOWN, WM_LBUTTONUP);
@@ -203,6 +211,22 @@ void doubleClickRow(HWND list, int row, int column) {
   const POINT at = middleOf(placeOfCell(list, row, column));
   mouse(list, at, WM_LBUTTONDOWN, WM_LBUTTONUP);
   mouse(list, at, WM_LBUTTONDBLCLK, WM_LBUTTONUP);
+}
+
+void clickBelowRows(HWND list) { mouse(list, pointBelowRows(list), WM_LBUTTONDOWN, WM_LBUTTONUP); }
+
+void rightClickBelowRows(HWND list) {
+  mouse(list, pointBelowRows(list), WM_RBUTTONDOWN, WM_RBUTTONUP);
+}
+
+void dragDivider(HWND list, int column, int pixels) {
+  const HWND bar = headerOf(list);
+  RECT place{};
+  SendMessageW(bar, HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&place));
+  const POINT from{place.right - 2, (place.top + place.bottom) / 2};
+  SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
+  SendMessageW(bar, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(from.x + pixels, from.y));
+  SendMessageW(bar, WM_LBUTTONUP, 0, MAKELPARAM(from.x + pixels, from.y));
 }
 
 }  // namespace list_view

@@ -48,6 +48,11 @@ void clickHeader(HWND list, int column);
 /// With the mouse, on the row's text in the column.
 void clickRow(HWND list, int row, int column);
 void doubleClickRow(HWND list, int row, int column);
+/// With the left or the right button, in the empty part below the rows.
+void clickBelowRows(HWND list);
+void rightClickBelowRows(HWND list);
+/// Drags the divider at the column's right edge.
+void dragDivider(HWND list, int column, int pixels);
 }  // namespace list_view
 
 }  // namespace tlpacscfg::test

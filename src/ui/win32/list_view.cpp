@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "support/scope_exit.h"
 #include "support/text.h"
 
 namespace tlpacscfg::win32 {
@@ -11,6 +12,12 @@ void ListView::attach(HWND list, const ListRows& rows, std::size_t keyColumn) {
   list_ = list;
   rows_ = &rows;
   keyColumn_ = keyColumn;
+  rowBeforeInput_.reset();
+  hiddenColumns_.clear();
+  stretchedColumn_ = kNoColumn;
+  messages_.attach(list_, [this](UINT message, WPARAM wParam, LPARAM lParam) {
+    return onMessage(message, wParam, lParam);
+  });
   constexpr DWORD kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
   ListView_SetExtendedListViewStyleEx(list_, kStyle, kStyle);
 }
@@ -21,9 +28,10 @@ void ListView::addColumn(const wchar_t* header, int widthPixels) {
   column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
   column.pszText = text.data();
   column.cx = widthPixels;
-  column.iSubItem = columns_;
-  SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(columns_++),
+  column.iSubItem = columnCount();
+  SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(columnCount()),
                reinterpret_cast<LPARAM>(&column));
+  hiddenColumns_.push_back(widthPixels == 0);
 }
 
 int ListView::columnWidth(int column) const { return ListView_GetColumnWidth(list_, column); }
@@ -32,9 +40,42 @@ void ListView::setColumnWidth(int column, int widthPixels) {
   if (columnWidth(column) != widthPixels) ListView_SetColumnWidth(list_, column, widthPixels);
 }
 
+void ListView::stretchColumn(int column, int minWidthPixels) {
+  stretchedColumn_ = column;
+  minStretchedWidth_ = minWidthPixels;
+  slack_ = std::max(roomFor(column) - columnWidth(column), 0);
+}
+
+int ListView::roomFor(int column) const {
+  RECT client{};
+  GetClientRect(list_, &client);
+  int room = static_cast<int>(client.right);
+  for (int i = 0; i < columnCount(); ++i) {
+    if (i != column) room -= columnWidth(i);
+  }
+  return room;
+}
+
+void ListView::stretch() {
+  if (stretchedColumn_ == kNoColumn || stretching_) return;
+  stretching_ = true;
+  const ScopeExit done([this] { stretching_ = false; });
+  // A new width lets scroll bars come and go, and these change the room: so often at most.
+  for (int i = 0; i < 3; ++i) {
+    setColumnWidth(stretchedColumn_,
+                   std::max(minStretchedWidth_, roomFor(stretchedColumn_) - slack_));
+  }
+}
+
 void ListView::refill() {
   clearSelection();
-  ListView_SetItemCountEx(list_, static_cast<int>(rows_->rowCount()), 0);
+  {
+    // The control brings or takes away its scroll bar in several steps.
+    stretching_ = true;
+    const ScopeExit done([this] { stretching_ = false; });
+    ListView_SetItemCountEx(list_, static_cast<int>(rows_->rowCount()), 0);
+  }
+  stretch();
   redraw();
 }
 
@@ -53,6 +94,7 @@ void ListView::select(std::size_t row) {
 }
 
 void ListView::clearSelection() {
+  rowBeforeInput_.reset();
   // Only the rows in question: asking for all of them at once takes a look at each.
   for (const UINT state : {LVNI_SELECTED, LVNI_FOCUSED}) {
     const int row = ListView_GetNextItem(list_, -1, state);
@@ -62,7 +104,7 @@ void ListView::clearSelection() {
 
 void ListView::showSortArrow(int column, bool ascending) {
   const HWND header = ListView_GetHeader(list_);
-  for (int i = 0; i < columns_; ++i) {
+  for (int i = 0; i < columnCount(); ++i) {
     HDITEMW item{};
     item.mask = HDI_FORMAT;
     SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
@@ -86,7 +128,7 @@ SIZE ListView::sizeForRows(int rows) const {
   RECT header{};
   GetWindowRect(ListView_GetHeader(list_), &header);
   int width = 0;
-  for (int i = 0; i < columns_; ++i) width += columnWidth(i);
+  for (int i = 0; i < columnCount(); ++i) width += columnWidth(i);
   const int rowHeight = heightOfRow();
   RECT frame{0, 0, width, header.bottom - header.top + rows * rowHeight};
   AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(list_, GWL_STYLE)) & ~WS_VSCROLL,
@@ -96,6 +138,8 @@ SIZE ListView::sizeForRows(int rows) const {
 
 bool ListView::answer(NMHDR& header, LRESULT& result) const {
   if (header.hwndFrom != list_) return false;
+  // A row that gets its selection back has not been chosen.
+  if (restoring_ && header.code == LVN_ITEMCHANGED) return true;
   if (header.code == LVN_GETDISPINFOW) {
     LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
     if ((item.mask & LVIF_TEXT) != 0 && item.cchTextMax > 0) {
@@ -112,6 +156,76 @@ bool ListView::answer(NMHDR& header, LRESULT& result) const {
     return true;
   }
   return false;
+}
+
+std::optional<LRESULT> ListView::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:
+      if (!isBesideRows(lParam)) return keepSelection(message, wParam, lParam);
+      SetFocus(list_);
+      return 0;
+    case WM_KEYDOWN:
+      // Ctrl and the plus of the number pad would open the hidden columns too.
+      if (wParam == VK_ADD && GetKeyState(VK_CONTROL) < 0) return 0;
+      return keepSelection(message, wParam, lParam);
+    case WM_SIZE: {
+      const LRESULT result = DefSubclassProc(list_, message, wParam, lParam);
+      stretch();
+      return result;
+    }
+    case WM_NOTIFY: {
+      const auto& change = *reinterpret_cast<const NMHEADERW*>(lParam);
+      if (change.hdr.hwndFrom != ListView_GetHeader(list_)) return std::nullopt;
+      return onHeader(change);
+    }
+    default:
+      return std::nullopt;
+  }
+}
+
+/// The control itself deselects a row on some clicks and keys, Ctrl+Space for one.
+LRESULT ListView::keepSelection(UINT message, WPARAM wParam, LPARAM lParam) {
+  rowBeforeInput_ = selectedRow();
+  const LRESULT result = DefSubclassProc(list_, message, wParam, lParam);
+  if (rowBeforeInput_ && !selectedRow()) {
+    restoring_ = true;
+    const ScopeExit done([this] { restoring_ = false; });
+    ListView_SetItemState(list_, static_cast<int>(*rowBeforeInput_), LVIS_SELECTED | LVIS_FOCUSED,
+                          LVIS_SELECTED | LVIS_FOCUSED);
+  }
+  return result;
+}
+
+bool ListView::isBesideRows(LPARAM place) const {
+  LVHITTESTINFO hit{};
+  hit.pt = {static_cast<short>(LOWORD(place)), static_cast<short>(HIWORD(place))};
+  return ListView_HitTest(list_, &hit) < 0;
+}
+
+/// Headers that are not Unicode send the A notifications, which differ in no member used here.
+std::optional<LRESULT> ListView::onHeader(const NMHEADERW& change) {
+  switch (change.hdr.code) {
+    case HDN_BEGINTRACKA:
+    case HDN_BEGINTRACKW:
+    case HDN_DIVIDERDBLCLICKA:
+    case HDN_DIVIDERDBLCLICKW:
+      if (change.iItem < 0 || change.iItem >= columnCount()) return std::nullopt;
+      if (!hiddenColumns_[static_cast<std::size_t>(change.iItem)]) return std::nullopt;
+      return TRUE;
+    case HDN_ITEMCHANGEDA:
+    case HDN_ITEMCHANGEDW:
+      if (change.iItem == stretchedColumn_ && !stretching_ && change.pitem &&
+          (change.pitem->mask & HDI_WIDTH) != 0) {
+        minStretchedWidth_ = change.pitem->cxy;
+        slack_ = std::max(roomFor(stretchedColumn_) - minStretchedWidth_, 0);
+      }
+      return std::nullopt;
+    default:
+      return std::nullopt;
+  }
 }
 
 int ListView::findByPrefix(const NMLVFINDITEMW& request) const {
