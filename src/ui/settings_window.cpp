@@ -159,6 +159,8 @@ void frmPACSSettings::onCommand(int controlId, int code) {
     case IDC_frmPACSSettings_chkUserLogon:
       return runCommand([this] { editor_.chkUserLogonClicked(); });
     default:
+      // The tab stop of a group of options goes with the selected one.
+      updateTabStops();
       if (governs(controlId)) startRulesTimer();
   }
 }

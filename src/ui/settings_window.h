@@ -76,6 +76,7 @@ class frmPACSSettings : public win32::Form {
   void stopRulesTimer();
   void showPage(std::size_t index);
   void turnPage(int step);
+  bool leadsItsGroup(const ControlDesign& option) const;
   void updateTabStops() const;
 
   frmPACSList& list_;

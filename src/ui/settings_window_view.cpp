@@ -20,14 +20,12 @@ std::wstring_view groupOf(const ControlDesign& option) {
   return name.substr(0, name.rfind(L'_'));
 }
 
-/// In a group of options the selected one takes the tab stop, or the first one.
-bool leadsItsGroup(const SettingsForm& form, const ControlDesign& option) {
-  const ControlDesign* leader = nullptr;
-  for (const ControlDesign& each : controls()) {
-    if (each.kind != Kind::Option || groupOf(each) != groupOf(option)) continue;
-    if (!leader || form[each.control].ticked) leader = &each;
-  }
-  return leader == &option;
+/// The label before the field, or the first field of its group, if it has one.
+const ControlDesign* labelOf(const ControlDesign& field) {
+  const auto place = static_cast<std::size_t>(field.control);
+  if (place == 0 || !takesTabStop(field.kind)) return nullptr;
+  const ControlDesign& before = controls()[place - 1];
+  return before.kind == Kind::Label && before.page == field.page ? &before : nullptr;
 }
 
 void setTabStop(HWND control, bool wanted) {
@@ -185,7 +183,12 @@ void frmPACSSettings::presentControl(const ControlDesign& each, const ControlCon
   }
   if (wanted.position != shown.position) ComboBox(window).selectPosition(wanted.position);
   if (wanted.tooltip != shown.tooltip) tooltips_.set(window, wanted.tooltip);
-  if (wanted.enabled != shown.enabled) EnableWindow(window, wanted.enabled);
+  if (wanted.enabled != shown.enabled) {
+    EnableWindow(window, wanted.enabled);
+    if (const ControlDesign* label = labelOf(each)) {
+      EnableWindow(control(label->control), wanted.enabled);
+    }
+  }
   if (wanted.visible != shown.visible) {
     ShowWindow(window, wanted.visible ? SW_SHOWNA : SW_HIDE);
     if (each.kind == Kind::Heading) {
@@ -223,18 +226,33 @@ void frmPACSSettings::showPage(std::size_t index) {
   page_ = index;
   const HWND tabs = item(IDC_frmPACSSettings_SSPACSOptions);
   TabCtrl_SetCurSel(tabs, static_cast<int>(index));
+  bool focusHidden = false;
   for (std::size_t i = 0; i < pages_.size(); ++i) {
-    ShowWindow(pages_[i]->window(), i == index ? SW_SHOWNA : SW_HIDE);
+    const HWND page = pages_[i]->window();
+    ShowWindow(page, i == index ? SW_SHOWNA : SW_HIDE);
+    focusHidden |= i != index && IsChild(page, GetFocus());
   }
   UpdateWindow(tabs);
   updateTabStops();
+  // Windows' tab control leaves the focus where it was when it is clicked.
+  if (focusHidden) moveFocus(tabs);
+}
+
+/// In a group of options the selected one takes the tab stop, or the first one.
+bool frmPACSSettings::leadsItsGroup(const ControlDesign& option) const {
+  const ControlDesign* leader = nullptr;
+  for (const ControlDesign& each : controls()) {
+    if (each.kind != Kind::Option || groupOf(each) != groupOf(option)) continue;
+    if (!leader || isTicked(control(each.control))) leader = &each;
+  }
+  return leader == &option;
 }
 
 void frmPACSSettings::updateTabStops() const {
   for (const ControlDesign& each : controls()) {
     if (each.page == Page::Window || !takesTabStop(each.kind)) continue;
     const bool onPage = pages_[page_]->page() == each.page;
-    const bool reachable = each.kind != Kind::Option || leadsItsGroup(shown_, each);
+    const bool reachable = each.kind != Kind::Option || leadsItsGroup(each);
     setTabStop(control(each.control), onPage && reachable);
   }
 }

@@ -282,6 +282,26 @@ TEST_F(SettingsControlsTest, OneOptionOfAGroupTakesTheTabStop) {
   });
 }
 
+TEST_F(SettingsControlsTest, TheTabStopOfAGroupFollowsTheOptionThatIsClicked) {
+  addSettled(1, L"Default", L"user_mapping_option = 1, pacs_request_password = 2");
+  edit([](HWND window) {
+    const auto expectStopAt = [&](Control option) {
+      for (const Control each : {Control::radLogonMapCorvane_0, Control::radLogonMapCorvane_1,
+                                 Control::radLogonMapCorvane_2}) {
+        const LONG style = GetWindowLongW(control(window, each), GWL_STYLE);
+        EXPECT_EQ((style & WS_TABSTOP) != 0, each == option) << toUtf8(design(each).name);
+      }
+    };
+    turnTo(window, 1);
+    expectStopAt(Control::radLogonMapCorvane_0);
+    press(window, Control::radLogonMapCorvane_2);
+    expectStopAt(Control::radLogonMapCorvane_2);
+    turnTo(window, 2);
+    turnTo(window, 1);
+    expectStopAt(Control::radLogonMapCorvane_2);
+  });
+}
+
 TEST_F(SettingsControlsTest, TheXmlFilesAreListedWithoutThoseOfTheSystem) {
   makePrompts({L"SysWindowCfg.xml", L"SITEWINDOWCFG.XML", L"a.xml", L"B.XML", L"notes.txt"});
   makeSite();

@@ -1,3 +1,6 @@
+#include <windows.h>
+#include <commctrl.h>
+
 #include "support/text.h"
 #include "ui/settings_test.h"
 
@@ -126,6 +129,34 @@ TEST_F(SettingsKeyboardTest, TheFocusLeavesAFieldThatARuleDisables) {
     waitUntil([&] { return !enabled(window, txtRequestFileName); }, "the rules are applied");
     EXPECT_NE(focusOf(window), control(window, txtRequestFileName));
     EXPECT_TRUE(IsWindowEnabled(focusOf(window)));
+  });
+}
+
+TEST_F(SettingsKeyboardTest, AClickOnATabTakesTheFocusOutOfTheHiddenPage) {
+  makeSite();
+  edit([](HWND window) {
+    const HWND tabs = control(window, SSPACSOptions);
+    SendMessageW(window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(window, txtPort)), TRUE);
+    // Windows' tab control reports a click like this and does not take the focus.
+    SendMessageW(tabs, TCM_SETCURSEL, 1, 0);
+    NMHDR report{tabs, IDC_frmPACSSettings_SSPACSOptions, TCN_SELCHANGE};
+    SendMessageW(window, WM_NOTIFY, report.idFrom, reinterpret_cast<LPARAM>(&report));
+    EXPECT_EQ(focusOf(window), tabs);
+    EXPECT_TRUE(IsWindowVisible(control(window, txtRequestFileName)));
+    EXPECT_FALSE(IsWindowVisible(control(window, txtPort)));
+    walk(window, {btnNew});
+  });
+}
+
+TEST_F(SettingsKeyboardTest, AClickOnATabLeavesTheFocusOutsideThePagesAlone) {
+  makeSite();
+  edit([](HWND window) {
+    const HWND tabs = control(window, SSPACSOptions);
+    SendMessageW(window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(rows(window)), TRUE);
+    SendMessageW(tabs, TCM_SETCURSEL, 1, 0);
+    NMHDR report{tabs, IDC_frmPACSSettings_SSPACSOptions, TCN_SELCHANGE};
+    SendMessageW(window, WM_NOTIFY, report.idFrom, reinterpret_cast<LPARAM>(&report));
+    EXPECT_EQ(focusOf(window), rows(window));
   });
 }
 

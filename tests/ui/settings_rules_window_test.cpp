@@ -34,6 +34,63 @@ TEST_F(SettingsRulesWindowTest, EveryGoverningControlBringsItsRulesAbout) {
   });
 }
 
+TEST_F(SettingsRulesWindowTest, ALabelIsDisabledTogetherWithItsField) {
+  constexpr std::pair<Control, Control> kLabelled[] = {
+      {lblDescription, txtDescription},
+      {lblXMLType, cmbVendorType},
+      {lblConfigurationFile, cmbXMLConfugrationFile},
+      {lblPACSInsOvr, cmbStartPACS},
+      {lblManualEntryTrigger, cmbManualEntry},
+      {lblPolling, cmbPollingOption},
+      {Label1, cmbPollingAction},
+      {Label6, cmbPollingDisplayField},
+      {labPort, txtPort},
+      {lblRequestFileName, txtRequestFileName},
+      {lblReqPassword, cmbRequestPassword},
+      {lblResponseType, cmbResponseType},
+      {lblResponseFileName, txtResponseFileName},
+      {lblApplicableFields, txtApplicableFields},
+      {lblResponsePassword, cmbResPassword},
+      {Label5, cmbContextChangeOption},
+      {lblContextChangeXML, txtContextXML},
+      {Label8, optMultiAccessionHandlingOption_2},
+      {Label7, cmpAccessionFields},
+      {Label3, cmbContextUpdate},
+      {Label9, txtCloseDictation},
+      {Label10, cmbCloseDictationAction},
+  };
+  addSettled(1, L"Default");
+  edit([&](HWND window) {
+    const auto expectPairs = [&] {
+      for (const auto& [label, field] : kLabelled) {
+        EXPECT_EQ(enabled(window, label), enabled(window, field)) << toUtf8(design(field).name);
+      }
+    };
+    expectPairs();
+    for (const Control label : {lblDescription, Label1, lblReqPassword, lblResponseFileName,
+                                lblResponsePassword, Label5, Label8, Label9}) {
+      EXPECT_FALSE(enabled(window, label)) << toUtf8(design(label).name);
+    }
+    press(window, chkResponseEnabled);
+    press(window, chkEnableContextPolling);
+    press(window, chkCloseDictation);
+    pick(window, cmbPollingOption, 1);
+    awaitEnabled(window, txtCloseDictation, true);
+    expectPairs();
+    for (const Control label :
+         {Label1, lblResponseFileName, lblResponsePassword, Label5, Label8, Label9}) {
+      EXPECT_TRUE(enabled(window, label)) << toUtf8(design(label).name);
+    }
+    // Neither belongs to one field.
+    pickCode(window, cmbVendorType, 4);
+    awaitEnabled(window, txtRequestFileName, false);
+    expectPairs();
+    for (const Control label : {lblMapsTo, lblConfig, lblAddressHint, lblHintApplicable}) {
+      EXPECT_TRUE(enabled(window, label)) << toUtf8(design(label).name);
+    }
+  });
+}
+
 TEST_F(SettingsRulesWindowTest, AGeFormatTurnsTheMappingOff) {
   addSettled(1, L"Default", L"user_mapping_option = 5");
   edit([](HWND window) {
