@@ -6,6 +6,7 @@
 #define IDD_frmPACSList 100
 #define IDD_frmPACSSettings 200
 #define IDD_frmWorkstationSettings 300
+#define IDD_progress 400
 
 // The list window: 1000 to 1099. Its OK button is the dialog's default button.
 #define IDC_frmPACSList_btnOk 1
@@ -133,3 +134,8 @@
 #define IDC_frmWorkstationSettings_Label1 3001
 #define IDC_frmWorkstationSettings_cmbPACSConfig 3002
 #define IDC_frmWorkstationSettings_lblWorkstation 3003
+
+// The progress window: 4000 to 4099.
+#define IDC_progress_text 4000
+#define IDC_progress_bar 4001
+#define IDC_progress_count 4002
