@@ -89,6 +89,15 @@ class ListViewTest : public testing::Test {
     SendMessageW(control_, up, 0, place);
   }
 
+  void clickBesideRows(UINT down, UINT up) const {
+    for (const POINT at : {POINT{50, 180}, POINT{390, 30}, POINT{390, 180}}) {
+      click(down, up, at);
+      EXPECT_EQ(list_view::selectedRow(control_), 1) << down << " at " << at.x;
+      EXPECT_TRUE(isFocused(1));
+    }
+    EXPECT_TRUE(selections_.empty());
+  }
+
   void pressWithCtrl(WPARAM key) const {
     std::array<BYTE, 256> before{};
     GetKeyboardState(before.data());
@@ -142,21 +151,11 @@ class ListViewTest : public testing::Test {
 };
 
 TEST_F(ListViewTest, AClickBesideTheRowsKeepsTheRowSelectedAndFocused) {
-  const struct {
-    UINT down;
-    UINT up;
-  } clicks[] = {{WM_LBUTTONDOWN, WM_LBUTTONUP},
-                {WM_LBUTTONDBLCLK, WM_LBUTTONUP},
-                {WM_RBUTTONDOWN, WM_RBUTTONUP},
-                {WM_RBUTTONDBLCLK, WM_RBUTTONUP}};
-  for (const auto& each : clicks) {
-    for (const POINT at : {POINT{50, 180}, POINT{390, 30}, POINT{390, 180}}) {
-      click(each.down, each.up, at);
-      EXPECT_EQ(list_view::selectedRow(control_), 1) << each.down << " at " << at.x;
-      EXPECT_TRUE(isFocused(1));
-    }
-  }
-  EXPECT_TRUE(selections_.empty());
+  for (const UINT down : {WM_LBUTTONDOWN, WM_LBUTTONDBLCLK}) clickBesideRows(down, WM_LBUTTONUP);
+}
+
+TEST_F(ListViewTest, ARightClickBesideTheRowsKeepsTheRowSelectedAndFocused) {
+  for (const UINT down : {WM_RBUTTONDOWN, WM_RBUTTONDBLCLK}) clickBesideRows(down, WM_RBUTTONUP);
 }
 
 TEST_F(ListViewTest, AClickBesideTheRowsGivesTheListTheFocus) {

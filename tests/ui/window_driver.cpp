@@ -223,7 +223,9 @@ void dragDivider(HWND list, int column, int pixels) {
   const HWND bar = headerOf(list);
   RECT place{};
   SendMessageW(bar, HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&place));
-  const POINT from{place.right - 2, (place.top + place.bottom) / 2};
+  // A closed column's divider is to be had from the right only.
+  const LONG offset = place.left == place.right ? 2 : -2;
+  const POINT from{place.right + offset, (place.top + place.bottom) / 2};
   SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
   SendMessageW(bar, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(from.x + pixels, from.y));
   SendMessageW(bar, WM_LBUTTONUP, 0, MAKELPARAM(from.x + pixels, from.y));
