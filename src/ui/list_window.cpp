@@ -9,6 +9,7 @@
 #include "support/scope_exit.h"
 #include "support/text.h"
 #include "ui/assignment_window.h"
+#include "ui/progress_window.h"
 #include "ui/resource.h"
 #include "ui/settings_window.h"
 #include "ui/win32/module.h"
@@ -177,7 +178,7 @@ void frmPACSList::onCommand(int controlId, int code) {
     case IDC_frmPACSList_cmdEditWorkstation:
       return editWorkstation();
     case IDC_frmPACSList_btnOk:
-      return saveAndClose();
+      return closeAfter(&frmPACSList::saveAssignments);
     case IDCANCEL:
       return onClose();
     default:
@@ -237,13 +238,22 @@ void frmPACSList::editWorkstation() {
   assignment_->showPACSWorkStation(chosenWorkstation_, rows_.configIDOf(*row));
 }
 
-void frmPACSList::onClose() {
+void frmPACSList::onClose() { closeAfter(&frmPACSList::saveOrGiveUp); }
+
+void frmPACSList::closeAfter(bool (frmPACSList::*save)()) {
+  if (closing_) return;
+  closing_ = true;
+  const ScopeExit done([this] { closing_ = false; });
+  if ((this->*save)()) closeEditorsAndUnload();
+}
+
+/// Without this way out a database that refuses the assignments would hold the host for ever.
+bool frmPACSList::saveOrGiveUp() {
   try {
-    saveAndClose();
+    return saveAssignments();
   } catch (...) {
     win32::reportRunTimeError(describeCurrent());
-    // Without this way out a database that refuses the assignments would hold the host for ever.
-    if (closeWithoutSaving()) closeEditorsAndUnload();
+    return closeWithoutSaving();
   }
 }
 
@@ -254,16 +264,8 @@ bool frmPACSList::closeWithoutSaving() {
                              .defaultAnswer = doors::Answer::No}) == doors::Answer::Yes;
 }
 
-void frmPACSList::saveAndClose() {
-  if (saveAssignments()) closeEditorsAndUnload();
-}
-
-/// False when the administrator stays to settle what somebody else has assigned, and while an
-/// earlier save waits for an answer.
+/// False when the administrator stays to settle what somebody else has assigned.
 bool frmPACSList::saveAssignments() {
-  if (saving_) return false;
-  saving_ = true;
-  const ScopeExit done([this] { saving_ = false; });
   if (!config_->m_colWorkstation) raise(ErrorNumber::ObjectNotSet);
   const colWorkstation& workstations = *config_->m_colWorkstation;
   const SiteAccess access(*config_);
@@ -279,14 +281,29 @@ bool frmPACSList::saveAssignments() {
         for (const AssignmentConflict& conflict : conflicts) yieldTo(conflict, workstations);
         break;
       default:
+        refillAsItWas();
         return false;
     }
   }
 }
 
+/// What somebody else assigned is in the list now; the selected workstation stays the same.
+void frmPACSList::refillAsItWas() {
+  const std::optional<std::size_t> selected = list_.selectedRow();
+  const std::wstring name(selected ? rows_.cell(*selected, WorkstationRows::kName) : L"");
+  FillPCList();
+  if (selected && rows_.rowOf(name)) list_.select(*rows_.rowOf(name));
+}
+
 std::vector<AssignmentConflict> frmPACSList::saveShowingProgress(
     const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled) {
-  return tlpacscfg::saveAssignments(workstations, overruled, [](std::size_t, std::size_t) {});
+  ProgressWindow progress(window(), L"Saving the workstation assignments...");
+  const ScopeExit forgetInput([&] {
+    if (progress.isVisible()) win32::dropInput(window());
+  });
+  return tlpacscfg::saveAssignments(
+      workstations, overruled,
+      [&](std::size_t done, std::size_t total) { progress.update(done, total); });
 }
 
 doors::Answer frmPACSList::askWhoseAssignments(
@@ -312,12 +329,10 @@ std::optional<INT_PTR> frmPACSList::onMessage(UINT message, WPARAM, LPARAM) {
 }
 
 bool frmPACSList::mayEnd() {
-  try {
-    return saveAssignments() && settings_->mayLeave();
-  } catch (...) {
-    win32::reportRunTimeError(describeCurrent());
-    return closeWithoutSaving() && settings_->mayLeave();
-  }
+  if (closing_) return false;
+  closing_ = true;
+  const ScopeExit done([this] { closing_ = false; });
+  return saveOrGiveUp() && settings_->mayLeave();
 }
 
 }  // namespace tlpacscfg

@@ -39,8 +39,8 @@ class frmPACSList : public win32::Form {
   /// As the close box does it: saves, asks where that fails, and may stay open.
   void askToClose() { onClose(); }
 
-  /// While a save, or a question that it brought up, is not over.
-  bool isSaving() const { return saving_; }
+  /// From the save to the last question that it brings up.
+  bool isClosing() const { return closing_; }
 
   /// Refills and sorts the list by name, and selects the local computer's row. An error is shown;
   /// the list keeps what was filled.
@@ -71,12 +71,14 @@ class frmPACSList : public win32::Form {
   void sortByHeader(int column);
   void editConfiguration();
   void editWorkstation();
-  void saveAndClose();
+  void closeAfter(bool (frmPACSList::*save)());
   bool saveAssignments();
   std::vector<AssignmentConflict> saveShowingProgress(
       const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled);
   doors::Answer askWhoseAssignments(const std::vector<AssignmentConflict>& conflicts) const;
   static bool closeWithoutSaving();
+  bool saveOrGiveUp();
+  void refillAsItWas();
   bool mayEnd();
   void closeEditorsAndUnload();
 
@@ -93,7 +95,7 @@ class frmPACSList : public win32::Form {
 
   std::wstring chosenWorkstation_;
   std::wstring localComputer_;
-  bool saving_ = false;
+  bool closing_ = false;
 };
 
 }  // namespace tlpacscfg

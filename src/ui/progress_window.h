@@ -25,6 +25,7 @@ class ProgressWindow : private win32::Dialog {
   /// or posted message is processed: no command can start meanwhile.
   void update(std::size_t done, std::size_t total);
 
+  using Dialog::isVisible;
   using Dialog::window;
 
  private:

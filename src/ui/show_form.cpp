@@ -50,7 +50,7 @@ void waitUntilUnloaded(frmPACSList& list) {
 /// this call would keep from it.
 bool showList(const std::shared_ptr<clsConfig>& config) {
   if (g_loadedList != nullptr && g_loadedList->isCreated()) {
-    if (g_loadedList->isSaving()) return false;
+    if (g_loadedList->isClosing()) return false;
     g_loadedList->BringToFront();
     config->ConfigLoaded = true;
     waitUntilUnloaded(*g_loadedList);

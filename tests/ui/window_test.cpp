@@ -26,6 +26,11 @@ std::uint8_t showListWhile(const std::shared_ptr<clsConfig>& config,
     }
     if (isShown(kListTitle)) {
       if (failure.empty()) failure = "the script left the list window open";
+      // Whatever keeps it open is answered so that it closes.
+      doors::showMessage = [](const doors::Message& message) {
+        const bool lists = message.buttons == doors::Buttons::YesNo;
+        return lists ? doors::Answer::Yes : doors::Answer::No;
+      };
       PostThreadMessageW(windowThread, WM_QUIT, 0, 0);
     }
   });

@@ -88,6 +88,14 @@ void SetFormTopMost(HWND window, bool topMost) {
                place.right - place.left, place.bottom - place.top, 0);
 }
 
+void dropInput(HWND window) {
+  MSG message;
+  while (PeekMessageW(&message, window, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE) ||
+         PeekMessageW(&message, window, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE)) {
+    if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
+  }
+}
+
 void ForceForegroundWindow(HWND window) {
   const HWND foreground = GetForegroundWindow();
   if (foreground == window) return;

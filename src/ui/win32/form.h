@@ -33,6 +33,9 @@ bool IsFormLoaded(std::wstring_view name);
 /// Puts the window among the topmost ones, or takes it out of them; place and size stay.
 void SetFormTopMost(HWND window, bool topMost);
 
+/// Forgets the keys and clicks that wait for a window or its controls.
+void dropInput(HWND window);
+
 /// Brings a window to the front of all programs' windows; every error is ignored.
 void ForceForegroundWindow(HWND window);
 
