@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "data/database.h"
+#include "support/text.h"
 #include "wire/wire_test.h"
 
 namespace tlpacscfg::test {
@@ -46,6 +47,21 @@ TEST_F(WireLoginTest, NamesAndPasswordsMayHoldAnyLetter) {
   config.SqlDbName = L"Zürich";
   EXPECT_TRUE(ConnectToDatabase(config));
   EXPECT_THAT(record(), ElementsAre(login(L"Jürgen", L"Łódź-€", L"Zürich")));
+}
+
+TEST_F(WireLoginTest, SignsThatMeanSomethingInAConnectStringArriveAsTheyAre) {
+  for (const wchar_t* secret : {L"semi;colon", L"a=b;UID=evil", L"{", L"{open", L"in{side", L"end}",
+                                L"}", L"quotes\"and'", L"[brackets](too)", L";"}) {
+    config.Password = secret;
+    EXPECT_TRUE(ConnectToDatabase(config)) << toUtf8(secret);
+    EXPECT_THAT(newRecord(), ElementsAre(login(L"sa", secret, L"Talora")));
+    DisconnectDatabase();
+  }
+  config.Password = L"geheim";
+  config.SqlUserName = L"na;me";
+  config.SqlDbName = L"data;base={x";
+  EXPECT_TRUE(ConnectToDatabase(config));
+  EXPECT_THAT(newRecord(), ElementsAre(login(L"na;me", L"geheim", L"data;base={x")));
 }
 
 TEST_F(WireLoginTest, AnEmptyPasswordIsSentEmpty) {

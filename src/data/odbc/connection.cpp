@@ -196,6 +196,8 @@ bool Connection::answers() {
 }
 
 void Connection::close() noexcept {
+  // A driver may refuse to disconnect in the middle of a transaction, which would then go on.
+  if (std::exchange(inTransaction_, false) && !isLost() && !rollBack()) rollBackAnew();
   lost_ = true;
   handle_ = ConnectionHandle();
 }
@@ -233,14 +235,21 @@ bool Connection::rollBack() const noexcept {
 /// transaction begun in plain SQL in its place, and taken back, makes both agree again.
 bool Connection::rollBackAnew() const noexcept {
   if (isLost()) return false;
-  const bool sqlite = dialect_ == Dialect::Sqlite;
-  try {
-    executeDirect(StatementHandle(handle_),
-                  sqlite ? L"BEGIN" : L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION");
-  } catch (...) {
-    // SQLite refuses to begin a second one: then the first is still there to be taken back.
+  if (dialect_ == Dialect::Sqlite) {
+    tryToExecute(L"ROLLBACK");
+    tryToExecute(L"BEGIN");
+  } else {
+    tryToExecute(L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION");
   }
   return rollBack();
+}
+
+void Connection::tryToExecute(std::wstring_view sql) const noexcept {
+  try {
+    executeDirect(StatementHandle(handle_), sql);
+  } catch (...) {
+    // What comes next shows whether it was of use.
+  }
 }
 
 Connection::Transaction::Transaction(Connection& connection) : connection_(connection) {

@@ -83,10 +83,12 @@ class Connection {
   /// Asks the server a question that changes nothing. False when the connection is lost.
   bool answers();
 
+  /// Takes back what is not committed.
   void close() noexcept;
 
   /// For the statements from now on.
   void limitStatements(const StatementLimits& limits) { limits_ = limits; }
+  const StatementLimits& limits() const { return limits_; }
 
   const std::shared_ptr<const Environment>& environment() const { return environment_; }
   Dialect dialect() const { return dialect_; }
@@ -105,6 +107,7 @@ class Connection {
   void takeBack() noexcept;
   bool rollBack() const noexcept;
   bool rollBackAnew() const noexcept;
+  void tryToExecute(std::wstring_view sql) const noexcept;
   SQLRETURN setAutocommit(std::uintptr_t mode) const;
   SQLRETURN setIsolation(SQLUINTEGER level) const noexcept;
   StatementHandle newStatement() const;

@@ -1,5 +1,7 @@
 #include "data/odbc/connection.h"
 
+#include <functional>
+
 #include "support/text.h"
 #include "tools/core_test.h"
 
@@ -113,7 +115,7 @@ TEST_F(OdbcConnectionTest, AConnectionKeepsItsEnvironment) {
 
 TEST_F(OdbcConnectionTest, ADriverMayBeNamedByTheParameters) {
   Connection second(environment(), L"", Prompt::Never,
-                    L"UID=;PWD=;Driver={SQLite3};Database=;DSN='';APP=x;");
+                    L"UID=;PWD=;Driver={SQLite3};Database=:memory:;DSN='';APP=x;");
   EXPECT_EQ(second.dialect(), Dialect::Sqlite);
 }
 
@@ -145,6 +147,81 @@ TEST_F(OdbcConnectionTest, AnErrorHoldsTheStateAndTextOfTheDriver) {
     EXPECT_EQ(error.nativeError(), 1);
     EXPECT_TRUE(error.description().starts_with(L"HY000: [SQLite]no such table: Missing"))
         << toUtf8(error.description());
+  }
+}
+
+TEST_F(OdbcConnectionTest, AnOpenTransactionIsTakenBackUnlessItIsCommitted) {
+  {
+    Connection::Transaction transaction(connection);
+    connection.execute(L"INSERT INTO System_pc_names VALUES('A', '', 1)");
+    EXPECT_EQ(connection.query(L"SELECT pc_name FROM System_pc_names").rows(), 1U);
+  }
+  EXPECT_EQ(connection.query(L"SELECT pc_name FROM System_pc_names").rows(), 0U);
+  {
+    Connection::Transaction transaction(connection);
+    connection.execute(L"INSERT INTO System_pc_names VALUES('B', '', 1)");
+    connection.execute(L"INSERT INTO System_pc_names VALUES('C', '', 1)");
+    transaction.commit();
+  }
+  EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"2");
+}
+
+TEST_F(OdbcConnectionTest, AFailureThatTheCallerIgnoresFailsTheCommit) {
+  Connection::Transaction transaction(connection);
+  connection.execute(L"INSERT INTO System_pc_names VALUES('A', '', 1)");
+  EXPECT_THROW(connection.execute(L"INSERT INTO Missing VALUES(1)"), Error);
+  EXPECT_THROW(connection.query(L"SELECT 1"), Error) << "Nothing more is sent.";
+  try {
+    transaction.commit();
+    ADD_FAILURE() << "Nothing was thrown.";
+  } catch (const Error& error) {
+    EXPECT_NE(error.description().find(L"no such table: Missing"), std::wstring::npos);
+  }
+}
+
+TEST_F(OdbcConnectionTest, AfterATransactionEachStatementCommitsItselfAgain) {
+  { Connection::Transaction transaction(connection); }
+  connection.query(L"INSERT INTO System_pc_names VALUES('A', '', 1)");
+  EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"1");
+}
+
+TEST_F(OdbcConnectionTest, AClosedConnectionIsLostAndSaysSo) {
+  EXPECT_FALSE(connection.isLost());
+  EXPECT_TRUE(connection.answers());
+  connection.close();
+  EXPECT_TRUE(connection.isLost());
+  EXPECT_FALSE(connection.answers());
+  for (const auto& use :
+       {std::function<void()>([this] { connection.query(L"SELECT 1"); }),
+        std::function<void()>([this] { connection.execute(L"SELECT 1"); }),
+        std::function<void()>([this] { const Connection::Transaction transaction(connection); })}) {
+    try {
+      use();
+      ADD_FAILURE() << "Nothing was thrown.";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.sqlState(), L"08003");
+    }
+  }
+}
+
+TEST_F(OdbcConnectionTest, ClosedInATransactionItLetsOthersWriteAndStoresNothing) {
+  Connection::Transaction transaction(connection);
+  connection.execute(L"INSERT INTO System_pc_names VALUES('A', '', 1)");
+  connection.close();
+  site.run(L"INSERT INTO System_pc_names VALUES('B', '', 1)");
+  EXPECT_EQ(site.value(L"select group_concat(pc_name) from System_pc_names"), L"B");
+}
+
+TEST(ConnectValueTest, OnlyWhatWouldBeMisreadIsPutIntoBraces) {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"", L""},         {L"plain", L"plain"}, {L"a=b", L"a=b"},    {L"in{side}", L"in{side}"},
+      {L"a;b", L"{a;b}"}, {L"{a", L"{{a}"},     {L"{a}", L"{{a}}}"}, {L"a;}b", L"{a;}}b}"},
+      {L" a", L"{ a}"},   {L"a ", L"{a }"},     {L"}", L"}"},
+  };
+  for (const auto& [value, expected] : cases) {
+    std::wstring text = L"PWD=";
+    appendConnectValue(text, value);
+    EXPECT_EQ(text, std::wstring(L"PWD=") + expected);
   }
 }
 
