@@ -8,6 +8,7 @@
 #include "config/row_reading.h"
 #include "data/odbc/error.h"
 #include "data/sql_tokens.h"
+#include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "support/conversions.h"
 #include "support/doors.h"
@@ -131,23 +132,35 @@ std::optional<std::wstring> difference(const Column& column, Source source,
 /// A single quote would end a text whose quotes are not doubled, and make the rest of it part of
 /// the statement.
 void checkQuotes(const clsPACSConfiguration& record) {
+  const bool inserts = record.ExistingConfig == kFalse;
   for (const Column& column : columns()) {
-    if (column.quoting != Quoting::AsItStands || column.onInsert != Source::Record) continue;
+    const Source source = inserts ? column.onInsert : column.onUpdate;
+    if (column.quoting != Quoting::AsItStands || source != Source::Record) continue;
     if (!hasUnpairedQuote(std::get<std::wstring>(valueOf(record, column.field)))) continue;
     throw FieldError(column, L"It holds a single quote. Write it twice, or leave it out.");
   }
 }
 
+Configuration configurationIn(const SiteCommand& command, const Table& rows) {
+  if (rows.rows() == 0) return nullptr;
+  if (rows.rows() > 1) raise(ErrorNumber::DuplicateKey);
+  if (rows.columns() < kColumnCount) raise(ErrorNumber::SubscriptOutOfRange);
+  return recordOfRow([&](std::size_t column) { return rows.at(column, 0); },
+                     command.isTransaction() ? RowSource::Database : RowSource::RemoteClient);
+}
+
 /// The row as it was written; null when a remote client that executed the statement cannot read.
 Configuration readBack(SiteCommand& command, std::int16_t configID) {
+  Table rows;
   try {
-    const Configuration stored = storedConfiguration(command, configID);
-    if (!stored) throw notSaved(L"The configuration is not in the database.");
-    return stored;
+    rows = command.query(loadingStatement(configID));
   } catch (const RunTimeError&) {
     if (command.isTransaction()) throw;
     return nullptr;
   }
+  const Configuration stored = configurationIn(command, rows);
+  if (!stored) throw notSaved(L"The configuration is not in the database.");
+  return stored;
 }
 
 /// Sends the record's statement and compares what it left.
@@ -182,7 +195,6 @@ bool isStored(std::int16_t configID) {
 /// False when somebody else took the number between the look and the INSERT.
 bool insertUnderItsNumber(clsPACSConfiguration& record) {
   SiteCommand command;
-  if (!command.reachesDatabase()) return true;
   if (storedConfiguration(command, record.configID)) return false;
   write(command, record);
   command.markAndCommit();
@@ -202,12 +214,7 @@ std::wstring FieldError::descriptionFor(const std::wstring& fieldName) const {
 }
 
 Configuration storedConfiguration(SiteCommand& command, std::int16_t configID) {
-  const Table rows = command.query(loadingStatement(configID));
-  if (rows.rows() == 0) return nullptr;
-  if (rows.rows() > 1) raise(ErrorNumber::DuplicateKey);
-  if (rows.columns() < kColumnCount) raise(ErrorNumber::SubscriptOutOfRange);
-  return recordOfRow([&](std::size_t column) { return rows.at(column, 0); },
-                     command.isTransaction() ? RowSource::Database : RowSource::RemoteClient);
+  return configurationIn(command, command.query(loadingStatement(configID)));
 }
 
 bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& stored) {
@@ -218,6 +225,7 @@ bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& s
 }
 
 void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known) {
+  if (!statementsAreExecuted()) return;
   checkQuotes(record);
   for (;; record.configID = toInt16(std::int64_t{record.configID} + 1)) {
     if (known.GetItemNumber(record.configID) != 0) continue;
@@ -235,9 +243,9 @@ void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known) {
 
 std::optional<ForeignChange> storeChanged(clsPACSConfiguration& record,
                                           const Configuration& loaded) {
+  if (!statementsAreExecuted()) return std::nullopt;
   checkQuotes(record);
   SiteCommand command;
-  if (!command.reachesDatabase()) return std::nullopt;
   const Configuration stored = storedConfiguration(command, record.configID);
   if (stored ? !loaded || (!isStoredAs(*loaded, *stored) && !isStoredAs(record, *stored))
              : loaded != nullptr) {

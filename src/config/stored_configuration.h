@@ -49,7 +49,8 @@ Configuration storedConfiguration(SiteCommand& command, std::int16_t configID);
 bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& stored);
 
 /// Inserts the record under its number, or under the next one that neither the database nor the
-/// collection holds. On success the record is existing and knows its last change.
+/// collection holds. On success the record is existing and knows its last change. Without a way to
+/// a database nothing happens, here and below.
 void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known);
 
 /// Updates the row of `record`, which was loaded as `loaded`. A null `loaded` says that the row is

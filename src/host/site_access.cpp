@@ -1,6 +1,7 @@
 #include "host/site_access.h"
 
 #include <chrono>
+#include <utility>
 
 #include "data/database.h"
 #include "data/odbc/error.h"
@@ -40,14 +41,14 @@ SiteAccess::ModuleState SiteAccess::moduleState() {
           g_objTlCommClient, g_strTlDatabase,   g_objConfig};
 }
 
-void SiteAccess::setModuleState(const ModuleState& state) {
+void SiteAccess::setModuleState(ModuleState state) {
   g_blnUseOfflineDB = state.useOfflineDB;
   g_blnSqlConnected = state.sqlConnected;
-  g_conSql = state.connection;
   g_envSql = state.connection ? state.connection->environment() : nullptr;
-  g_objTlCommClient = state.client;
-  g_strTlDatabase = state.clientDatabase;
-  g_objConfig = state.settings;
+  g_conSql = std::move(state.connection);
+  g_objTlCommClient = std::move(state.client);
+  g_strTlDatabase = std::move(state.clientDatabase);
+  g_objConfig = std::move(state.settings);
 }
 
 SiteAccess::SiteAccess(clsConfig& config) : accessedBefore_(accessed) {
@@ -63,12 +64,14 @@ SiteAccess::SiteAccess(clsConfig& config) : accessedBefore_(accessed) {
     throw;
   }
   accessed = &config;
+  settings_ = config.settings;
 }
 
 SiteAccess::~SiteAccess() {
   if (!before_) return;
-  setModuleState(*before_);
   accessed = accessedBefore_;
+  // What another object made of the modules meanwhile stays.
+  if (g_objConfig == settings_) setModuleState(std::move(*before_));
 }
 
 /// Whoever held the way that was lost holds the new one afterwards.

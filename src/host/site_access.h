@@ -25,8 +25,8 @@ struct SiteWay {
 
 /// Lets the windows of a configuration object reach their own site: while it lives, the modules
 /// hold that object's settings and its way to the data, whatever another object made of them. A
-/// direct connection that is lost, and any way that was closed, is opened again first. May be
-/// nested.
+/// direct connection that is lost, and any way that was closed, is opened again first. One access
+/// is for one step, as a host may do anything while a message box waits. May be nested.
 class SiteAccess {
  public:
   /// Throws RunTimeError when the way cannot be opened again; the modules are as they were then.
@@ -45,12 +45,13 @@ class SiteAccess {
     std::shared_ptr<HostSettings> settings;
   };
   static ModuleState moduleState();
-  static void setModuleState(const ModuleState& state);
+  static void setModuleState(ModuleState state);
   void openWay(clsConfig& config);
 
   /// Null in a nested access, and for an object that has no way of its own.
   std::optional<ModuleState> before_;
   clsConfig* accessedBefore_ = nullptr;
+  std::shared_ptr<HostSettings> settings_;
 };
 
 }  // namespace tlpacscfg

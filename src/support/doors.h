@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 /// The doors to the world outside. Each is a function that tests may replace.
 namespace tlpacscfg::doors {
@@ -29,8 +30,25 @@ extern std::function<LocalTime()> localTime;
 /// The name of this computer, without blanks around it.
 extern std::function<std::wstring()> computerName;
 
-/// Shows a message box and waits for the answer.
-extern std::function<Answer(const Message&)> showMessage;
+/// Shows a message box and waits for the answer, as a replaceable function does it.
+class MessageBoxes {
+ public:
+  using Box = std::function<Answer(const Message&)>;
+
+  template <class Function>
+  MessageBoxes(Function box) : box_(std::move(box)) {}
+
+  Answer operator()(const Message& message) const;
+
+  /// While one waits, code below it on the stack waits too.
+  bool anyOpen() const { return open_ > 0; }
+
+ private:
+  Box box_;
+  mutable int open_ = 0;
+};
+
+extern MessageBoxes showMessage;
 
 /// Lets the messages that wait for the host's user interface be processed once.
 extern std::function<void()> processPendingMessages;

@@ -42,7 +42,7 @@ Answer printMessage(const Message& message) {
 
 std::function<LocalTime()> localTime = systemLocalTime;
 std::function<std::wstring()> computerName = systemComputerName;
-std::function<Answer(const Message&)> showMessage = printMessage;
+MessageBoxes showMessage(printMessage);
 std::function<void()> processPendingMessages = [] {};
 
 }  // namespace tlpacscfg::doors

@@ -93,7 +93,7 @@ void pumpOnce() {
 
 std::function<LocalTime()> localTime = systemLocalTime;
 std::function<std::wstring()> computerName = systemComputerName;
-std::function<Answer(const Message&)> showMessage = messageBox;
+MessageBoxes showMessage(messageBox);
 std::function<void()> processPendingMessages = pumpOnce;
 
 }  // namespace tlpacscfg::doors

@@ -142,8 +142,10 @@ void frmPACSList::FillPCList() {
 }
 
 void frmPACSList::SetWorkstationsList(WorkstationFilter filter) {
-  if (!config_->m_colWorkstation || !config_->m_colPACSConfig) raise(ErrorNumber::ObjectNotSet);
-  rows_.fill(*config_->m_colWorkstation, *config_->m_colPACSConfig, filter);
+  const std::shared_ptr<colWorkstation> workstations = config_->m_colWorkstation;
+  const std::shared_ptr<colPACSConfiguration> configurations = config_->m_colPACSConfig;
+  if (!workstations || !configurations) raise(ErrorNumber::ObjectNotSet);
+  rows_.fill(*workstations, *configurations, filter);
   enable(IDC_frmPACSList_cmdEditWorkstation, rows_.rowCount() > 0);
   if (rows_.rowCount() > kDesignedRows) {
     list_.setColumnWidth(WorkstationRows::kConfiguration,
@@ -226,7 +228,7 @@ void frmPACSList::editConfiguration() {
   std::int16_t configID = 0;
   if (const std::optional<std::size_t> row = list_.selectedRow()) {
     chosenWorkstation_ = rows_.cell(*row, WorkstationRows::kName);
-    configID = rows_.configIDOf(*row);
+    configID = configIDOf(*row);
   }
   settings_->ShowPACSSettings(configID);
 }
@@ -235,7 +237,16 @@ void frmPACSList::editWorkstation() {
   const std::optional<std::size_t> row = list_.selectedRow();
   if (!row) return;
   chosenWorkstation_ = rows_.cell(*row, WorkstationRows::kName);
-  assignment_->showPACSWorkStation(chosenWorkstation_, rows_.configIDOf(*row));
+  assignment_->showPACSWorkStation(chosenWorkstation_, configIDOf(*row));
+}
+
+/// Of the workstation itself: a row that could not be refilled may be out of date.
+std::int16_t frmPACSList::configIDOf(std::size_t row) const {
+  const std::shared_ptr<colWorkstation> workstations = config_->m_colWorkstation;
+  const auto workstation =
+      workstations ? workstations->ColWorkStations->find(rows_.cell(row, WorkstationRows::kName))
+                   : nullptr;
+  return workstation ? workstation->configID : rows_.configIDOf(row);
 }
 
 void frmPACSList::onClose() { closeAfter(&frmPACSList::saveOrGiveUp); }
@@ -245,6 +256,7 @@ void frmPACSList::closeAfter(bool (frmPACSList::*save)()) {
   closing_ = true;
   const ScopeExit done([this] { closing_ = false; });
   if ((this->*save)()) closeEditorsAndUnload();
+  if (isCreated()) refillAsItWas();
 }
 
 /// Without this way out a database that refuses the assignments would hold the host for ever.
@@ -266,28 +278,27 @@ bool frmPACSList::closeWithoutSaving() {
 
 /// False when the administrator stays to settle what somebody else has assigned.
 bool frmPACSList::saveAssignments() {
-  if (!config_->m_colWorkstation) raise(ErrorNumber::ObjectNotSet);
-  const colWorkstation& workstations = *config_->m_colWorkstation;
-  const SiteAccess access(*config_);
+  // A host may put another collection in its place while a question waits.
+  const std::shared_ptr<colWorkstation> workstations = config_->m_colWorkstation;
+  if (!workstations) raise(ErrorNumber::ObjectNotSet);
   std::vector<AssignmentConflict> overruled;
   for (;;) {
-    const auto conflicts = saveShowingProgress(workstations, overruled);
+    const auto conflicts = saveShowingProgress(*workstations, overruled);
     if (conflicts.empty()) return true;
     switch (askWhoseAssignments(conflicts)) {
       case doors::Answer::Yes:
         overruled.insert(overruled.end(), conflicts.begin(), conflicts.end());
         break;
       case doors::Answer::No:
-        for (const AssignmentConflict& conflict : conflicts) yieldTo(conflict, workstations);
+        for (const AssignmentConflict& conflict : conflicts) yieldTo(conflict, *workstations);
         break;
       default:
-        refillAsItWas();
         return false;
     }
   }
 }
 
-/// What somebody else assigned is in the list now; the selected workstation stays the same.
+/// With what somebody else assigned meanwhile; the selected workstation stays the same.
 void frmPACSList::refillAsItWas() {
   const std::optional<std::size_t> selected = list_.selectedRow();
   const std::wstring name(selected ? rows_.cell(*selected, WorkstationRows::kName) : L"");
@@ -297,18 +308,25 @@ void frmPACSList::refillAsItWas() {
 
 std::vector<AssignmentConflict> frmPACSList::saveShowingProgress(
     const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled) {
+  const SiteAccess access(*config_);
   ProgressWindow progress(window(), L"Saving the workstation assignments...");
   const ScopeExit forgetInput([&] {
     if (progress.isVisible()) win32::dropInput(window());
   });
-  return tlpacscfg::saveAssignments(
-      workstations, overruled,
-      [&](std::size_t done, std::size_t total) { progress.update(done, total); });
+  return tlpacscfg::saveAssignments(workstations, overruled,
+                                    [&](std::size_t done, std::size_t total) {
+                                      try {
+                                        progress.update(done, total);
+                                      } catch (...) {
+                                        // It is shown for the user's sake only.
+                                      }
+                                    });
 }
 
 doors::Answer frmPACSList::askWhoseAssignments(
     const std::vector<AssignmentConflict>& conflicts) const {
-  return doors::showMessage({.text = conflictQuestion(conflicts, *config_->m_colPACSConfig),
+  const std::shared_ptr<colPACSConfiguration> known = config_->m_colPACSConfig;
+  return doors::showMessage({.text = conflictQuestion(conflicts, known.get()),
                              .buttons = doors::Buttons::YesNoCancel,
                              .defaultAnswer = doors::Answer::Cancel});
 }

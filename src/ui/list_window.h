@@ -79,6 +79,7 @@ class frmPACSList : public win32::Form {
   static bool closeWithoutSaving();
   bool saveOrGiveUp();
   void refillAsItWas();
+  std::int16_t configIDOf(std::size_t row) const;
   bool mayEnd();
   void closeEditorsAndUnload();
 

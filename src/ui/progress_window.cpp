@@ -22,6 +22,7 @@ void paintWindows() {
     if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE)) {
       return;
     }
+    if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
     DispatchMessageW(&message);
   }
 }

@@ -92,8 +92,8 @@ void frmPACSSettings::presentInFront() {
 }
 
 bool frmPACSSettings::mayLeave() {
-  bool mayLeave = true;
-  if (isOpen()) runSettled([&] { mayLeave = editor_.CheckForSave(editor_.currentID()); });
+  bool mayLeave = !isOpen();
+  if (isOpen()) runSettled([&] { mayLeave = editor_.mayLeave(); });
   return mayLeave;
 }
 

@@ -8,6 +8,7 @@
 #include "data/database.h"
 #include "host/site_access.h"
 #include "log/log_support.h"
+#include "support/doors.h"
 #include "support/scope_exit.h"
 #include "support/text.h"
 #include "ui/list_window.h"
@@ -36,21 +37,29 @@ std::optional<int> processMessages() {
 void waitUntilUnloaded(frmPACSList& list) {
   constexpr DWORD kWaitMilliseconds = 10;
   std::optional<int> exitCode;
+  const ScopeExit passOn([&] {
+    if (exitCode) PostQuitMessage(*exitCode);
+  });
   while (list.isCreated()) {
     MsgWaitForMultipleObjectsEx(0, nullptr, kWaitMilliseconds, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
     const std::optional<int> ending = processMessages();
     if (!ending) continue;
     exitCode = ending;
-    if (list.isCreated()) list.askToClose();
+    try {
+      if (list.isCreated()) list.askToClose();
+    } catch (...) {
+      win32::reportCurrentException();
+    }
   }
-  if (exitCode) PostQuitMessage(*exitCode);
 }
 
-/// False when no window can be shown: the last one is about to close, and waits for an answer that
-/// this call would keep from it.
+/// False when no window can be shown: the list waits for an answer that this call, which comes out
+/// of the question itself, would keep from it.
 bool showList(const std::shared_ptr<clsConfig>& config) {
-  if (g_loadedList != nullptr && g_loadedList->isCreated()) {
-    if (g_loadedList->isClosing()) return false;
+  const bool loaded = g_loadedList != nullptr && g_loadedList->isCreated();
+  if (loaded && (g_loadedList->isClosing() || doors::showMessage.anyOpen())) return false;
+  const ScopeExit unloaded([&] { config->ConfigLoaded = false; });
+  if (loaded) {
     g_loadedList->BringToFront();
     config->ConfigLoaded = true;
     waitUntilUnloaded(*g_loadedList);
@@ -82,7 +91,10 @@ std::uint8_t ShowForm(const std::shared_ptr<clsConfig>& config) {
       WriteLog(L"[TLPACSCFG] Database connection test failed", log_level::kOutcome);
       return kNotShown;
     }
-    return showList(config) ? kShown : kNotShown;
+    if (showList(config)) return kShown;
+    WriteLog(L"[TLPACSCFG] ShowForm was called while the workstation list waits for an answer",
+             log_level::kError);
+    return kNotShown;
   } catch (...) {
     // The host learns of a failure by the code alone; the log says why.
     logFailure(L"ShowForm failed", describeCurrent());

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
+#include <utility>
 
 #include "data/odbc/error.h"
 #include "data/sql_tokens.h"
+#include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"
 #include "support/conversions.h"
@@ -40,11 +43,14 @@ void checkNames(const Workstations& workstations) {
 
 /// What somebody else made of a workstation that was loaded: the stored text, or an empty one when
 /// the workstation is gone. Null when it is as it was.
-std::optional<std::wstring> foreignChange(const clsWorkstation& workstation,
-                                          const Assignments& stored) {
+std::optional<std::wstring> foreignChange(clsWorkstation& workstation, const Assignments& stored) {
   if (!workstation.storedConfigID) return std::nullopt;
   const auto found = stored.find(workstation.WorkStation);
   if (found == stored.end()) return L"";
+  const auto unconfirmed = std::exchange(workstation.unconfirmedConfigID, std::nullopt);
+  if (unconfirmed && configIDOf(found->second) == unconfirmed) {
+    workstation.storedConfigID = unconfirmed;
+  }
   if (configIDOf(found->second) == workstation.storedConfigID) return std::nullopt;
   return found->second;
 }
@@ -95,6 +101,17 @@ void checkWritten(const Workstations& workstations, const Assignments& stored) {
   }
 }
 
+void confirm(std::span<const colWorkstation::Pointer> workstations) {
+  for (const auto& workstation : workstations) {
+    workstation->storedConfigID = workstation->configID;
+    workstation->unconfirmedConfigID.reset();
+  }
+}
+
+void forgetUnconfirmed(std::span<const colWorkstation::Pointer> workstations) {
+  for (const auto& workstation : workstations) workstation->unconfirmedConfigID.reset();
+}
+
 }  // namespace
 
 std::unordered_map<std::wstring, std::wstring> storedAssignments(SiteCommand& command) {
@@ -113,7 +130,7 @@ bool isAssigned(SiteCommand& command, const colWorkstation& workstations, std::i
   if (!command.reachesDatabase()) return workstations.CheckforAttachedWS(configID);
   Assignments stored = storedAssignments(command);
   for (const auto& workstation : workstations.ColWorkStations->items()) {
-    if (!workstation->isReassigned()) continue;
+    if (workstation->storedConfigID && !workstation->isReassigned()) continue;
     if (workstation->configID == configID) return true;
     stored.erase(workstation->WorkStation);
   }
@@ -125,20 +142,32 @@ std::vector<AssignmentConflict> saveAssignments(
     const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled,
     const std::function<void(std::size_t done, std::size_t total)>& progress) {
   g_strWorkstationBatch.clear();
+  if (!statementsAreExecuted()) return {};
   SiteCommand command;
-  if (!command.reachesDatabase()) return {};
   const Merge merged = merge(workstations, storedAssignments(command), overruled);
   if (!merged.conflicts.empty()) return merged.conflicts;
   checkNames(merged.toWrite);
-  forEachAssignmentCommand(merged.toWrite, [&](const std::wstring& text, std::size_t done) {
-    command.execute(text);
-    progress(done, merged.toWrite.size());
-  });
-  checkWritten(merged.toWrite, storedAssignments(command));
-  command.markAndCommit();
-  for (const auto& workstation : merged.toWrite) {
-    workstation->storedConfigID = workstation->configID;
+  std::size_t written = 0;
+  try {
+    forEachAssignmentCommand(merged.toWrite, [&](const std::wstring& text, std::size_t done) {
+      const std::span sent(merged.toWrite.begin() + written, done - written);
+      for (const auto& workstation : sent) workstation->unconfirmedConfigID = workstation->configID;
+      command.execute(text);
+      // A client's requests are stored one by one.
+      if (!command.isTransaction()) confirm(sent);
+      written = done;
+      progress(done, merged.toWrite.size());
+    });
+    checkWritten(merged.toWrite, storedAssignments(command));
+    command.markAndCommit();
+  } catch (const OutcomeUnknown&) {
+    throw;
+  } catch (...) {
+    // A transaction that is taken back leaves nothing to be confirmed.
+    if (command.isTransaction()) forgetUnconfirmed(merged.toWrite);
+    throw;
   }
+  confirm(merged.toWrite);
   return {};
 }
 

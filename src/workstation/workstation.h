@@ -22,6 +22,9 @@ class clsWorkstation {
   /// that was not loaded. It tells this administrator's changes from somebody else's.
   std::optional<std::int16_t> storedConfigID;
 
+  /// An assignment that was sent and not confirmed: the database may hold it.
+  std::optional<std::int16_t> unconfirmedConfigID;
+
   bool isReassigned() const { return storedConfigID && *storedConfigID != configID; }
 
   /// Queues the assignment's statement; nothing runs it.

@@ -388,5 +388,50 @@ TEST(ValOrDefaultTest, TooLargeANumberOverflows) {
   EXPECT_OVERFLOW(ValOrDefault(L"2147483648", 5));
 }
 
+TEST_F(ConnectedClientTest, ACallThatDisconnectsTheClientLeavesItAliveUntilItIsOver) {
+  for (const wchar_t* method : {L"SQLQueryTable", L"GetTableData", L"SQLExecuteText",
+                                L"GetNetworkDirectoryFiles", L"CheckForError"}) {
+    client = connectFakeClient(L"talora");
+    client->executes = false;
+    int destroyedInside = -1;
+    client->listener = [&](const std::wstring& called) {
+      if (called != method || !TlCommClientConnected()) return;
+      DisconnectTlCommClient();
+      destroyedInside = client->destroyed;
+    };
+    Table data;
+    std::vector<std::wstring> files;
+    TlCommClientQuery(L"select");
+    TlCommClientGetDataset(1, data);
+    TlCommClientExecute(L"delete");
+    TlCommClientGetFileList(L"X:", L"*.XML", files);
+    EXPECT_EQ(destroyedInside, 0) << method;
+    EXPECT_EQ(client->destroyed, 1) << method;
+  }
+}
+
+TEST_F(ConnectedClientTest, WhateverIsThrownIsAFailure) {
+  failWith(L"SQLQueryTable", 42);
+  EXPECT_EQ(TlCommClientQuery(L"select"), 0);
+  failWith(L"SQLExecuteText", 42);
+  EXPECT_FALSE(TlCommClientExecute(L"delete"));
+}
+
+TEST_F(ConnectedClientTest, WhoMustNotMissAFailureGetsItInTheClientsWords) {
+  client->executes = false;
+  client->reason = L"The table is locked.";
+  EXPECT_RUNTIME_ERROR(requireTlCommClientExecution(L"delete"), 40002, L"The table is locked.");
+  client->reason.clear();
+  EXPECT_RUNTIME_ERROR(requireTlCommClientExecution(L"delete"), 40002,
+                       L"The remote data client could not execute a statement.");
+  client->errors = {L"No such table."};
+  EXPECT_RUNTIME_ERROR(requireTlCommClientTable(L"select"), 40002, L"No such table.");
+  client->tableCount = 2;
+  EXPECT_RUNTIME_ERROR(requireTlCommClientTable(L"select"), 40002, L"Invalid table count returned");
+  g_objTlCommClient.reset();
+  EXPECT_RUNTIME_ERROR(requireTlCommClientTable(L"select"), 40002,
+                       L"Cannot process query because TlCommClient is not connected");
+}
+
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -124,6 +124,46 @@ TEST_F(InitTest, AConfigurationThatCannotBeLoadedFailsInit) {
   EXPECT_FALSE(host.Initialized);
 }
 
+TEST_F(InitTest, TheLogNamesTheRowThatFailedInit) {
+  addConfiguration(3);
+  addConfiguration(7, L"flag18 = 'bad'");
+  logOn(0);
+  EXPECT_FALSE(host.Init());
+  EXPECT_EQ(log(),
+            errorBlock(L"[TLPACSCFG] Init failed to load Interface_PACS_cfg, row 2 (config_id "
+                       L"7): Error 13 Type mismatch"));
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(InitTest, TheLogNamesANullADuplicateAndANumberThatDoesNotFit) {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"bidirectional = NULL", L"row 1 (config_id 7): Error 94 Invalid use of Null"},
+      {L"config_id = 0",
+       L"row 1 (config_id 0): Error 457 This key is already associated with an "
+       L"element of this collection"},
+      {L"pacs_type = 40000", L"row 1 (config_id 7): Error 6 Overflow"}};
+  for (const auto& [change, said] : cases) {
+    site.run(L"DELETE FROM Interface_PACS_cfg");
+    addConfiguration(7);
+    site.run(std::wstring(L"UPDATE Interface_PACS_cfg SET ") + change);
+    logTo(scratchPath(L"component.log"), 0);
+    EXPECT_FALSE(host.Init());
+    EXPECT_TRUE(log().ends_with(
+        errorBlock(std::wstring(L"[TLPACSCFG] Init failed to load Interface_PACS_cfg, ") + said)))
+        << log();
+  }
+}
+
+TEST_F(InitTest, TheLogSaysWhyALoadingStatementFailedInit) {
+  site.run(L"DROP TABLE Interface_PACS_cfg");
+  logOn(0);
+  EXPECT_FALSE(host.Init());
+  EXPECT_NE(log().find("Init failed to load Interface_PACS_cfg: Error 40002 HY000: [SQLite]no such "
+                       "table: Interface_PACS_cfg"),
+            std::string::npos)
+      << log();
+}
+
 TEST_F(InitTest, WorkstationsThatCannotBeLoadedDoNotFailInit) {
   addWorkstation(L"PC1", L"NULL");
   EXPECT_TRUE(host.Init());

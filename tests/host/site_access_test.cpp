@@ -149,5 +149,16 @@ TEST_F(SiteAccessTest, ANestedAccessChangesNothing) {
   EXPECT_EQ(g_objConfig, host->settings);
 }
 
+TEST_F(SiteAccessTest, AnObjectThatIsInitialisedMeanwhileKeepsItsOwnWay) {
+  const auto host = initialised();
+  std::shared_ptr<clsConfig> other;
+  {
+    const SiteAccess access(*host);
+    other = initialised();
+  }
+  EXPECT_EQ(g_conSql, other->way.connection);
+  EXPECT_EQ(g_objConfig, other->settings);
+}
+
 }  // namespace
 }  // namespace tlpacscfg::test

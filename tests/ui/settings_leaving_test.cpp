@@ -1,4 +1,5 @@
 #include "ui/settings_test.h"
+#include "ui/show_form.h"
 #include "ui/win32/form.h"
 
 namespace tlpacscfg::test {
@@ -258,6 +259,101 @@ TEST_F(SettingsLeavingTest, TheFocusGoesBackToTheListWindow) {
               "the list window has the focus");
     click(list, IDC_frmPACSList_btnOk);
   });
+}
+
+TEST_F(SettingsLeavingTest, AHostThatEndsWaitsWhileEditsCannotBeSaved) {
+  makeSite();
+  initialise();
+  const DWORD thread = GetCurrentThreadId();
+  showWhile([&](HWND list) {
+    const HWND window = openSettings(list);
+    fill(window, Control::txtDescription, L"Changed");
+    site.run(
+        L"CREATE TRIGGER refuse BEFORE UPDATE ON Interface_PACS_cfg BEGIN SELECT RAISE(ABORT, "
+        L"'refused'); END");
+    answers = {doors::Answer::Yes};
+    PostThreadMessageW(thread, WM_QUIT, 3, 0);
+    waitUntil([this] { return messages.size() == 2; }, "the save is refused");
+    EXPECT_TRUE(messages[1].text.starts_with(L"Run-time error '40002':"));
+    site.run(L"DROP TRIGGER refuse");
+    waitUntil([&] { return enabled(window, Control::btnSave); }, "the window is at rest");
+    EXPECT_EQ(text(window, Control::txtDescription), L"Changed");
+    press(window, Control::btnSave);
+    closeSettings(window);
+    click(list, IDC_frmPACSList_btnOk);
+  });
+  MSG message{};
+  EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(message.wParam, 3U);
+  EXPECT_EQ(stored(5, L"description"), L"Changed");
+  EXPECT_FALSE(config_->ConfigLoaded);
+}
+
+TEST_F(SettingsLeavingTest, TheSessionDoesNotEndWhileABoxWaitsOverUnsavedEdits) {
+  makeSite();
+  LRESULT mayEnd = -1;
+  edit([&](HWND window) {
+    const HWND list = GetWindow(window, GW_OWNER);
+    fill(window, Control::txtDescription, L"");
+    const auto usual = doors::showMessage;
+    doors::showMessage = [&](const doors::Message&) {
+      if (mayEnd == -1) mayEnd = SendMessageW(list, WM_QUERYENDSESSION, 0, 0);
+      return doors::Answer::Ok;
+    };
+    press(window, Control::btnSave);
+    doors::showMessage = usual;
+  });
+  EXPECT_EQ(mayEnd, 0);
+}
+
+TEST_F(SettingsLeavingTest, AListThatStaysOpenAfterASaveShowsWhatAColleagueAssigned) {
+  makeSite();
+  initialise();
+  showWhile([&](HWND list) {
+    const HWND window = openSettings(list);
+    fill(window, Control::txtDescription, L"Changed");
+    site.run(L"update System_workstation_cfg set key_value = '9'");
+    answers = {doors::Answer::Cancel};
+    click(list, IDC_frmPACSList_btnOk);
+    EXPECT_EQ(list_view::cell(controlOf(list, IDC_frmPACSList_lvwPACSList), 0, 2), L"9 - Nine");
+    answers = {doors::Answer::No};
+    click(list, IDC_frmPACSList_btnOk);
+  });
+  EXPECT_EQ(site.value(L"select key_value from System_workstation_cfg"), L"9");
+}
+
+TEST_F(SettingsLeavingTest, ACollectionThatAHostReplacesWhileAQuestionWaitsStaysAlive) {
+  makeSite();
+  initialise();
+  config_->m_colWorkstation->Item(1)->configID = 1;
+  site.run(L"update System_workstation_cfg set key_value = '9'");
+  const std::weak_ptr<colWorkstation> asked = config_->m_colWorkstation;
+  bool freed = true;
+  showWhile([&](HWND list) {
+    doors::showMessage = [&](const doors::Message&) {
+      config_->m_colWorkstation = std::make_shared<colWorkstation>();
+      freed = asked.expired();
+      return doors::Answer::No;
+    };
+    click(list, IDC_frmPACSList_btnOk);
+  });
+  EXPECT_FALSE(freed);
+}
+
+TEST_F(SettingsLeavingTest, ShowFormCalledFromAQuestionOfTheEditorAnswersOne) {
+  makeSite();
+  int answered = -1;
+  edit([&](HWND window) {
+    fill(window, Control::txtDescription, L"");
+    const auto usual = doors::showMessage;
+    doors::showMessage = [&](const doors::Message&) {
+      if (answered < 0) answered = ShowForm(config_);
+      return doors::Answer::Ok;
+    };
+    press(window, Control::btnSave);
+    doors::showMessage = usual;
+  });
+  EXPECT_EQ(answered, 1);
 }
 
 }  // namespace

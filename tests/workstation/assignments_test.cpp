@@ -1,4 +1,5 @@
 #include "workstation/assignments.h"
+#include "data/tl_comm_client.h"
 
 #include "data/odbc/error.h"
 #include "tools/core_test.h"
@@ -234,6 +235,49 @@ TEST_P(RemoteAssignmentsTest, ACommandThatFailsStopsTheRest) {
                 client->calls,
                 [](const std::wstring& call) { return call.starts_with(L"SQLExecuteText("); }),
             1);
+}
+
+TEST_P(RemoteAssignmentsTest, WhatAHalfDoneSaveStoredIsOnesOwn) {
+  for (const std::int16_t second : {std::int16_t{1}, std::int16_t{9}}) {
+    SCOPED_TRACE(second);
+    load(0);
+    site.runAll({L"delete from System_pc_names", L"delete from System_workstation_cfg"});
+    workstations = colWorkstation();
+    load(250);
+    workstation(1).configID = 7;
+    client->refused = L"PC-150'";
+    EXPECT_THROW(save(), RunTimeError);
+    EXPECT_EQ(stored(1), L"7");
+    workstation(1).configID = second;
+    client->refused.clear();
+    EXPECT_TRUE(save().empty()) << "Nobody else assigned it.";
+    EXPECT_EQ(stored(1), std::to_wstring(second));
+    DisconnectTlCommClient();
+  }
+}
+
+TEST_P(RemoteAssignmentsTest, WhatAnUnansweredCommandStoredIsOnesOwn) {
+  load(2);
+  workstation(1).configID = 7;
+  const auto run = client->execute;
+  client->execute = [run](const std::wstring& sql) {
+    run(sql);
+    throw RunTimeError(1, L"The time is over.");
+  };
+  EXPECT_THROW(save(), RunTimeError);
+  EXPECT_EQ(stored(1), L"7");
+  client->execute = run;
+  workstation(1).configID = 9;
+  EXPECT_TRUE(save().empty());
+  EXPECT_EQ(stored(1), L"9");
+}
+
+TEST_P(DirectAssignmentsTest, AWorkstationThatAHostAddedCountsAsUse) {
+  load(2);
+  workstations.AddWS(7, L"HOST-PC");
+  SiteCommand command;
+  EXPECT_TRUE(isAssigned(command, workstations, 7));
+  EXPECT_FALSE(isAssigned(command, workstations, 8));
 }
 
 }  // namespace

@@ -253,6 +253,9 @@ void Connection::tryToExecute(std::wstring_view sql) const noexcept {
 }
 
 Connection::Transaction::Transaction(Connection& connection) : connection_(connection) {
+  if (connection_.inTransaction_) {
+    throw Error(kOdbcFailed, L"25000: Another command is not over yet.", L"25000", 0);
+  }
   const ConnectionHandle& handle = connection_.handle_;
   SQLUINTEGER isolation = 0;
   const bool known = SQL_SUCCEEDED(SQLGetConnectAttrW(handle.get(), SQL_ATTR_TXN_ISOLATION,
@@ -286,6 +289,13 @@ void Connection::Transaction::restoreIsolation() noexcept {
 SQLRETURN Connection::setIsolation(SQLUINTEGER level) const noexcept {
   return SQLSetConnectAttrW(handle_.get(), SQL_ATTR_TXN_ISOLATION, attribute(level),
                             SQL_IS_UINTEGER);
+}
+
+void Connection::limitStatements(const StatementLimits& limits) {
+  limits_ = limits;
+  // For what is no statement, a commit above all; a driver that knows no such limit has none.
+  SQLSetConnectAttrW(handle_.get(), SQL_ATTR_CONNECTION_TIMEOUT,
+                     attribute(static_cast<std::uintptr_t>(limits.time.count())), SQL_IS_UINTEGER);
 }
 
 StatementHandle Connection::newStatement() const {

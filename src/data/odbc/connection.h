@@ -48,6 +48,7 @@ class Connection {
   /// be taken back closes the connection, so that it never becomes a commit.
   class Transaction {
    public:
+    /// Throws Error also while another one is open.
     explicit Transaction(Connection& connection);
     ~Transaction();
     Transaction(const Transaction&) = delete;
@@ -87,7 +88,7 @@ class Connection {
   void close() noexcept;
 
   /// For the statements from now on.
-  void limitStatements(const StatementLimits& limits) { limits_ = limits; }
+  void limitStatements(const StatementLimits& limits);
   const StatementLimits& limits() const { return limits_; }
 
   const std::shared_ptr<const Environment>& environment() const { return environment_; }

@@ -55,6 +55,19 @@ bool confirmDelete(std::int16_t configID, const ForeignChange& change) {
 SettingsEditor::SettingsEditor(std::shared_ptr<clsConfig> config, Surroundings surroundings)
     : config_(std::move(config)), surroundings_(std::move(surroundings)) {}
 
+template <class Work>
+auto SettingsEditor::atSite(Work work) {
+  try {
+    const SiteAccess access(*config_);
+    return work();
+  } catch (const FieldError& error) {
+    const Configuration& stored = error.stored();
+    if (stored && newConfiguration_) adoptNew(stored);
+    if (stored && recordOf(stored->configID)) stored->CopyValues(*recordOf(stored->configID));
+    throw RunTimeError(error.number(), error.descriptionFor(captionOf(error.column())));
+  }
+}
+
 void SettingsEditor::load() {
   configurations_ = config_->m_colPACSConfig ? config_->m_colPACSConfig->deepCopy()
                                              : std::make_shared<colPACSConfiguration>();
@@ -76,12 +89,10 @@ void SettingsEditor::unload() {
 
 void SettingsEditor::ShowPACSSettings(std::int16_t configID) {
   const std::int16_t wanted = configID == 0 ? kDefaultConfiguration : configID;
-  if (shown_) {
-    const bool onScreen = wanted == currentID_ && !newConfiguration_;
-    if (onScreen || !recordOf(wanted) || !CheckForSave(currentID_)) return;
-  }
-  const SiteAccess access(*config_);
-  const bool anyStored = configurations_->RequireNextConfigID() > 1;
+  const bool onScreen = wanted == currentID_ && !newConfiguration_;
+  if (shown_ && (onScreen || !recordOf(wanted))) return;
+  const bool anyStored = atSite([&] { return configurations_->RequireNextConfigID() > 1; });
+  if (shown_ && !CheckForSave(currentID_)) return;
   currentID_ = wanted;
   std::optional<std::wstring> message;
   if (anyStored) {
@@ -150,19 +161,6 @@ void SettingsEditor::handOver() {
   surroundings_.refreshWorkstationList();
 }
 
-/// Errors about a field call it by the name that the window shows.
-template <class Work>
-auto SettingsEditor::namingFields(Work work) {
-  try {
-    return work();
-  } catch (const FieldError& error) {
-    const Configuration& stored = error.stored();
-    if (stored && newConfiguration_) adoptNew(stored);
-    if (stored && recordOf(stored->configID)) stored->CopyValues(*recordOf(stored->configID));
-    throw RunTimeError(error.number(), error.descriptionFor(captionOf(error.column())));
-  }
-}
-
 void SettingsEditor::adoptNew(const colPACSConfiguration::Pointer& record) {
   newConfiguration_ = false;
   currentID_ = record->configID;
@@ -172,32 +170,35 @@ void SettingsEditor::adoptNew(const colPACSConfiguration::Pointer& record) {
   deleteEnabled = true;
 }
 
-/// Whether an earlier try was stored after all; its record is the current one then.
-bool SettingsEditor::adoptUnsettled() {
+colPACSConfiguration::Pointer SettingsEditor::settled() {
+  if (!unsettled_) return nullptr;
+  Configuration stored = atSite([&]() -> Configuration {
+    SiteCommand command;
+    if (!command.reachesDatabase()) return nullptr;
+    return storedConfiguration(command, unsettled_->configID);
+  });
   const auto tried = std::exchange(unsettled_, nullptr);
-  if (!tried || recordOf(tried->configID)) return false;
-  SiteCommand command;
-  if (!command.reachesDatabase()) return false;
-  const Configuration stored = storedConfiguration(command, tried->configID);
-  if (!stored || !isStoredAs(*tried, *stored)) return false;
-  adoptNew(stored);
-  return true;
+  if (stored && !isStoredAs(*tried, *stored)) stored.reset();
+  return stored;
 }
 
 bool SettingsEditor::saveNew() {
-  if (adoptUnsettled()) return saveExisting();
-  const auto record = std::make_shared<clsPACSConfiguration>();
-  record->configID = configurations_->RequireNextConfigID();
-  // Nobody else numbers configurations that stay in memory.
-  if (!statementsAreExecuted() && recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
-  readBack(form, *record);
-  record->ExistingConfig = kFalse;
-  try {
-    namingFields([&] { storeNew(*record, *configurations_); });
-  } catch (const std::exception&) {
-    if (newConfiguration_) unsettled_ = record;
-    throw;
+  const auto earlier = settled();
+  if (earlier && !recordOf(earlier->configID)) {
+    adoptNew(earlier);
+    return saveExisting();
   }
+  const auto record = std::make_shared<clsPACSConfiguration>();
+  atSite([&] {
+    record->configID = configurations_->RequireNextConfigID();
+    // Nobody else numbers configurations that stay in memory.
+    if (!statementsAreExecuted() && recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
+    readBack(form, *record);
+    record->ExistingConfig = kFalse;
+    unsettled_ = record;
+    storeNew(*record, *configurations_);
+  });
+  unsettled_.reset();
   record->ExistingConfig = kTrue;
   adoptNew(record);
   return true;
@@ -206,14 +207,20 @@ bool SettingsEditor::saveNew() {
 bool SettingsEditor::saveExisting() {
   const auto record = recordOf(currentID_);
   if (!record) raise(ErrorNumber::ObjectNotSet);
+  if (unsettled_ && unsettled_->configID == currentID_) {
+    if (const auto stored = settled()) stored->CopyValues(*record);
+  }
   if (PACSValueTheSame(form, *record)) return true;
-  clsPACSConfiguration edited = *record;
-  readBack(form, edited);
-  edited.Changed = kTrue;
-  Configuration loaded = record;
+  const auto edited = std::make_shared<clsPACSConfiguration>(*record);
+  readBack(form, *edited);
+  edited->Changed = kTrue;
+  // A record that a host added is not stored yet.
+  Configuration loaded = record->ExistingConfig == kFalse ? nullptr : record;
   for (;;) {
-    edited.ExistingConfig = kTrue;
-    const auto change = namingFields([&] { return storeChanged(edited, loaded); });
+    edited->ExistingConfig = kTrue;
+    unsettled_ = edited;
+    const auto change = atSite([&] { return storeChanged(*edited, loaded); });
+    unsettled_.reset();
     if (!change) break;
     const doors::Answer answer = askWhoseValues(currentID_, *change);
     if (answer == doors::Answer::Cancel) return false;
@@ -223,7 +230,8 @@ bool SettingsEditor::saveExisting() {
     }
     loaded = change->stored;
   }
-  *record = edited;
+  edited->ExistingConfig = kTrue;
+  *record = *edited;
   return true;
 }
 
@@ -241,29 +249,31 @@ void SettingsEditor::takeOver(const ForeignChange& change) {
 }
 
 bool SettingsEditor::save() {
-  const SiteAccess access(*config_);
-  const bool done = newConfiguration_ ? saveNew() : saveExisting();
+  const bool done = newConfiguration_ || currentID_ <= 0 ? saveNew() : saveExisting();
   if (done) handOver();
   return done;
 }
 
 bool SettingsEditor::isUsed(SiteCommand& command, std::int16_t configID) const {
-  return config_->m_colWorkstation && isAssigned(command, *config_->m_colWorkstation, configID);
+  const auto workstations = config_->m_colWorkstation;
+  return workstations && isAssigned(command, *workstations, configID);
 }
 
-bool SettingsEditor::isUsed(std::int16_t configID) const {
-  SiteCommand command;
-  return isUsed(command, configID);
+bool SettingsEditor::hasEdits() const {
+  const auto record = recordOf(currentID_);
+  return newConfiguration_ || (record && !PACSValueTheSame(form, *record));
 }
 
 /// False when a workstation uses the configuration. What was loaded counts as what `change` found
 /// before.
 bool SettingsEditor::deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change) {
   const auto loaded = change ? change->stored : recordOf(configID);
-  SiteCommand command;
-  if (isUsed(command, configID)) return false;
-  change = deleteStored(command, *loaded);
-  return true;
+  return atSite([&] {
+    SiteCommand command;
+    if (isUsed(command, configID)) return false;
+    change = deleteStored(command, *loaded);
+    return true;
+  });
 }
 
 /// False when the configuration is left where it is.
@@ -276,8 +286,9 @@ bool SettingsEditor::remove(std::int16_t configID) {
     } while (change && change->stored);
     const std::int16_t position = configurations_->GetItemNumber(configID);
     configurations_->ColPACSConfigs->remove(static_cast<std::size_t>(position));
-  } catch (const std::exception& error) {
-    showDeleteError(configID, describe(error));
+  } catch (...) {
+    showDeleteError(configID, describeCurrent());
+    return !hasEdits();
   }
   return true;
 }
@@ -348,6 +359,13 @@ bool SettingsEditor::saveAndGoOn() {
   return true;
 }
 
+bool SettingsEditor::mayLeave() {
+  if (!CheckForSave(currentID_)) return false;
+  // A new configuration that was given up is blank again.
+  if (!newConfiguration_ && currentID_ <= 0) InitControls();
+  return true;
+}
+
 void SettingsEditor::btnNew() {
   if (!CheckForSave(currentID_)) return;
   if (!newConfiguration_) {
@@ -365,8 +383,11 @@ void SettingsEditor::btnDelete() {
     return notice(L"You are not permitted to delete the 'Default Configuration'.");
   }
   const std::int16_t configID = ConfigurationRows::configIDOfKey(rows.key(*selectedRow));
-  const SiteAccess access(*config_);
-  if (isUsed(configID)) return notice(kUsed);
+  const bool used = atSite([&] {
+    SiteCommand command;
+    return isUsed(command, configID);
+  });
+  if (used) return notice(kUsed);
   if (ask(L"Are you sure you want to delete this configuration?", doors::Buttons::YesNo) !=
       doors::Answer::Yes) {
     return;

@@ -79,6 +79,8 @@ class SettingsEditor {
 
   /// True when the caller may go on to another configuration, to a new one, or to the end.
   bool CheckForSave(std::int16_t configID);
+  /// The same for a window that may stay open all the same.
+  bool mayLeave();
 
   SettingsForm form;
   ConfigurationRows rows;
@@ -103,15 +105,17 @@ class SettingsEditor {
   bool save();
   bool saveNew();
   bool saveExisting();
-  bool adoptUnsettled();
+  /// The row of the configuration that an earlier try may have stored, if it did.
+  colPACSConfiguration::Pointer settled();
   void adoptNew(const colPACSConfiguration::Pointer& record);
   void takeOver(const ForeignChange& change);
   bool remove(std::int16_t configID);
   bool deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change);
   bool isUsed(SiteCommand& command, std::int16_t configID) const;
-  bool isUsed(std::int16_t configID) const;
+  /// One step at the database. Errors about a field call it by the name that the window shows.
   template <class Work>
-  auto namingFields(Work work);
+  auto atSite(Work work);
+  bool hasEdits() const;
   bool validate();
   bool saveAndGoOn();
   void selectEdited();
@@ -128,7 +132,7 @@ class SettingsEditor {
   std::int16_t currentID_ = 0;
   bool newConfiguration_ = false;
   bool shown_ = false;
-  /// A new configuration that the database may have stored without confirming it.
+  /// What the database may have stored without confirming it.
   colPACSConfiguration::Pointer unsettled_;
 };
 

@@ -117,12 +117,12 @@ std::int16_t WorkstationRows::configIDOf(std::size_t row) const {
 }
 
 std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
-                              const colPACSConfiguration& configurations) {
+                              const colPACSConfiguration* configurations) {
   constexpr std::size_t kMostNamed = 5;
   const auto named = [&](const std::wstring& configID) -> std::wstring {
     if (configID.empty()) return L"removed";
     if (configID == L"0") return L"None";
-    const auto known = configurations.ColPACSConfigs->find(configID);
+    const auto known = configurations ? configurations->ColPACSConfigs->find(configID) : nullptr;
     return known ? configID + L" - " + known->Description : configID;
   };
   std::wstring text = L"Somebody else reassigned workstations that were reassigned here too:";

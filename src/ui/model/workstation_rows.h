@@ -78,6 +78,6 @@ class WorkstationRows : public SortableList {
 /// Whose assignments are to be kept, with the first few of them: yes for those made here, no for
 /// the stored ones, cancel to settle it later.
 std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
-                              const colPACSConfiguration& configurations);
+                              const colPACSConfiguration* configurations);
 
 }  // namespace tlpacscfg

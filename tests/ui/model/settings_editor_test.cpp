@@ -1,5 +1,7 @@
 #include "ui/model/settings_editor_test.h"
 
+#include <map>
+
 #include "data/database.h"
 #include "support/runtime_error.h"
 #include "ui/model/settings_binding.h"
@@ -403,6 +405,138 @@ TEST_F(SettingsEditorTest, UnloadingForgetsEverything) {
   EXPECT_FALSE(editor.isNew());
   EXPECT_EQ(0, editor.currentID());
   EXPECT_TRUE(editor.deleteEnabled);
+}
+
+TEST_F(SettingsEditorTest, AMessageAboutAConfigurationComesWhenItIsOnTheScreen) {
+  makeSite();
+  addConfiguration(
+      2, L"description = 'Custom', pacs_type = 7, pacs_request_password = 1, flag10 = 11");
+  open(5);
+  std::vector<std::wstring> order;
+  SettingsEditor other{host, {.present = [&] {
+                         order.push_back(other.form[txtDescription].text);
+                         order.push_back(other.rows.key(other.selectedRow.value_or(0)));
+                       }}};
+  doors::showMessage = [&](const doors::Message& message) {
+    if (message.buttons != Buttons::Ok) return Answer::No;
+    order.push_back(message.text.substr(0, 19));
+    return Answer::Ok;
+  };
+  other.load();
+  other.ShowPACSSettings(2);
+  EXPECT_EQ(order, (std::vector<std::wstring>{L"Custom", L"C2", L"No XML files exist "}));
+  other.ShowPACSSettings(5);
+  order.clear();
+  other.rowClicked(1);
+  EXPECT_EQ(order, (std::vector<std::wstring>{L"Custom", L"C2", L"No XML files exist "}));
+}
+
+TEST_F(SettingsEditorTest, AnUnansweredNumberingIsAnErrorAndNoBlankConfiguration) {
+  makeSite();
+  open(5);
+  SettingsEditor other{host, {}};
+  other.load();
+  site.run(L"ALTER TABLE Interface_PACS_cfg RENAME TO away");
+  EXPECT_THROW(other.ShowPACSSettings(5), RunTimeError);
+  EXPECT_FALSE(other.isNew());
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"New");
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(L"New", editor.form[txtDescription].text);
+  site.run(L"ALTER TABLE away RENAME TO Interface_PACS_cfg");
+  editor.btnSave();
+  EXPECT_EQ(L"New", description(10));
+}
+
+TEST_F(SettingsEditorTest, OpeningAConfigurationThatIsGoneAsksNothingAndKeepsTheEdits) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Mine");
+  editor.ShowPACSSettings(7);
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(L"Mine", editor.form[txtDescription].text);
+  EXPECT_EQ(5, editor.currentID());
+  editor.btnSave();
+  EXPECT_EQ(L"Mine", description(5));
+}
+
+TEST_F(SettingsEditorTest, OpeningTheConfigurationThatIsShownKeepsItsEditsWithoutAQuestion) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Mine");
+  editor.ShowPACSSettings(5);
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(L"Mine", editor.form[txtDescription].text);
+}
+
+TEST_F(SettingsEditorTest, TurningToAnotherConfigurationAsksFirstAndCancelStays) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Mine");
+  answers = {Answer::Cancel};
+  editor.ShowPACSSettings(9);
+  expectAsked(kSaveQuestion, Buttons::YesNoCancel);
+  EXPECT_EQ(5, editor.currentID());
+  answers = {Answer::No};
+  editor.ShowPACSSettings(9);
+  EXPECT_EQ(9, editor.currentID());
+  EXPECT_EQ(L"Nine", editor.form[txtDescription].text);
+}
+
+TEST_F(SettingsEditorTest, DroppedEditsDoNotStayOnTheScreen) {
+  makeSite();
+  open(5);
+  type(txtDescription, L"Mine");
+  type(txtPort, L"104");
+  answers = {Answer::No};
+  EXPECT_TRUE(editor.CheckForSave(5));
+  EXPECT_EQ(L"Five", editor.form[txtDescription].text);
+  EXPECT_EQ(L"0", editor.form[txtPort].text);
+}
+
+TEST_F(SettingsEditorTest, AFieldThatIsNotStoredAsEnteredIsCalledByItsCaption) {
+  makeSite();
+  open(5);
+  const std::pair<Control, const wchar_t*> fields[] = {
+      {txtApplicableFields, L"Applicable Fields"},
+      {txtContextXML, L"Context Change XML File Path and Name"},
+      {txtCloseDictation, L"Close Dictation XML File Path and Name"}};
+  for (const auto& [field, caption] : fields) {
+    type(field, L"a' --");
+    try {
+      editor.btnSave();
+      ADD_FAILURE() << "Nothing was thrown.";
+    } catch (const RunTimeError& error) {
+      EXPECT_EQ(error.description(),
+                L"Nothing was saved. Field '" + std::wstring(caption) +
+                    L"': It holds a single quote. Write it twice, or leave it out.");
+    }
+    EXPECT_EQ(L"a' --", editor.form[field].text);
+    type(field, L"");
+  }
+}
+
+TEST_F(SettingsEditorTest, EveryStoredFieldHasACaption) {
+  const std::map<std::wstring, std::wstring> named = {
+      {L"Description", L"Description"},
+      {L"PACSType", L"Vendor Format"},
+      {L"UserMappingOpt", L"Enable User Logon Mapping"},
+      {L"BiDirectional", L"Enable Response Options"},
+      {L"CustomXMLFile", L"XML Configuration File"},
+      {L"MultiAccessContext", L"Multiple Accession Context Change Handling"},
+      {L"MultiAccessFields", L"Accession Dictation Fields"},
+      {L"ContextChangeOption", L"Context Change Action"},
+      {L"Port", L"Port"},
+      {L"LastUpdateDate", L"LastUpdateDate"}};
+  for (const Column& column : columns()) {
+    const auto found = named.find(column.property);
+    if (found != named.end()) {
+      EXPECT_EQ(captionOf(column), found->second);
+    }
+    EXPECT_FALSE(captionOf(column).empty());
+  }
 }
 
 }  // namespace

@@ -32,6 +32,16 @@ class SettingsRemoteTest : public SettingsEditorTest {
     client->refused = statement;
     client->reason = kLocked;
   }
+  /// From now on the statement is executed, but the client does not hear of it. Gives what
+  /// executes statements otherwise.
+  std::function<void(const std::wstring&)> loseTheAnswerTo(const wchar_t* statement) {
+    const auto run = client->execute;
+    client->execute = [run, statement](const std::wstring& sql) {
+      run(sql);
+      if (sql.starts_with(statement)) throw RunTimeError(1, L"The time is over.");
+    };
+    return run;
+  }
   void accept() {
     client->refused.clear();
     client->calls.clear();
@@ -197,6 +207,64 @@ TEST_F(SettingsRemoteTest, ANewConfigurationIsNumberedBeforeItsControlsAreRead) 
   ASSERT_FALSE(client->calls.empty());
   EXPECT_TRUE(client->calls.front().starts_with(L"SQLQueryTable(site, SELECT TOP 1 config_id"));
   EXPECT_EQ(sent(L""), 0);
+}
+
+TEST_F(SettingsRemoteTest, WhatAnUnansweredSaveStoredCanBeTakenBackByTheNext) {
+  openRemotely(5);
+  const auto run = loseTheAnswerTo(kUpdate);
+  type(txtDescription, L"Wrong");
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  EXPECT_EQ(description(5), L"Wrong");
+  client->execute = run;
+  type(txtDescription, L"Five");
+  editor.btnSave();
+  EXPECT_EQ(description(5), L"Five");
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsRemoteTest, AnUnansweredSaveOfOnesOwnIsNobodyElsesChange) {
+  openRemotely(5);
+  const auto run = loseTheAnswerTo(kUpdate);
+  type(txtDescription, L"Wrong");
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  client->execute = run;
+  type(txtDescription, L"Right");
+  editor.btnSave();
+  EXPECT_EQ(description(5), L"Right");
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsRemoteTest, AnUnansweredInsertIsNotRepeatedHoweverOftenItIsTried) {
+  openRemotely(5);
+  const auto run = loseTheAnswerTo(kInsert);
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Mine");
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  client->execute = run;
+  client->failing = {L"SQLQueryTable"};
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  client->failing.clear();
+  editor.btnSave();
+  EXPECT_EQ(count(), L"4");
+  EXPECT_EQ(description(10), L"Mine");
+  EXPECT_EQ(editor.currentID(), 10);
+  EXPECT_FALSE(editor.isNew());
+}
+
+TEST_F(SettingsRemoteTest, AnInsertThatStoredNothingIsAnError) {
+  openRemotely(5);
+  const auto run = client->execute;
+  client->execute = [run](const std::wstring& sql) {
+    if (!sql.starts_with(kInsert)) run(sql);
+  };
+  editor.btnNew();
+  settle();
+  type(txtDescription, L"Mine");
+  EXPECT_RUNTIME_ERROR(editor.btnSave(), 40002,
+                       L"Nothing was saved. The configuration is not in the database.");
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_EQ(hostDescription(10), L"<none>");
 }
 
 }  // namespace
