@@ -36,7 +36,7 @@ void readRemoteCell(clsPACSConfiguration& record, const Column& column, Cell cel
 
 std::shared_ptr<clsPACSConfiguration> recordOfRow(const std::function<Cell(std::size_t)>& cell,
                                                   RowSource source) {
-  const auto record = std::make_shared<clsPACSConfiguration>();
+  auto record = std::make_shared<clsPACSConfiguration>();
   for (std::size_t i = 0; i < kColumnCount; ++i) {
     const Column& column = *columnsInLoadOrder()[i];
     Cell value = cell(i);

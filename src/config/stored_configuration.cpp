@@ -83,7 +83,7 @@ bool isNow(std::wstring_view stored) {
   const sys_days today = year(now.year) / month(static_cast<unsigned>(now.month)) /
                          day(static_cast<unsigned>(now.day));
   const std::int64_t midnight = duration_cast<minutes>(today.time_since_epoch()).count();
-  const std::int64_t expected = midnight + now.hour * 60 + now.minute;
+  const std::int64_t expected = midnight + std::int64_t{60} * now.hour + now.minute;
   constexpr std::int64_t kSlowestSave = 10;
   return std::abs(*found - expected) <= kSlowestSave || *found == midnight;
 }
@@ -149,16 +149,21 @@ Configuration configurationIn(const SiteCommand& command, const Table& rows) {
                      command.isTransaction() ? RowSource::Database : RowSource::RemoteClient);
 }
 
-/// The row as it was written; null when a remote client that executed the statement cannot read.
-Configuration readBack(SiteCommand& command, std::int16_t configID) {
-  Table rows;
+/// The rows that a statement left; null when a remote client that executed it cannot read them.
+std::optional<Table> rowsWritten(SiteCommand& command, std::int16_t configID) {
   try {
-    rows = command.query(loadingStatement(configID));
+    return command.query(loadingStatement(configID));
   } catch (const RunTimeError&) {
     if (command.isTransaction()) throw;
-    return nullptr;
+    return std::nullopt;
   }
-  const Configuration stored = configurationIn(command, rows);
+}
+
+/// The row as it was written; null when a remote client that executed the statement cannot read.
+Configuration readBack(SiteCommand& command, std::int16_t configID) {
+  const auto rows = rowsWritten(command, configID);
+  if (!rows) return nullptr;
+  Configuration stored = configurationIn(command, *rows);
   if (!stored) throw notSaved(L"The configuration is not in the database.");
   return stored;
 }
@@ -266,9 +271,8 @@ std::optional<ForeignChange> deleteStored(SiteCommand& command,
   const Configuration stored = storedConfiguration(command, loaded.configID);
   if (!stored || !isStoredAs(loaded, *stored)) return ForeignChange{stored};
   command.execute(deletingStatement(loaded.configID));
-  if (storedConfiguration(command, loaded.configID)) {
-    throw notSaved(L"The configuration is still in the database.");
-  }
+  const auto rows = rowsWritten(command, loaded.configID);
+  if (rows && rows->rows() > 0) throw notSaved(L"The configuration is still in the database.");
   command.markAndCommit();
   return std::nullopt;
 }

@@ -190,6 +190,8 @@ bool DSNDatabaseExists(const std::wstring& dsn) {
          !ReadRegString(registry::Root::CurrentUser, key, L"DATABASE").empty();
 }
 
+// The caller's pointer may be the module's own, which a callback may replace.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void openShared(std::shared_ptr<odbc::Connection> connection, const std::wstring& sql) {
   if (!connection) raise(ErrorNumber::ObjectNotSet);
   g_rsQuery = std::make_unique<ResultSet>(connection->query(sql));

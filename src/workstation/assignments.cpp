@@ -150,7 +150,7 @@ std::vector<AssignmentConflict> saveAssignments(
   std::size_t written = 0;
   try {
     forEachAssignmentCommand(merged.toWrite, [&](const std::wstring& text, std::size_t done) {
-      const std::span sent(merged.toWrite.begin() + written, done - written);
+      const std::span sent = std::span(merged.toWrite).subspan(written, done - written);
       for (const auto& workstation : sent) workstation->unconfirmedConfigID = workstation->configID;
       command.execute(text);
       // A client's requests are stored one by one.

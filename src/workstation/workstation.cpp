@@ -50,7 +50,7 @@ void colWorkstation::addStored(std::int16_t configID, std::wstring_view name, st
 
 colWorkstation::Pointer colWorkstation::add(std::int16_t configID, std::wstring_view name,
                                             std::int16_t flag2) {
-  const auto workstation = std::make_shared<clsWorkstation>();
+  auto workstation = std::make_shared<clsWorkstation>();
   workstation->configID = configID;
   workstation->WorkStation = name;
   workstation->Flag2 = flag2;

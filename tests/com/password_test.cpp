@@ -144,5 +144,21 @@ TEST_F(PasswordTest, ARefusedOneLeavesTheOldOne) {
   EXPECT_EQ(copiesInMemory(), 1);
 }
 
+class LastObjectTest : public ComTest {};
+
+TEST_F(LastObjectTest, NothingOfThePasswordIsLeftWhenTheLastObjectHasGone) {
+  {
+    const HostObject config = HostObject::create(kConfig);
+    config.put(L"SQLDSN", L"TlTestSite");
+    {
+      const HostsPassword password;
+      config.put(L"Password", password.value());
+    }
+    config.call(L"Init");
+    EXPECT_GT(copiesInMemory(), 0);
+  }
+  EXPECT_EQ(copiesInMemory(), 0);
+}
+
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -260,9 +260,10 @@ Connection::Transaction::Transaction(Connection& connection) : connection_(conne
   SQLUINTEGER isolation = 0;
   const bool known = SQL_SUCCEEDED(SQLGetConnectAttrW(handle.get(), SQL_ATTR_TXN_ISOLATION,
                                                       &isolation, sizeof(isolation), nullptr));
-  // A driver that knows no isolation keeps its own.
-  if (known && isolation != SQL_TXN_SERIALIZABLE &&
-      SQL_SUCCEEDED(connection_.setIsolation(SQL_TXN_SERIALIZABLE))) {
+  // A driver that knows no isolation keeps its own. One that does not get it must not go on: what
+  // is read would not stay as it is until the end.
+  if (known && isolation != SQL_TXN_SERIALIZABLE) {
+    connection_.noting([&] { handle.verify(connection_.setIsolation(SQL_TXN_SERIALIZABLE)); });
     isolationBefore_ = isolation;
   }
   try {

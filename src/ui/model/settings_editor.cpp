@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "data/statements.h"
+#include "data/tl_comm_client.h"
+#include "data/workstation_key.h"
 #include "host/site_access.h"
 #include "support/doors.h"
 #include "support/runtime_error.h"
@@ -84,6 +86,7 @@ void SettingsEditor::unload() {
   newConfiguration_ = false;
   shown_ = false;
   unsettled_.reset();
+  unconfirmedDelete_ = 0;
   currentID_ = 0;
 }
 
@@ -175,10 +178,13 @@ colPACSConfiguration::Pointer SettingsEditor::settled() {
   Configuration stored = atSite([&]() -> Configuration {
     SiteCommand command;
     if (!command.reachesDatabase()) return nullptr;
-    return storedConfiguration(command, unsettled_->configID);
+    Configuration found = storedConfiguration(command, unsettled_->configID);
+    if (!found || !isStoredAs(*unsettled_, *found)) return nullptr;
+    // On the direct way the mark was stored with it.
+    if (!command.isTransaction()) command.markAndCommit();
+    return found;
   });
-  const auto tried = std::exchange(unsettled_, nullptr);
-  if (stored && !isStoredAs(*tried, *stored)) stored.reset();
+  unsettled_.reset();
   return stored;
 }
 
@@ -282,11 +288,19 @@ bool SettingsEditor::remove(std::int16_t configID) {
     std::optional<ForeignChange> change;
     do {
       if (!deleteUnlessUsed(configID, change)) return notice(kUsed), false;
+      if (change && !change->stored && configID == unconfirmedDelete_) {
+        // On the direct way the mark was stored with the deletion.
+        atSite([] {
+          if (TlCommClientConnected()) AddOfflineDbUpdate();
+        });
+        break;
+      }
       if (change && !confirmDelete(configID, *change)) return false;
     } while (change && change->stored);
     const std::int16_t position = configurations_->GetItemNumber(configID);
     configurations_->ColPACSConfigs->remove(static_cast<std::size_t>(position));
   } catch (...) {
+    unconfirmedDelete_ = configID;
     showDeleteError(configID, describeCurrent());
     return !hasEdits();
   }

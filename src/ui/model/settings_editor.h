@@ -134,6 +134,8 @@ class SettingsEditor {
   bool shown_ = false;
   /// What the database may have stored without confirming it.
   colPACSConfiguration::Pointer unsettled_;
+  /// A configuration whose deletion failed, or was not confirmed.
+  std::int16_t unconfirmedDelete_ = 0;
 };
 
 }  // namespace tlpacscfg

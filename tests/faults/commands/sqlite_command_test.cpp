@@ -1,0 +1,88 @@
+#include "faults/commands/sqlite_command_test.h"
+
+#include "data/database.h"
+#include "support/text.h"
+
+namespace tlpacscfg::test {
+
+std::vector<int> callsOf(Command command) {
+  switch (command) {
+    case Command::SaveNew:  // Alive, the numbers, the look, INSERT, the look, the mark, commit.
+      return {1, 2, 3, 4, 5, 6, 7};
+    case Command::SaveChanged:  // Alive, the look, UPDATE, the look, the mark, commit.
+      return {1, 2, 3, 4, 5, 6};
+    case Command::Delete:  // Alive, the list, rollback; alive, the list, the look, DELETE, and so
+                           // on.
+      return {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+    case Command::Assign:  // Alive, the list; 3 to 502; the list, the mark, commit.
+      return {1, 2, 3, 203, 502, 503, 504, 505};
+  }
+  return {};
+}
+
+SqliteCommandTest::SqliteCommandTest() {
+  registerDataSource(L"TlImpatientSite", L"site");
+  config.SQLDSN = L"TlImpatientSite";
+}
+
+void SqliteCommandTest::fill(Command command) const {
+  std::vector<std::wstring> statements = clearing();
+  for (std::wstring& statement : contentFor(command)) statements.push_back(std::move(statement));
+  site.runAll(statements);
+}
+
+void SqliteCommandTest::begin(Command command) {
+  administrator.reset();
+  DisconnectDatabase();
+  fill(command);
+  administrator = std::make_unique<Administrator>(config);
+  administrator->prepare(command);
+  before = stored();
+  viewBefore = administrator->view();
+}
+
+bool SqliteCommandTest::giveWith(int call, OdbcMoment moment, const std::function<void()>& action) {
+  bool met = false;
+  const OdbcCalls calls([&](int number, OdbcMoment now) {
+    if (number != call || now != moment) return;
+    met = true;
+    action();
+  });
+  give();
+  return met;
+}
+
+std::wstring SqliteCommandTest::undisturbed(Command command) {
+  begin(command);
+  give();
+  EXPECT_EQ(toUtf8(error), "");
+  EXPECT_TRUE(administrator->takeQuestions().empty());
+  return stored().rows;
+}
+
+void SqliteCommandTest::expectNothingOpen() const {
+  EXPECT_NO_THROW(impatient.run(kHarmlessChange));
+}
+
+char SqliteCommandTest::letter(const std::wstring& done) const {
+  expectNothingOpen();
+  return letterOf({error, before, stored(), viewBefore, administrator->view()}, done);
+}
+
+void SqliteCommandTest::expectGoesWellNow(const std::wstring& done, std::size_t questions) {
+  EXPECT_TRUE(administrator->takeQuestions().empty());
+  give();
+  EXPECT_EQ(toUtf8(error), "");
+  EXPECT_EQ(administrator->takeQuestions().size(), questions);
+  EXPECT_EQ(toUtf8(stored().rows), toUtf8(done));
+  EXPECT_NE(administrator->view(), viewBefore);
+  expectNothingOpen();
+}
+
+std::shared_ptr<odbc::Connection> SqliteCommandTest::anotherConnection() const {
+  return std::make_shared<odbc::Connection>(
+      std::make_shared<odbc::Environment>(odbc::CursorLibrary::NotUsed, std::chrono::seconds(5)),
+      L"TlImpatientSite", odbc::Prompt::Never, L"");
+}
+
+}  // namespace tlpacscfg::test

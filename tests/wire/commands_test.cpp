@@ -1,0 +1,379 @@
+#include <gmock/gmock.h>
+
+#include <iostream>
+#include <numeric>
+
+#include "data/database.h"
+#include "faults/commands/command_site.h"
+#include "support/text.h"
+#include "wire/wire_test.h"
+
+/// The windows' commands on SQL Server, with a fault or a second administrator at every request.
+namespace tlpacscfg::test {
+namespace {
+
+enum class Fault {
+  HangUpBefore,
+  HangUpAfter,
+  HangUpInside,  ///< After the answer to the first statement.
+  Refused,
+  RefusedAndUndone,  ///< The server takes the transaction back by itself.
+};
+
+const char* nameOf(Fault fault) {
+  switch (fault) {
+    case Fault::HangUpBefore:
+      return "hang-up before it";
+    case Fault::HangUpAfter:
+      return "hang-up after it";
+    case Fault::HangUpInside:
+      return "hang-up inside";
+    case Fault::Refused:
+      return "refused";
+    case Fault::RefusedAndUndone:
+      return "refused and undone";
+  }
+  return "?";
+}
+
+/// The requests of an undisturbed command. Each step begins with the question whether the
+/// connection still answers. A transaction is the isolation, the begin, what the command asks and
+/// writes, the commit or rollback, the rollback of the empty one that the driver begins after it,
+/// and the isolation as it was before.
+constexpr int requestsOf(Command command) {
+  constexpr int kAnswers = 1, kBeginning = 2, kEnding = 3, kMark = 1;
+  switch (command) {
+    case Command::SaveNew:  // The numbers, the look, the INSERT, and the look at it.
+      return kAnswers + 1 + kBeginning + 3 + kMark + kEnding;
+    case Command::SaveChanged:  // The look, the UPDATE, and the look at it.
+      return kAnswers + kBeginning + 3 + kMark + kEnding;
+    case Command::Delete:  // The list; after the question it again, two looks, the DELETE.
+      return kAnswers + kBeginning + 1 + kEnding + kAnswers + kBeginning + 1 + 3 + kMark + kEnding;
+    case Command::Assign:  // The list, three batches, the list.
+      return kAnswers + kBeginning + 5 + kMark + kEnding;
+  }
+  return 0;
+}
+
+/// The requests of an undisturbed command at which things happen, the last one included.
+/// Assignments take the longest: they leave out the begin and the rollback of the empty
+/// transaction, which all commands have alike, between requests that stay.
+std::vector<int> requestsAt(Command command) {
+  if (command == Command::Assign) return {1, 2, 4, 5, 6, 7, 8, 9, 10, 12};
+  std::vector<int> requests(static_cast<std::size_t>(requestsOf(command)));
+  std::iota(requests.begin(), requests.end(), 1);
+  return requests;
+}
+
+/// One letter for the fault at each of them. A hang-up before a question whether the connection
+/// answers is not noticed, and neither is anything after the commit, or at the end of a deletion's
+/// first step, which wrote nothing: the next question opens a connection anew. A server that
+/// refuses the isolation is not written to, as what was read would not stay as it was.
+struct FaultRow {
+  Command command;
+  Fault fault;
+  std::string endings;
+};
+const FaultRow kFaultRows[] = {
+    {Command::SaveNew, Fault::HangUpBefore, "DUUUUUUUUDD"},
+    {Command::SaveNew, Fault::HangUpAfter, "DUUUUUUUCDD"},
+    {Command::SaveNew, Fault::HangUpInside, "UUUUUUUUDDD"},
+    {Command::SaveNew, Fault::Refused, "DUUUUUUUUDD"},
+    {Command::SaveNew, Fault::RefusedAndUndone, "DUUUUUUUUDD"},
+    {Command::SaveChanged, Fault::HangUpBefore, "DUUUUUUUDD"},
+    {Command::SaveChanged, Fault::HangUpAfter, "DUUUUUUCDD"},
+    {Command::SaveChanged, Fault::HangUpInside, "UUUUUUUDDD"},
+    {Command::SaveChanged, Fault::Refused, "DUUUUUUUDD"},
+    {Command::SaveChanged, Fault::RefusedAndUndone, "DUUUUUUUDD"},
+    {Command::Delete, Fault::HangUpBefore, "DUUUDDDDUUUUUUUUDD"},
+    {Command::Delete, Fault::HangUpAfter, "DUUUDDDDUUUUUUUCDD"},
+    {Command::Delete, Fault::HangUpInside, "UUUDDDDUUUUUUUUDDD"},
+    {Command::Delete, Fault::Refused, "DUUUDDDDUUUUUUUUDD"},
+    {Command::Delete, Fault::RefusedAndUndone, "DUUUDDDDUUUUUUUUDD"},
+    {Command::Assign, Fault::HangUpBefore, "DUUUUUUUUD"},
+    {Command::Assign, Fault::HangUpAfter, "DUUUUUUUCD"},
+    {Command::Assign, Fault::HangUpInside, "UUUUUUUUDD"},
+    {Command::Assign, Fault::Refused, "DUUUUUUUUD"},
+    {Command::Assign, Fault::RefusedAndUndone, "DUUUUUUUUD"},
+};
+
+void PrintTo(const FaultRow& row, std::ostream* stream) {
+  *stream << nameOf(row.command) << ", " << nameOf(row.fault);
+}
+
+/// The number of a time-out or a connection that is lost, or that of any other failure.
+bool isOfDatabase(const std::wstring& error) {
+  const auto holds = [&](const wchar_t* text) { return error.find(text) != error.npos; };
+  // A deletion that fails shows its error in words of its own.
+  const bool isLost = holds(L"HYT00: ") || holds(L"08S01: ");
+  const std::wstring number = isLost ? L"-2147467259" : L"40002";
+  return error.starts_with(number + L": ") || holds((L"Error = " + number + L" ").c_str());
+}
+
+class WireCommandTest : public WireTest {
+ protected:
+  /// A fresh site, and an administrator who is about to give the command.
+  void begin(Command command) {
+    administrator.reset();
+    g_conSql.reset();
+    g_envSql.reset();
+    tellAll(command);
+    administrator = std::make_unique<Administrator>(config);
+    administrator->prepare(command);
+    before = stored();
+    viewBefore = administrator->view();
+  }
+
+  Stored stored() const { return storedIn(siteRows(storedQuestion())); }
+
+  void give() { error = administrator->give(); }
+
+  /// What an undisturbed command leaves.
+  std::wstring undisturbed(Command command) {
+    begin(command);
+    give();
+    EXPECT_EQ(toUtf8(error), "");
+    EXPECT_TRUE(administrator->takeQuestions().empty());
+    return stored().rows;
+  }
+
+  /// Nobody has to wait for a transaction of the command's.
+  void expectNothingOpen() {
+    if (administrator->host->way.connection->isLost()) waitForSessions(0);
+    EXPECT_NO_THROW(runAtSite(kHarmlessChange));
+  }
+
+  char letter(const std::wstring& done) {
+    expectNothingOpen();
+    EXPECT_TRUE(error.empty() || isOfDatabase(error)) << toUtf8(error);
+    return letterOf({error, before, stored(), viewBefore, administrator->view()}, done);
+  }
+
+  /// The same command again stores what was meant, once, and asks nothing.
+  void expectGoesWellNow(Command command, char letter, const std::wstring& done) {
+    EXPECT_TRUE(administrator->takeQuestions().empty());
+    give();
+    EXPECT_EQ(toUtf8(error), "");
+    EXPECT_TRUE(administrator->takeQuestions().empty());
+    EXPECT_EQ(toUtf8(stored().rows), toUtf8(done));
+    // Assignments that were stored unconfirmed are sent again, with their mark.
+    const bool again = command == Command::Assign && letter == kUnconfirmed;
+    EXPECT_EQ(stored().marks, again ? 2 : 1);
+    EXPECT_NE(administrator->view(), viewBefore);
+    expectNothingOpen();
+  }
+
+  std::unique_ptr<Administrator> administrator;
+  Stored before;
+  std::wstring viewBefore;
+  std::wstring error;
+
+ private:
+  void tellAll(Command command) {
+    storeSite();
+    std::wstring script;
+    for (const std::wstring& statement : contentFor(command)) script += statement + L";";
+    runAtSite(script);
+  }
+};
+
+class WireCommandFaultTest : public WireCommandTest,
+                             public ::testing::WithParamInterface<FaultRow> {
+ protected:
+  void inflict(Fault fault, int request) const {
+    const At at = At::request(request);
+    switch (fault) {
+      case Fault::HangUpBefore:
+        return hangUpBefore(at);
+      case Fault::HangUpAfter:
+        return hangUpAfter(at);
+      case Fault::HangUpInside:
+        return hangUpInside(at, Statements{1});
+      case Fault::Refused:
+        return failAt(at, 9002, L"The transaction log is full.");
+      case Fault::RefusedAndUndone:
+        return failAt(at, 1205, L"Transaction was deadlocked.", AfterFailure::UndoesTransaction);
+    }
+  }
+};
+
+TEST_P(WireCommandFaultTest, TheSiteIsOldOrNewAndTheSameCommandGoesWellAfterwards) {
+  const auto& [command, fault, endings] = GetParam();
+  const std::wstring done = undisturbed(command);
+  std::string found;
+  for (const int request : requestsAt(command)) {
+    SCOPED_TRACE("request " + std::to_string(request));
+    begin(command);
+    inflict(fault, request);
+    give();
+    EXPECT_EQ(faultsLeft(), 0);
+    found += letter(done);
+    if (found.back() != kDone) expectGoesWellNow(command, found.back(), done);
+  }
+  EXPECT_EQ(found, endings);
+  std::cout << found.size() << " cells\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, WireCommandFaultTest, ::testing::ValuesIn(kFaultRows),
+                         [](const auto& row) {
+                           return inOneWord(std::string(nameOf(row.param.command)) + ", " +
+                                            nameOf(row.param.fault));
+                         });
+
+/// One letter for each request at which the second administrator is at work.
+struct RivalRow {
+  const Rival& rival;
+  std::string endings;
+};
+std::vector<RivalRow> rivalRows() {
+  // Until the command has looked he is asked about, or another number is taken; then he waits.
+  const char* const endings[] = {"BBBBBFFFFFF",        "AAAABBBBBB",         "AAAABBBBBB",
+                                 "AAAAAAAAAAAFFFFFFF", "AAAAAAAAAAABBBBBBB", "AAABBBBBBB",
+                                 "BBBBBBBBBB",         "BBBBBBBBBB"};
+  std::vector<RivalRow> rows;
+  for (const Rival& rival : rivals()) rows.push_back({rival, endings[rows.size()]});
+  return rows;
+}
+
+void PrintTo(const RivalRow& row, std::ostream* stream) {
+  *stream << nameOf(row.rival.command) << ", " << row.rival.name;
+}
+
+class WireRivalTest : public WireCommandTest, public ::testing::WithParamInterface<RivalRow> {};
+
+TEST_P(WireRivalTest, HisChangeIsAskedAboutOrComesAfterwardsAndIsNeverLost) {
+  const auto& [rival, endings] = GetParam();
+  std::wstring script;
+  for (const std::wstring& statement : statementsOf(rival)) script += statement + L";";
+  std::string found;
+  for (const int request : requestsAt(rival.command)) {
+    SCOPED_TRACE("request " + std::to_string(request));
+    begin(rival.command);
+    changeSiteAt(At::request(request), script);
+    give();
+    EXPECT_EQ(faultsLeft(), 0);
+    const bool asked = !administrator->takeQuestions().empty();
+    found += letterOf(rival, {error, asked, siteRows(meetingQuestion(rival)).at(0)});
+    EXPECT_TRUE(!asked || administrator->view() == viewBefore);
+    expectNothingOpen();
+  }
+  EXPECT_EQ(found, endings);
+  std::cout << found.size() << " cells\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, WireRivalTest, ::testing::ValuesIn(rivalRows()),
+                         [](const auto& row) {
+                           return inOneWord(std::string(nameOf(row.param.rival.command)) + ", " +
+                                            row.param.rival.name);
+                         });
+
+class EachWireCommandTest : public WireCommandTest, public ::testing::WithParamInterface<Command> {
+ protected:
+  const Command command = GetParam();
+};
+
+TEST_P(EachWireCommandTest, TheRequestsAreThoseThatTheChartsCount) {
+  begin(command);
+  changeSiteAt(At::request(requestsOf(command)), kHarmlessChange);
+  changeSiteAt(At::request(requestsOf(command) + 1), kHarmlessChange);
+  give();
+  EXPECT_EQ(toUtf8(error), "");
+  EXPECT_EQ(faultsLeft(), 1);
+}
+
+/// A refusal at the commit and then at the ways to take the transaction back.
+TEST_P(EachWireCommandTest, ARollbackThatIsRefusedTooLeavesTheSiteAsItWas) {
+  const std::wstring done = undisturbed(command);
+  for (int refusedRollbacks = 1; refusedRollbacks <= 2; ++refusedRollbacks) {
+    SCOPED_TRACE(refusedRollbacks);
+    begin(command);
+    const int commit = requestsOf(command) - 2;
+    failAt(At::request(commit), 9002, L"The transaction log is full.");
+    failAt(At::request(commit + 1), 9002, L"The transaction log is full.");
+    // Between them the driver is told to begin anew.
+    if (refusedRollbacks == 2) failAt(At::request(commit + 3), 9002, L"It is full.");
+    give();
+    EXPECT_EQ(faultsLeft(), 0);
+    EXPECT_EQ(administrator->host->way.connection->isLost(), refusedRollbacks == 2);
+    const char ending = letter(done);
+    EXPECT_EQ(ending, kUndone);
+    expectGoesWellNow(command, ending, done);
+  }
+  std::cout << "2 cells\n";
+}
+
+TEST_P(EachWireCommandTest, ARestartOfTheServerBeforeItIsNotNoticed) {
+  const std::wstring done = undisturbed(command);
+  begin(command);
+  restartServer();
+  waitForSessions(0);
+  give();
+  EXPECT_EQ(letter(done), kDone);
+  EXPECT_TRUE(administrator->takeQuestions().empty());
+  std::cout << "1 cell\n";
+}
+
+TEST_P(EachWireCommandTest, AServerThatIsStoppedIsAnErrorUntilItIsStarted) {
+  const std::wstring done = undisturbed(command);
+  begin(command);
+  stopServer();
+  waitForSessions(0);
+  for (int time = 1; time <= 2; ++time) {
+    give();
+    EXPECT_TRUE(error.starts_with(L"-2147467259: 08")) << toUtf8(error);
+    EXPECT_TRUE(administrator->takeQuestions().empty());
+    EXPECT_EQ(stored().rows, before.rows);
+    EXPECT_EQ(toUtf8(administrator->view()), toUtf8(viewBefore));
+  }
+  startServer();
+  expectGoesWellNow(command, kUndone, done);
+  std::cout << "2 cells\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, EachWireCommandTest, ::testing::ValuesIn(kCommands),
+                         [](const auto& row) { return inOneWord(nameOf(row.param)); });
+
+enum class Executes { Yes, No };
+
+/// Few of them: each waits for its time limit, and as long again for the driver to give up.
+struct Stall {
+  Command command;
+  int request;
+  Executes executes;
+  char ending;
+};
+void PrintTo(const Stall& stall, std::ostream* stream) {
+  *stream << nameOf(stall.command) << ", request " << stall.request;
+}
+
+class WireStallTest : public WireCommandTest, public ::testing::WithParamInterface<Stall> {};
+
+TEST_P(WireStallTest, AServerThatFallsSilentEndsTheCommandAfterItsTime) {
+  const auto& [command, request, executes, ending] = GetParam();
+  const std::wstring done = undisturbed(command);
+  begin(command);
+  administrator->host->way.connection->limitStatements({.time = std::chrono::seconds(1)});
+  if (executes == Executes::Yes) {
+    stallAfter(At::request(request));
+  } else {
+    stallBefore(At::request(request));
+  }
+  give();
+  EXPECT_EQ(faultsLeft(), 0);
+  const char found = letter(done);
+  EXPECT_EQ(found, ending);
+  if (found != kDone) expectGoesWellNow(command, found, done);
+  std::cout << "1 cell\n";
+}
+
+/// The question whether the connection answers, an INSERT, a DELETE, and the second batch.
+const Stall kStalls[] = {{Command::SaveChanged, 1, Executes::No, kDone},
+                         {Command::SaveNew, 6, Executes::Yes, kUndone},
+                         {Command::Delete, 13, Executes::No, kUndone},
+                         {Command::Assign, 6, Executes::Yes, kUndone}};
+
+INSTANTIATE_TEST_SUITE_P(Requests, WireStallTest, ::testing::ValuesIn(kStalls),
+                         [](const auto& row) { return inOneWord(nameOf(row.param.command)); });
+
+}  // namespace
+}  // namespace tlpacscfg::test
