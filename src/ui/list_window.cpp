@@ -256,7 +256,7 @@ void frmPACSList::closeAfter(bool (frmPACSList::*save)()) {
   closing_ = true;
   const ScopeExit done([this] { closing_ = false; });
   if ((this->*save)()) closeEditorsAndUnload();
-  if (isCreated()) refillAsItWas();
+  if (isCreated() && isOutOfDate()) refillAsItWas();
 }
 
 /// Without this way out a database that refuses the assignments would hold the host for ever.
@@ -296,6 +296,14 @@ bool frmPACSList::saveAssignments() {
         return false;
     }
   }
+}
+
+/// Whether a row shows another configuration than its workstation has by now.
+bool frmPACSList::isOutOfDate() const {
+  for (std::size_t row = 0; row < rows_.rowCount(); ++row) {
+    if (rows_.configIDOf(row) != configIDOf(row)) return true;
+  }
+  return false;
 }
 
 /// With what somebody else assigned meanwhile; the selected workstation stays the same.

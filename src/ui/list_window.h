@@ -78,6 +78,7 @@ class frmPACSList : public win32::Form {
   doors::Answer askWhoseAssignments(const std::vector<AssignmentConflict>& conflicts) const;
   static bool closeWithoutSaving();
   bool saveOrGiveUp();
+  bool isOutOfDate() const;
   void refillAsItWas();
   std::int16_t configIDOf(std::size_t row) const;
   bool mayEnd();

@@ -80,8 +80,7 @@ TEST_F(RemoteJourneyTest, WhatCannotBeSavedStaysOnTheScreenUntilItCan) {
     answers = {Answer::Yes};
     whileUnreachable([&] {
       press(window, btnDelete);
-      ASSERT_EQ(messages.size(), 2U);
-      EXPECT_EQ(messages[0].text, L"Are you sure you want to delete this configuration?");
+      EXPECT_EQ(messages.size(), 1U) << "Whether it is used cannot be said.";
       EXPECT_EQ(list_view::column(rows(window), 0), (Texts{L"1", L"5", L"9"}));
       EXPECT_EQ(list_view::selectedRow(rows(window)), 2);
       EXPECT_EQ(text(window, txtDescription), L"Nine");
@@ -122,19 +121,13 @@ TEST_F(RemoteJourneyTest, ANewConfigurationIsStoredOnceAfterItCouldNotBe) {
     const HWND window = openSettings(list);
     press(window, btnNew);
     fill(window, txtDescription, L"Ten");
-    // Without an answer the highest number counts as none, and the one behind it is taken.
-    const wchar_t* const kTaken =
-        L"Run-time error '457':\r\nThis key is already associated with an element of this "
-        L"collection";
-    whileUnreachable(
-        [&] {
-          press(window, btnSave);
-          EXPECT_EQ(messages.size(), 1U);
-          EXPECT_EQ(text(window, txtDescription), L"Ten");
-          EXPECT_EQ(list_view::rowCount(rows(window)), 3);
-          EXPECT_EQ(count(), L"3");
-        },
-        kTaken);
+    whileUnreachable([&] {
+      press(window, btnSave);
+      EXPECT_EQ(messages.size(), 1U);
+      EXPECT_EQ(text(window, txtDescription), L"Ten");
+      EXPECT_EQ(list_view::rowCount(rows(window)), 3);
+      EXPECT_EQ(count(), L"3");
+    });
     press(window, btnSave);
     EXPECT_TRUE(messages.empty());
     EXPECT_EQ(list_view::cell(rows(window), 3, 1), L"10 - Ten");
@@ -177,7 +170,7 @@ TEST_F(RemoteJourneyTest, AListThatIsClosedWithoutItsAssignmentsAsksFirst) {
   showWhile([&](HWND list) {
     whileUnreachable([&] { click(list, IDC_frmPACSList_btnOk); });
     service_.end("KILL");
-    answers = {Answer::Yes};
+    answers = {Answer::Ok, Answer::Yes};
     SendMessageW(list, WM_CLOSE, 0, 0);
     EXPECT_FALSE(isShown(kListTitle));
     ASSERT_FALSE(messages.empty());
