@@ -188,6 +188,29 @@ colPACSConfiguration::Pointer SettingsEditor::settled() {
   return stored;
 }
 
+/// Remembers the record where it may be stored although the step failed: without an answer to the
+/// commit, and with a remote client, which takes nothing back.
+template <class Work>
+void SettingsEditor::storing(const colPACSConfiguration::Pointer& record, Work work) {
+  unsettled_ = record;
+  try {
+    atSite(work);
+  } catch (const OutcomeUnknown&) {
+    throw;
+  } catch (...) {
+    const bool remote = config_->way.client != nullptr || TlCommClientConnected();
+    if (!remote) unsettled_.reset();
+    throw;
+  }
+  unsettled_.reset();
+}
+
+/// Whether reading the controls back would change neither the record nor what may be stored of it.
+bool SettingsEditor::isSettledAs(const clsPACSConfiguration& record) const {
+  const bool unsettled = unsettled_ && unsettled_->configID == record.configID;
+  return !unsettled && PACSValueTheSame(form, record);
+}
+
 bool SettingsEditor::saveNew() {
   const auto earlier = settled();
   if (earlier && !recordOf(earlier->configID)) {
@@ -195,16 +218,14 @@ bool SettingsEditor::saveNew() {
     return saveExisting();
   }
   const auto record = std::make_shared<clsPACSConfiguration>();
-  atSite([&] {
+  storing(record, [&] {
     record->configID = configurations_->RequireNextConfigID();
     // Nobody else numbers configurations that stay in memory.
     if (!statementsAreExecuted() && recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
     readBack(form, *record);
     record->ExistingConfig = kFalse;
-    unsettled_ = record;
     storeNew(*record, *configurations_);
   });
-  unsettled_.reset();
   record->ExistingConfig = kTrue;
   adoptNew(record);
   return true;
@@ -224,9 +245,8 @@ bool SettingsEditor::saveExisting() {
   Configuration loaded = record->ExistingConfig == kFalse ? nullptr : record;
   for (;;) {
     edited->ExistingConfig = kTrue;
-    unsettled_ = edited;
-    const auto change = atSite([&] { return storeChanged(*edited, loaded); });
-    unsettled_.reset();
+    std::optional<ForeignChange> change;
+    storing(edited, [&] { change = storeChanged(*edited, loaded); });
     if (!change) break;
     const doors::Answer answer = askWhoseValues(currentID_, *change);
     if (answer == doors::Answer::Cancel) return false;
@@ -267,7 +287,7 @@ bool SettingsEditor::isUsed(SiteCommand& command, std::int16_t configID) const {
 
 bool SettingsEditor::hasEdits() const {
   const auto record = recordOf(currentID_);
-  return newConfiguration_ || (record && !PACSValueTheSame(form, *record));
+  return newConfiguration_ || (record && !isSettledAs(*record));
 }
 
 /// False when a workstation uses the configuration. What was loaded counts as what `change` found
@@ -324,7 +344,7 @@ void SettingsEditor::btnSave() {
 bool SettingsEditor::CheckForSave(std::int16_t configID) {
   if (configID <= 0 && !newConfiguration_) return true;
   const auto record = recordOf(configID);
-  if (!newConfiguration_ && (!record || PACSValueTheSame(form, *record))) return true;
+  if (!newConfiguration_ && (!record || isSettledAs(*record))) return true;
   doors::Answer answer = doors::Answer::No;
   if (!newConfiguration_) {
     answer =
@@ -345,6 +365,7 @@ bool SettingsEditor::CheckForSave(std::int16_t configID) {
       if (!newConfiguration_) {
         showRecord(form, *record);
         rulesWanted = true;
+        unsettled_.reset();
       }
       newConfiguration_ = false;
       deleteEnabled = true;

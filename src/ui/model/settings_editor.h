@@ -115,6 +115,9 @@ class SettingsEditor {
   /// One step at the database. Errors about a field call it by the name that the window shows.
   template <class Work>
   auto atSite(Work work);
+  template <class Work>
+  void storing(const colPACSConfiguration::Pointer& record, Work work);
+  bool isSettledAs(const clsPACSConfiguration& record) const;
   bool hasEdits() const;
   bool validate();
   bool saveAndGoOn();

@@ -222,6 +222,20 @@ TEST_F(SettingsRemoteTest, WhatAnUnansweredSaveStoredCanBeTakenBackByTheNext) {
   EXPECT_TRUE(messages.empty());
 }
 
+TEST_F(SettingsRemoteTest, LeavingAsksAboutAnUnansweredSaveEvenWhenTheOldTextIsBack) {
+  openRemotely(5);
+  const auto run = loseTheAnswerTo(kUpdate);
+  type(txtDescription, L"Wrong");
+  EXPECT_THROW(editor.btnSave(), RunTimeError);
+  client->execute = run;
+  type(txtDescription, L"Five");
+  answers = {Answer::Yes};
+  EXPECT_TRUE(editor.btnExit());
+  expectAsked(kSaveQuestion, Buttons::YesNoCancel);
+  EXPECT_EQ(messages.size(), 1U);
+  EXPECT_EQ(description(5), L"Five");
+}
+
 TEST_F(SettingsRemoteTest, AnUnansweredSaveOfOnesOwnIsNobodyElsesChange) {
   openRemotely(5);
   const auto run = loseTheAnswerTo(kUpdate);
