@@ -144,7 +144,14 @@ void frmPACSSettings::settleRules() {
 }
 
 void frmPACSSettings::onCommand(int controlId, int code) {
-  if (busy_ || (code != BN_CLICKED && code != CBN_SELCHANGE)) return;
+  if (busy_) {
+    // What another program sends while a remote client is waited for has its turn afterwards.
+    if (code == BN_CLICKED && InSendMessage()) {
+      PostMessageW(window(), WM_COMMAND, static_cast<WPARAM>(controlId), 0);
+    }
+    return;
+  }
+  if (code != BN_CLICKED && code != CBN_SELCHANGE) return;
   switch (controlId) {
     case IDCANCEL:
       return askToClose();
