@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "data/late_bound.h"
+#include "automation/late_bound.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 

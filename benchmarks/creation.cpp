@@ -6,7 +6,7 @@
 
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 
 namespace tlpacscfg::bench {
 namespace {

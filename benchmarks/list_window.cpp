@@ -8,7 +8,7 @@
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
 #include "support/conversions.h"
-#include "ui/list_window.h"
+#include "ui/workstation_list/view/workstation_list_window.h"
 #include "ui/resource.h"
 
 namespace tlpacscfg::bench {

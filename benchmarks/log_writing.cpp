@@ -5,7 +5,7 @@
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
 #include "log/log_support.h"
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 
 namespace tlpacscfg::bench {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/text.h"
 
 using namespace tlpacscfg;
@@ -57,9 +57,9 @@ int wmain(int count, wchar_t** arguments) {
     std::fprintf(stderr, "Run ./bench.\n");
     return 2;
   }
-  doors::showMessage = [](const doors::Message& message) -> doors::Answer {
+  system::showMessage = [](const system::Message& message) -> system::Answer {
     // Whether to save what the rules changed.
-    if (message.buttons == doors::Buttons::YesNoCancel) return doors::Answer::No;
+    if (message.buttons == system::Buttons::YesNoCancel) return system::Answer::No;
     std::fprintf(stderr, "A message box: %s\n", toUtf8(message.text).c_str());
     std::_Exit(1);
   };

@@ -2,7 +2,7 @@
 #include "benchmarks/collector.h"
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
-#include "data/dialect.h"
+#include "odbc/dialect.h"
 
 namespace tlpacscfg::bench {
 namespace {

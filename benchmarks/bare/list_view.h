@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 
 namespace tlpacscfg::bench::bare {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "data/owned_variant.h"
-#include "data/table.h"
+#include "automation/owned_variant.h"
+#include "odbc/table.h"
 
 namespace tlpacscfg::client {
 

@@ -5,8 +5,8 @@
 
 #include "client/arrays.h"
 #include "client/guarded.h"
-#include "com/com_ptr.h"
-#include "support/foreign_variant.h"
+#include "automation/com_ptr.h"
+#include "automation/foreign_variant.h"
 #include "support/text.h"
 
 namespace tlpacscfg::client {

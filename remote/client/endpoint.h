@@ -9,7 +9,7 @@
 #include <string>
 
 #include "client/settings.h"
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 
 namespace tlpacscfg::client {
 

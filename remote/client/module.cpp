@@ -7,7 +7,7 @@
 
 #include "client/com_client.h"
 #include "client/guarded.h"
-#include "com/com_ptr.h"
+#include "automation/com_ptr.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 

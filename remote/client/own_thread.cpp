@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "client/client_error.h"
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 
 namespace tlpacscfg::client {
 namespace {

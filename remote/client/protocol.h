@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "client/endpoint.h"
-#include "data/table.h"
+#include "odbc/table.h"
 
 /// The JSON texts that client and service exchange.
 namespace tlpacscfg::client::protocol {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "client/endpoint.h"
-#include "data/table.h"
+#include "odbc/table.h"
 
 namespace tlpacscfg::client {
 

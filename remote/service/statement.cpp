@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "data/odbc/connection.h"
+#include "odbc/connection.h"
 #include "service/json_text.h"
 #include "support/text.h"
 

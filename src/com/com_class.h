@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "com/com_ptr.h"
+#include "automation/com_ptr.h"
 #include "com/variant.h"
 
 namespace tlpacscfg {

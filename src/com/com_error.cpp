@@ -4,7 +4,7 @@
 
 #include <new>
 
-#include "com/com_ptr.h"
+#include "automation/com_ptr.h"
 #include "com/component.h"
 #include "support/runtime_error.h"
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "com/com_ptr.h"
+#include "automation/com_ptr.h"
 
 /// The component as a whole: what keeps it loaded, and what it holds while it has objects.
 namespace tlpacscfg {

@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "com/com_ptr.h"
+#include "automation/com_ptr.h"
 
 namespace tlpacscfg {
 

@@ -11,7 +11,7 @@
 #include "com/component.h"
 #include "com/creatable_classes.h"
 #include "com/identities.h"
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 
 namespace tlpacscfg {
 namespace {

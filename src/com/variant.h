@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <string>
 
-#include "com/com_ptr.h"
-#include "data/owned_variant.h"
-#include "support/foreign_variant.h"
+#include "automation/com_ptr.h"
+#include "automation/owned_variant.h"
+#include "automation/foreign_variant.h"
 
 namespace tlpacscfg {
 

@@ -9,7 +9,7 @@
 #include "data/workstation_key.h"
 #include "log/log_support.h"
 #include "support/conversions.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 
@@ -38,10 +38,10 @@ std::wstring deletingStatement(std::int16_t configID) {
 }
 
 void showDeleteError(std::int16_t configID, const RunTimeError& error) {
-  doors::showMessage({.text = L"Error Deleting configID = " + decimal(configID) +
-                              L" from the DB. " + kLineBreak + L"Error = " +
-                              decimal(error.number()) + L" Error Description = " +
-                              error.description()});
+  system::showMessage({.text = L"Error Deleting configID = " + decimal(configID) +
+                               L" from the DB. " + kLineBreak + L"Error = " +
+                               decimal(error.number()) + L" Error Description = " +
+                               error.description()});
 }
 
 void colPACSConfiguration::GetPACSConfigurations() {

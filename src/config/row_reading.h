@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "config/pacs_configuration.h"
-#include "data/table.h"
+#include "odbc/table.h"
 
 namespace tlpacscfg {
 

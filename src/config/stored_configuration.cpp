@@ -6,12 +6,12 @@
 #include <utility>
 
 #include "config/row_reading.h"
-#include "data/odbc/error.h"
-#include "data/sql_tokens.h"
+#include "odbc/error.h"
+#include "odbc/sql_tokens.h"
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "support/conversions.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
@@ -76,7 +76,7 @@ std::optional<std::int64_t> minutesOf(std::wstring_view text) {
 /// A column may keep minutes or days only; a date whose day and month changed places is far off.
 /// A text that a remote client gave in another form proves nothing.
 bool isNow(std::wstring_view stored) {
-  const doors::LocalTime now = doors::localTime();
+  const system::LocalTime now = system::localTime();
   const auto found = minutesOf(stored);
   if (!found) return TlCommClientConnected();
   using namespace std::chrono;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "data/table.h"
+#include "odbc/table.h"
 
 /// What a late-bound client answers, as values of the component. Nothing is trusted: what does not
 /// fit throws RunTimeError, most often TypeMismatch.

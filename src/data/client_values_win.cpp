@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <optional>
 
-#include "data/owned_variant.h"
+#include "automation/owned_variant.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"
 #include "support/text.h"

@@ -5,10 +5,10 @@
 #include <optional>
 #include <utility>
 
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/registry.h"
 #include "support/runtime_error.h"
 #include "support/secret.h"
@@ -37,11 +37,11 @@ std::wstring errorText(const RunTimeError& error, const wchar_t* lastLine) {
 
 void showConnectError(const RunTimeError& error) {
   if (error.number() == odbc::kLoginFailed) {
-    doors::showMessage({.text = error.description() + kLineBreak + decimal(error.number()) +
-                                kLineBreak + L"SQL Timeout, Please try again."});
+    system::showMessage({.text = error.description() + kLineBreak + decimal(error.number()) +
+                                 kLineBreak + L"SQL Timeout, Please try again."});
   } else {
     // The connect string holds the password and is not shown.
-    doors::showMessage({.text = errorText(error, L"ADO connection String ")});
+    system::showMessage({.text = errorText(error, L"ADO connection String ")});
   }
 }
 
@@ -111,7 +111,7 @@ bool ConnectToDatabase(const HostSettings& config) {
   wipe(g_strSqlPassword);
   g_strSqlPassword = trimBlanks(config.Password);
   try {
-    doors::processPendingMessages();
+    system::processPendingMessages();
     g_conSql = openSqlConnection(config, std::chrono::seconds(config.SqlTimeout));
     g_envSql = g_conSql->environment();
     g_blnSqlConnected = true;
@@ -127,9 +127,9 @@ bool ConnectToOfflineDatabase(const HostSettings&) {
   try {
     WriteLog(L"[TLPACSCFG] Connecting to offline database", log_level::kOperation);
     if (!fileExists(g_strOfflineDbPath)) {
-      doors::showMessage({.text =
-                              L"Local configuration database was not set or could not be found.  "
-                              L"Cannot load PACS configurations in Stand Alone mode"});
+      system::showMessage({.text =
+                               L"Local configuration database was not set or could not be found.  "
+                               L"Cannot load PACS configurations in Stand Alone mode"});
       return false;
     }
     g_envOffline = std::make_shared<const odbc::Environment>(odbc::CursorLibrary::Used,
@@ -141,7 +141,7 @@ bool ConnectToOfflineDatabase(const HostSettings&) {
     g_blnOfflineConnected = true;
     return true;
   } catch (const std::exception& error) {
-    doors::showMessage(
+    system::showMessage(
         {.text = errorText(describe(error), L"Unable to connect to local database.")});
     return false;
   }

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "data/table.h"
+#include "odbc/table.h"
 
 namespace tlpacscfg {
 

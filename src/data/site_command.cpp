@@ -1,7 +1,7 @@
 #include "data/site_command.h"
 
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "data/odbc/connection.h"
-#include "data/table.h"
+#include "odbc/connection.h"
+#include "odbc/table.h"
 #include "support/runtime_error.h"
 
 namespace tlpacscfg {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "log/log_support.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"

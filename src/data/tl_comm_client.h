@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "data/host_settings.h"
-#include "data/table.h"
+#include "odbc/table.h"
 #include "support/runtime_error.h"
 
 /// The way to the data through a remote data client.

@@ -1,7 +1,7 @@
 #include "data/tl_comm_client.h"
 
 #include "data/client_values.h"
-#include "data/late_bound.h"
+#include "automation/late_bound.h"
 
 namespace tlpacscfg {
 namespace {

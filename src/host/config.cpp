@@ -5,7 +5,7 @@
 #include "data/tl_comm_client.h"
 #include "host/version.h"
 #include "log/log_support.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/ini_file.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
@@ -60,10 +60,10 @@ void ReadNetworkRootDir() {
   g_strNetworkRootDir =
       trimBlanks(readIniValue(g_objConfig->Talora_INIFile, L"System", L"NetworkRootDir"));
   if (g_strNetworkRootDir.empty()) {
-    doors::showMessage({.text = L"Error - NetworkRootDir was not specified in the TALORA.INI "
-                                L"Configuration file.",
-                        .icon = doors::Icon::Critical,
-                        .modality = doors::Modality::Application});
+    system::showMessage({.text = L"Error - NetworkRootDir was not specified in the TALORA.INI "
+                                 L"Configuration file.",
+                         .icon = system::Icon::Critical,
+                         .modality = system::Modality::Application});
   }
 }
 

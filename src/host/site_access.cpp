@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "host/config.h"
 
 namespace tlpacscfg {

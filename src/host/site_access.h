@@ -5,7 +5,7 @@
 #include <string>
 
 #include "data/host_settings.h"
-#include "data/odbc/connection.h"
+#include "odbc/connection.h"
 #include "data/tl_comm_client.h"
 
 namespace tlpacscfg {

@@ -2,7 +2,7 @@
 
 #include "log/log_file.h"
 #include "support/runtime_error.h"
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 
 namespace tlpacscfg {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "log/log_file.h"
 #include "support/conversions.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
@@ -62,7 +62,7 @@ void logFailure(const std::wstring& what, const RunTimeError& error) noexcept {
 }
 
 std::wstring FormatTimestamp() {
-  const doors::LocalTime now = doors::localTime();
+  const system::LocalTime now = system::localTime();
   return zeroPadded(now.year, 4) + L"-" + zeroPadded(now.month, 2) + L"-" + zeroPadded(now.day, 2) +
          L" " + zeroPadded(now.hour, 2) + L":" + zeroPadded(now.minute, 2) + L":" +
          zeroPadded(now.second, 2) + L"." + zeroPadded(now.millisecond, 3);

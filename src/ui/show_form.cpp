@@ -8,10 +8,10 @@
 #include "data/database.h"
 #include "host/site_access.h"
 #include "log/log_support.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/scope_exit.h"
 #include "support/text.h"
-#include "ui/list_window.h"
+#include "ui/workstation_list/view/workstation_list_window.h"
 
 namespace tlpacscfg {
 namespace {
@@ -57,7 +57,7 @@ void waitUntilUnloaded(frmPACSList& list) {
 /// of the question itself, would keep from it.
 bool showList(const std::shared_ptr<clsConfig>& config) {
   const bool loaded = g_loadedList != nullptr && g_loadedList->isCreated();
-  if (loaded && (g_loadedList->isClosing() || doors::showMessage.anyOpen())) return false;
+  if (loaded && (g_loadedList->isClosing() || system::showMessage.anyOpen())) return false;
   const ScopeExit unloaded([&] { config->ConfigLoaded = false; });
   if (loaded) {
     g_loadedList->BringToFront();

@@ -5,8 +5,8 @@
 #include <span>
 #include <utility>
 
-#include "data/odbc/error.h"
-#include "data/sql_tokens.h"
+#include "odbc/error.h"
+#include "odbc/sql_tokens.h"
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"

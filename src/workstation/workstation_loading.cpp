@@ -3,7 +3,7 @@
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
 #include "support/conversions.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 #include "workstation/workstation.h"
@@ -22,7 +22,7 @@ std::wstring_view requiredText(const Cell& cell) {
 }
 
 void showError(const RunTimeError& error) {
-  doors::showMessage(
+  system::showMessage(
       {.text = L"Error " + decimal(error.number()) + L" Error Desc " + error.description()});
 }
 
@@ -60,12 +60,12 @@ void colWorkstation::loadRemote() {
   try {
     WriteLog(L"[TLPACSCFG] Retrieving workstation list using TlCommClient", log_level::kOperation);
     if (TlCommClientQuery(kListStatement) != 1) {
-      doors::showMessage({.text = L"The workstation list request failed."});
+      system::showMessage({.text = L"The workstation list request failed."});
     }
     Table data;
     if (!TlCommClientGetDataset(1, data)) {
-      doors::showMessage({.text = L"Unable to get the workstation list information.",
-                          .modality = doors::Modality::Application});
+      system::showMessage({.text = L"Unable to get the workstation list information.",
+                           .modality = system::Modality::Application});
     }
     for (std::size_t row = 0; row < data.rows(); ++row) {
       if (data.columns() <= kListFlag2) raise(ErrorNumber::SubscriptOutOfRange);
@@ -83,13 +83,13 @@ void colWorkstation::loadRemote() {
     } catch (const std::exception&) {
       // The message box tells the administrator in any case.
     }
-    doors::showMessage({.text = L"An error was encountered getting the workstation list."});
+    system::showMessage({.text = L"An error was encountered getting the workstation list."});
   }
 }
 
 void colWorkstation::GetOfflineWorkstationInfo() {
   try {
-    const std::wstring name = doors::computerName();
+    const std::wstring name = system::computerName();
     const std::wstring quoted = L"'" + FixQuotes(name) + L"'";
     std::int16_t configID = 0;
     if (firstOfflineRow(L"SELECT key_value FROM System_workstation_cfg WHERE key_name = "

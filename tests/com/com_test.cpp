@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "support/text.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "com/host_object.h"
-#include "tools/core_test.h"
+#include "harness/core_test.h"
 
 namespace tlpacscfg::test {
 

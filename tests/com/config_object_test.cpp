@@ -1,7 +1,7 @@
 #include "com/com_test.h"
 #include "host/version.h"
 #include "support/text.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "com/com_ptr.h"
-#include "data/owned_variant.h"
+#include "automation/com_ptr.h"
+#include "automation/owned_variant.h"
 
 namespace tlpacscfg::test {
 

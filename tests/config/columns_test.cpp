@@ -5,8 +5,8 @@
 #include <map>
 #include <set>
 
-#include "tools/errors.h"
-#include "tools/records.h"
+#include "harness/errors.h"
+#include "harness/records.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -3,13 +3,13 @@
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "log/log_support.h"
 #include "support/text.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
-#include "tools/records.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
+#include "harness/records.h"
 
 namespace tlpacscfg::test {
 namespace {

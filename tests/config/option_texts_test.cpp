@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "tools/errors.h"
+#include "harness/errors.h"
 
 namespace tlpacscfg {
 namespace {

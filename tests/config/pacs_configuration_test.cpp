@@ -2,12 +2,12 @@
 
 #include "config/columns.h"
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "log/log_support.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
-#include "tools/records.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
+#include "harness/records.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "config/pacs_configuration.h"
 #include "support/text.h"
-#include "tools/errors.h"
+#include "harness/errors.h"
 
 namespace tlpacscfg {
 namespace {

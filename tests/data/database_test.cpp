@@ -3,11 +3,11 @@
 #include "log/log_support.h"
 #include "support/registry.h"
 #include "support/text.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
-#include "tools/registry_key.h"
-#include "tools/scratch.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
+#include "harness/registry_key.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -51,7 +51,7 @@ TEST_F(ConnectionTest, ASecondConnectWhileConnectedAnswersTrueWithoutALogLine) {
 
 TEST_F(ConnectionTest, PendingMessagesAreProcessedOnceBeforeConnecting) {
   int pumped = 0;
-  doors::processPendingMessages = [&] {
+  system::processPendingMessages = [&] {
     ++pumped;
     EXPECT_FALSE(g_blnSqlConnected);
   };
@@ -107,16 +107,16 @@ TEST_F(ConnectionTest, ARegisteredDataSourceThatOdbcDoesNotKnowShowsTheOtherBox)
 }
 
 TEST_F(ConnectionTest, AFailureOfAnyOtherKindShowsTheOtherBoxToo) {
-  doors::processPendingMessages = [] { raise(ErrorNumber::InvalidUseOfNull); };
+  system::processPendingMessages = [] { raise(ErrorNumber::InvalidUseOfNull); };
   EXPECT_FALSE(ConnectToDatabase(config));
   expectPlainBox(
       L"Err.Description= Invalid use of Null\r\nErr.Number 94\r\nADO connection String ");
 }
 
 TEST_F(ConnectionTest, AFailedConnectCanBeTriedAgain) {
-  doors::processPendingMessages = [] { raise(ErrorNumber::InvalidUseOfNull); };
+  system::processPendingMessages = [] { raise(ErrorNumber::InvalidUseOfNull); };
   EXPECT_FALSE(ConnectToDatabase(config));
-  doors::processPendingMessages = [] {};
+  system::processPendingMessages = [] {};
   EXPECT_TRUE(ConnectToDatabase(config));
 }
 

@@ -3,9 +3,9 @@
 #include "data/statements.h"
 #include "log/log_support.h"
 #include "support/text.h"
-#include "tools/errors.h"
-#include "tools/offline_test.h"
-#include "tools/scratch.h"
+#include "harness/errors.h"
+#include "harness/offline_test.h"
+#include "harness/scratch.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {
@@ -173,7 +173,7 @@ TEST_F(OfflineLoadingTest, TheDateOfTheLastChangeIsTheFilesOwn) {
 class OfflineWorkstationTest : public OfflineTest {
  protected:
   void loadAs(const std::wstring& computer) {
-    doors::computerName = [computer] { return computer; };
+    system::computerName = [computer] { return computer; };
     connectOffline();
     workstations.GetOfflineWorkstationInfo();
   }
@@ -223,7 +223,7 @@ TEST_F(OfflineWorkstationTest, EveryWorkstationOfTheFileIsFoundByItsName) {
   connectOffline();
   for (const CsvRow& row : csvRows("System_pc_names")) {
     const std::wstring name = *row.at("pc_name");
-    doors::computerName = [name] { return name; };
+    system::computerName = [name] { return name; };
     colWorkstation one;
     one.GetOfflineWorkstationInfo();
     ASSERT_EQ(one.ColWorkStations->count(), 1U) << toUtf8(name);

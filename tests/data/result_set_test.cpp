@@ -1,7 +1,7 @@
 #include "data/result_set.h"
 
-#include "tools/errors.h"
-#include "tools/fake_client.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,12 +1,12 @@
 #include "data/statements.h"
 
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "log/log_support.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
-#include "tools/scratch.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

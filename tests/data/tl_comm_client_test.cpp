@@ -1,10 +1,10 @@
 #include "data/tl_comm_client.h"
 
 #include "log/log_support.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
-#include "tools/scratch.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -7,7 +7,7 @@
 #include "data/statements.h"
 #include "faults/hard_texts.h"
 #include "support/text.h"
-#include "tools/core_test.h"
+#include "harness/core_test.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {

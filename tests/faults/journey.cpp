@@ -8,7 +8,7 @@
 #include "log/log_support.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -59,9 +59,9 @@ Journey::Journey() {
   registerDataSource(L"TlImpatientSite", L"site");
   config.SQLDSN = L"TlImpatientSite";
   makeDirectory(scratchPath(L"directory"));
-  doors::localTime = [this] {
+  system::localTime = [this] {
     if (!begun_ && linesLogged() >= firstLine_ - 1) begin();
-    return doors::LocalTime{2026, 1, 5, 9, 8, 7, 65};
+    return system::LocalTime{2026, 1, 5, 9, 8, 7, 65};
   };
 }
 

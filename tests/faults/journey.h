@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "data/odbc/connection.h"
-#include "tools/core_test.h"
+#include "odbc/connection.h"
+#include "harness/core_test.h"
 
 namespace tlpacscfg::test {
 
@@ -53,7 +53,7 @@ class Journey : public SiteTest {
 
   /// Goes the way; the result, or "error <number>: <description>".
   std::wstring go();
-  std::vector<doors::Message> takeMessages() { return std::exchange(messages, {}); }
+  std::vector<system::Message> takeMessages() { return std::exchange(messages, {}); }
 
   /// The step is the line of the log, the row, or the command at which the fault begins.
   void arrange(Fault fault, int step);

@@ -30,16 +30,16 @@ std::wstring withError(std::wstring text, Fault fault) {
   return text;
 }
 
-void expectMessages(const std::vector<doors::Message>& messages, const std::wstring& box) {
+void expectMessages(const std::vector<system::Message>& messages, const std::wstring& box) {
   if (box.empty()) {
     EXPECT_TRUE(messages.empty()) << toUtf8(messages.front().text);
     return;
   }
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0].text, box);
-  EXPECT_EQ(messages[0].buttons, doors::Buttons::Ok);
-  EXPECT_EQ(messages[0].icon, doors::Icon::None);
-  EXPECT_EQ(messages[0].modality, doors::Modality::System);
+  EXPECT_EQ(messages[0].buttons, system::Buttons::Ok);
+  EXPECT_EQ(messages[0].icon, system::Icon::None);
+  EXPECT_EQ(messages[0].modality, system::Modality::System);
 }
 
 /// Goes the journey without a fault, and returns what it leaves in the database.

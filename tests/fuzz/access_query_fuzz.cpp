@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <set>
 
-#include "data/dialect.h"
+#include "odbc/dialect.h"
 #include "fuzz/fuzz_tools.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"

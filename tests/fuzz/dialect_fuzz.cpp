@@ -1,8 +1,8 @@
-#include "data/dialect.h"
+#include "odbc/dialect.h"
 
 #include <algorithm>
 
-#include "data/sql_tokens.h"
+#include "odbc/sql_tokens.h"
 #include "fuzz/fuzz_tools.h"
 #include "support/text.h"
 #include "workstation/workstation.h"

@@ -5,7 +5,7 @@
 
 #include "config/columns.h"
 #include "support/conversions.h"
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 
@@ -157,12 +157,12 @@ Load loadedConfigurations() {
 
 Load loadedWorkstations() {
   Load load;
-  doors::showMessage = [&](const doors::Message& message) {
+  system::showMessage = [&](const system::Message& message) {
     // "Error <number> Error Desc <description>", or a text without a number.
     load.error = message.text.starts_with(L"Error ")
                      ? static_cast<std::int32_t>(std::wcstol(message.text.c_str() + 6, nullptr, 10))
                      : -1;
-    return doors::Answer::Ok;
+    return system::Answer::Ok;
   };
   colWorkstation workstations;
   workstations.GetWorkstationsList();

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "data/table.h"
+#include "odbc/table.h"
 #include "data/tl_comm_client.h"
 
 namespace tlpacscfg::fuzz {

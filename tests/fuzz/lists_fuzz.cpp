@@ -3,7 +3,7 @@
 #include <cwchar>
 
 #include "config/option_texts.h"
-#include "data/odbc/connection.h"
+#include "odbc/connection.h"
 #include "fuzz/fuzz_tools.h"
 #include "support/runtime_error.h"
 #include "support/text.h"

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "data/sql_tokens.h"
+#include "odbc/sql_tokens.h"
 #include "data/statements.h"
 #include "fuzz/fuzz_tools.h"
 

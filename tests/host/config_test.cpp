@@ -3,10 +3,10 @@
 #include "data/database.h"
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
-#include "tools/offline_test.h"
-#include "tools/scratch.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
+#include "harness/offline_test.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -26,9 +26,9 @@ class InitTest : public SiteTest {
   void expectCriticalBox() const {
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_EQ(messages[0].text, kNoNetworkRoot);
-    EXPECT_EQ(messages[0].icon, doors::Icon::Critical);
-    EXPECT_EQ(messages[0].buttons, doors::Buttons::Ok);
-    EXPECT_EQ(messages[0].modality, doors::Modality::Application);
+    EXPECT_EQ(messages[0].icon, system::Icon::Critical);
+    EXPECT_EQ(messages[0].buttons, system::Buttons::Ok);
+    EXPECT_EQ(messages[0].modality, system::Modality::Application);
     EXPECT_EQ(messages[0].title, L"TLPACSCFG");
   }
 
@@ -309,7 +309,7 @@ class OfflineInitTest : public OfflineTest {
 };
 
 TEST_F(OfflineInitTest, StandAloneModeLoadsTheFileAndTheLocalComputer) {
-  doors::computerName = [] { return std::wstring(L"READ-08"); };
+  system::computerName = [] { return std::wstring(L"READ-08"); };
   EXPECT_TRUE(host.Init());
   EXPECT_TRUE(g_blnOfflineConnected);
   EXPECT_EQ(host.m_colPACSConfig->ColPACSConfigs->count(), 9U);

@@ -4,9 +4,9 @@
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "host/config.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -2,9 +2,9 @@
 
 #include "support/runtime_error.h"
 #include "support/text.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/scratch.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -129,14 +129,14 @@ TEST_F(LogTest, ALogFileMayHaveANameInAnyScript) {
 }
 
 TEST_F(LogTest, MidnightIsWrittenInZeros) {
-  doors::localTime = [] { return doors::LocalTime{2026, 1, 5, 0, 0, 0, 0}; };
+  system::localTime = [] { return system::LocalTime{2026, 1, 5, 0, 0, 0, 0}; };
   EXPECT_EQ(FormatTimestamp(), L"2026-01-05 00:00:00.000");
 }
 
 TEST_F(LogTest, EveryPartOfTheTimeHasItsWidth) {
-  doors::localTime = [] { return doors::LocalTime{999, 12, 31, 23, 59, 58, 7}; };
+  system::localTime = [] { return system::LocalTime{999, 12, 31, 23, 59, 58, 7}; };
   EXPECT_EQ(FormatTimestamp(), L"0999-12-31 23:59:58.007");
-  doors::localTime = [] { return doors::LocalTime{2026, 10, 11, 12, 13, 14, 156}; };
+  system::localTime = [] { return system::LocalTime{2026, 10, 11, 12, 13, 14, 156}; };
   EXPECT_EQ(FormatTimestamp(), L"2026-10-11 12:13:14.156");
 }
 

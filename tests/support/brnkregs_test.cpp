@@ -1,6 +1,6 @@
 #include "support/brnkregs.h"
 
-#include "tools/registry_key.h"
+#include "harness/registry_key.h"
 
 namespace tlpacscfg::test {
 namespace {

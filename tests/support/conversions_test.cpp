@@ -1,6 +1,6 @@
 #include "support/conversions.h"
 
-#include "tools/errors.h"
+#include "harness/errors.h"
 
 namespace tlpacscfg {
 namespace {

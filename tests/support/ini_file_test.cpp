@@ -1,8 +1,8 @@
 #include "support/ini_file.h"
 
 #include "support/text.h"
-#include "tools/core_test.h"
-#include "tools/scratch.h"
+#include "harness/core_test.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -4,7 +4,7 @@
 #include "ui/resource.h"
 #include "ui/win32/form.h"
 #include "ui/win32/subclass.h"
-#include "tools/core_test.h"
+#include "harness/core_test.h"
 
 /// Whatever is thrown in a callback of the system ends in the default report.
 namespace tlpacscfg::test {
@@ -106,7 +106,7 @@ TEST_F(CallbacksTest, AReportThatFailsItselfEndsThere) {
   FailingForm form;
   form.load(IDD_frmPACSList, nullptr);
   int reports = 0;
-  doors::showMessage = [&](const doors::Message&) -> doors::Answer {
+  system::showMessage = [&](const system::Message&) -> system::Answer {
     ++reports;
     throw 42;
   };

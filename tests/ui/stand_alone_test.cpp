@@ -1,5 +1,5 @@
 #include "data/database.h"
-#include "tools/offline_test.h"
+#include "harness/offline_test.h"
 #include "ui/window_test.h"
 
 namespace tlpacscfg::test {
@@ -10,7 +10,7 @@ using Texts = std::vector<std::wstring>;
 class StandAloneWindowTest : public OfflineTest {
  protected:
   StandAloneWindowTest() {
-    doors::computerName = [] { return std::wstring(L"READ-08"); };
+    system::computerName = [] { return std::wstring(L"READ-08"); };
   }
   ~StandAloneWindowTest() override { DisconnectDatabase(); }
 

@@ -27,9 +27,9 @@ std::uint8_t showListWhile(const std::shared_ptr<clsConfig>& config,
     if (isShown(kListTitle)) {
       if (failure.empty()) failure = "the script left the list window open";
       // Whatever keeps it open is answered so that it closes.
-      doors::showMessage = [](const doors::Message& message) {
-        const bool lists = message.buttons == doors::Buttons::YesNo;
-        return lists ? doors::Answer::Yes : doors::Answer::No;
+      system::showMessage = [](const system::Message& message) {
+        const bool lists = message.buttons == system::Buttons::YesNo;
+        return lists ? system::Answer::Yes : system::Answer::No;
       };
       PostThreadMessageW(windowThread, WM_QUIT, 0, 0);
     }

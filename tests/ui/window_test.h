@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "host/config.h"
-#include "tools/core_test.h"
+#include "harness/core_test.h"
 #include "ui/resource.h"
 #include "ui/window_driver.h"
 

@@ -2,7 +2,7 @@
 
 #include "config/pacs_configurations.h"
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "data/statements.h"
 #include "support/text.h"
 #include "wire/wire_test.h"

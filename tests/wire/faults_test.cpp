@@ -3,8 +3,8 @@
 #include <thread>
 
 #include "data/database.h"
-#include "data/odbc/handle.h"
-#include "data/odbc/platform.h"
+#include "odbc/handle.h"
+#include "odbc/platform.h"
 #include "wire/wire_test.h"
 
 namespace tlpacscfg::test {

@@ -1,7 +1,7 @@
 #include "wire/stand_in.h"
 
 #include "support/text.h"
-#include "tools/probe.h"
+#include "harness/probe.h"
 
 namespace tlpacscfg::test {
 namespace {

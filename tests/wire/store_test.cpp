@@ -3,7 +3,7 @@
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
 #include "wire/wire_test.h"

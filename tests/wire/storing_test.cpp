@@ -2,8 +2,8 @@
 
 #include "config/stored_configuration.h"
 #include "data/database.h"
-#include "data/odbc/error.h"
-#include "tools/errors.h"
+#include "odbc/error.h"
+#include "harness/errors.h"
 #include "wire/wire_test.h"
 #include "workstation/assignments.h"
 

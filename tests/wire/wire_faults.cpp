@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 #include "support/text.h"
 #include "wire/stand_in.h"
 #include "wire/wire_test.h"

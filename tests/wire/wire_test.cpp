@@ -5,7 +5,7 @@
 
 #include "data/database.h"
 #include "support/text.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 #include "wire/stand_in.h"
 
 namespace tlpacscfg::test {

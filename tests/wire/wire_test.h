@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "tools/core_test.h"
-#include "tools/probe.h"
+#include "harness/core_test.h"
+#include "harness/probe.h"
 
 namespace tlpacscfg::test {
 

@@ -1,10 +1,10 @@
 #include "workstation/assignments.h"
 #include "data/tl_comm_client.h"
 
-#include "data/odbc/error.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
+#include "odbc/error.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,8 +1,8 @@
 #include "data/database.h"
 #include "log/log_support.h"
-#include "tools/core_test.h"
-#include "tools/fake_client.h"
-#include "tools/scratch.h"
+#include "harness/core_test.h"
+#include "harness/fake_client.h"
+#include "harness/scratch.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {
@@ -223,9 +223,9 @@ TEST_F(RemoteWorkstationLoadingTest, AFailedFetchIsShownInAnOrdinaryBox) {
   workstations.GetWorkstationsList();
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0].text, L"Unable to get the workstation list information.");
-  EXPECT_EQ(messages[0].buttons, doors::Buttons::Ok);
-  EXPECT_EQ(messages[0].icon, doors::Icon::None);
-  EXPECT_EQ(messages[0].modality, doors::Modality::Application);
+  EXPECT_EQ(messages[0].buttons, system::Buttons::Ok);
+  EXPECT_EQ(messages[0].icon, system::Icon::None);
+  EXPECT_EQ(messages[0].modality, system::Modality::Application);
   EXPECT_TRUE(loaded().empty());
 }
 

@@ -1,13 +1,13 @@
 #include "workstation/workstation.h"
 
 #include "data/database.h"
-#include "data/odbc/error.h"
+#include "odbc/error.h"
 #include "data/workstation_key.h"
 #include "log/log_support.h"
 #include "support/text.h"
-#include "tools/core_test.h"
-#include "tools/errors.h"
-#include "tools/fake_client.h"
+#include "harness/core_test.h"
+#include "harness/errors.h"
+#include "harness/fake_client.h"
 
 namespace tlpacscfg::test {
 namespace {

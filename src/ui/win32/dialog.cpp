@@ -1,6 +1,6 @@
 #include "ui/win32/dialog.h"
 
-#include "support/doors.h"
+#include "support/system.h"
 #include "support/text.h"
 #include "ui/win32/module.h"
 
@@ -105,8 +105,8 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void reportRunTimeError(const RunTimeError& error) {
-  doors::showMessage({.text = L"Run-time error '" + decimal(error.number()) + L"':" + kLineBreak +
-                              error.description()});
+  system::showMessage({.text = L"Run-time error '" + decimal(error.number()) + L"':" + kLineBreak +
+                               error.description()});
 }
 
 void reportCurrentException() noexcept {

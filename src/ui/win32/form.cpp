@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "support/text.h"
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 #include "ui/win32/module.h"
 
 namespace tlpacscfg::win32 {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 #include "ui/win32/combo_box.h"
 
 namespace tlpacscfg::win32 {

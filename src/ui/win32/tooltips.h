@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "support/win_handle.h"
+#include "support/handle_win.h"
 #include "ui/win32/subclass.h"
 
 namespace tlpacscfg::win32 {

@@ -31,24 +31,24 @@ const char* nameOf(Command command) {
 
 Administrator::Administrator(const HostSettings& settings) {
   *host->settings = settings;
-  doors::showMessage = [this](const doors::Message& message) { return answer(message); };
+  system::showMessage = [this](const system::Message& message) { return answer(message); };
   if (!host->Init()) throw std::runtime_error("Init failed.");
 }
 
 Administrator::~Administrator() {
-  doors::showMessage = [](const doors::Message&) { return doors::Answer::Cancel; };
+  system::showMessage = [](const system::Message&) { return system::Answer::Cancel; };
 }
 
-doors::Answer Administrator::answer(const doors::Message& message) {
-  if (message.text == kSure) return doors::Answer::Yes;
+system::Answer Administrator::answer(const system::Message& message) {
+  if (message.text == kSure) return system::Answer::Yes;
   if (message.text.starts_with(kNotDeleted)) {
     failure_ = message.text.substr(std::wstring(kNotDeleted).size());
-    return doors::Answer::Ok;
+    return system::Answer::Ok;
   }
   questions_.push_back(message.text);
-  if (message.buttons == doors::Buttons::Ok) return doors::Answer::Ok;
+  if (message.buttons == system::Buttons::Ok) return system::Answer::Ok;
   if (answers.empty()) return message.defaultAnswer;
-  const doors::Answer chosen = answers.front();
+  const system::Answer chosen = answers.front();
   answers.pop_front();
   return chosen;
 }

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "support/doors.h"
-#include "ui/model/settings_editor.h"
+#include "support/system.h"
+#include "ui/settings/editor/settings_editor.h"
 
 namespace tlpacscfg::test {
 
@@ -37,7 +37,7 @@ class Administrator {
   /// The boxes since the last call, but for the question before a deletion and the error after it.
   std::vector<std::wstring> takeQuestions() { return std::exchange(questions_, {}); }
   /// The next questions get Yes, No for an administrator who gives way.
-  std::deque<doors::Answer> answers;
+  std::deque<system::Answer> answers;
 
   /// How many workstations the last save has reported; the commands had so many in all.
   std::size_t progress = 0;
@@ -48,7 +48,7 @@ class Administrator {
   void open(std::int16_t configID);
   void settle();
   void act();
-  doors::Answer answer(const doors::Message& message);
+  system::Answer answer(const system::Message& message);
 
   Command command_ = Command::SaveNew;
   SettingsEditor editor_{host, {}};

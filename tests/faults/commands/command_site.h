@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "faults/commands/administrator.h"
-#include "tools/probe.h"
+#include "harness/probe.h"
 
 /// The site on which the windows' commands are given, in words that SQLite understands and the
 /// stand-in for SQL Server too.

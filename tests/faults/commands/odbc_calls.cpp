@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "data/odbc/handle.h"
-#include "data/odbc/platform.h"
+#include "odbc/handle.h"
+#include "odbc/platform.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -4,7 +4,7 @@
 #include "data/database.h"
 #include "faults/commands/sqlite_command_test.h"
 #include "support/text.h"
-#include "tools/fake_client.h"
+#include "harness/fake_client.h"
 
 /// The windows' commands through a remote data client, with a fault at every call of its methods.
 /// Each statement is a transaction of its own there.

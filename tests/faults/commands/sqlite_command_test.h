@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "data/odbc/connection.h"
+#include "odbc/connection.h"
 #include "faults/commands/command_site.h"
 #include "faults/commands/odbc_calls.h"
-#include "tools/core_test.h"
+#include "harness/core_test.h"
 
 namespace tlpacscfg::test {
 

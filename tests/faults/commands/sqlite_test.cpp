@@ -6,7 +6,7 @@
 #include "faults/commands/odbc_calls.h"
 #include "faults/commands/sqlite_command_test.h"
 #include "support/text.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 /// The windows' commands on SQLite, with a fault or a second administrator at every call of the
 /// driver: each statement, and each end of a transaction.

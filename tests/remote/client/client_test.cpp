@@ -6,8 +6,8 @@
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
 #include "support/registry.h"
-#include "support/win_handle.h"
-#include "tools/scratch.h"
+#include "support/handle_win.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <objbase.h>
 
-#include "remote/tools/wine_service.h"
-#include "tools/core_test.h"
+#include "remote/harness/wine_service.h"
+#include "harness/core_test.h"
 
 namespace tlpacscfg::test {
 

@@ -2,7 +2,7 @@
 #include <functional>
 
 #include "remote/client/raw_client_test.h"
-#include "remote/tools/scripted_service.h"
+#include "remote/harness/scripted_service.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,13 +1,13 @@
-#include "data/odbc/connection.h"
+#include "odbc/connection.h"
 #include "data/tl_comm_client.h"
 #include "remote/client/client_test.h"
-#include "ui/settings_test.h"
+#include "ui/settings/view/settings_test.h"
 
 namespace tlpacscfg::test {
 namespace {
 
 using enum Control;
-using doors::Answer;
+using system::Answer;
 using Texts = std::vector<std::wstring>;
 
 constexpr const wchar_t* kUnreachable =

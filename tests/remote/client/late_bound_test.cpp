@@ -1,7 +1,7 @@
-#include "data/late_bound.h"
+#include "automation/late_bound.h"
 #include "data/tl_comm_client.h"
 #include "remote/client/late_client_test.h"
-#include "tools/errors.h"
+#include "harness/errors.h"
 
 namespace tlpacscfg::test {
 namespace {

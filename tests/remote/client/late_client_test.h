@@ -6,7 +6,7 @@
 
 #include "data/tl_comm_client.h"
 #include "remote/client/client_test.h"
-#include "remote/tools/scripted_client.h"
+#include "remote/harness/scripted_client.h"
 
 namespace tlpacscfg::test {
 

@@ -2,8 +2,8 @@
 #include "remote/client/client_test.h"
 #include "support/registry.h"
 #include "support/text.h"
-#include "support/win_handle.h"
-#include "tools/scratch.h"
+#include "support/handle_win.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -5,8 +5,8 @@
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"
 #include "remote/client/client_test.h"
-#include "support/win_handle.h"
-#include "tools/scratch.h"
+#include "support/handle_win.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

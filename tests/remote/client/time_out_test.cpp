@@ -1,6 +1,6 @@
 #include "data/tl_comm_client.h"
 #include "remote/client/client_test.h"
-#include "remote/tools/scripted_service.h"
+#include "remote/harness/scripted_service.h"
 
 namespace tlpacscfg::test {
 namespace {

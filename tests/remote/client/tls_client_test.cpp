@@ -5,7 +5,7 @@
 #include "data/tl_comm_client.h"
 #include "remote/client/client_test.h"
 #include "support/text.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

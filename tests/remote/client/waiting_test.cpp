@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "remote/client/raw_client_test.h"
-#include "remote/tools/scripted_service.h"
+#include "remote/harness/scripted_service.h"
 
 /// What a host's thread does while a call of the client waits.
 namespace tlpacscfg::test {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "remote/service/service_test.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

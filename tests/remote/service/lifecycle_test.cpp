@@ -1,7 +1,7 @@
 #include <csignal>
 
 #include "remote/service/service_test.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "remote/service/service_test.h"
 #include "support/text.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

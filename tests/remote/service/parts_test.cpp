@@ -10,8 +10,8 @@
 #include "service/refusal.h"
 #include "service/work_queue.h"
 #include "shared/loopback.h"
-#include "tools/core_test.h"
-#include "tools/scratch.h"
+#include "harness/core_test.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

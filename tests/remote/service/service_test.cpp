@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 

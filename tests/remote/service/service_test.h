@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "remote/tools/raw_client.h"
-#include "remote/tools/service_process.h"
-#include "tools/core_test.h"
+#include "remote/harness/raw_client.h"
+#include "remote/harness/service_process.h"
+#include "harness/core_test.h"
 
 namespace tlpacscfg::test {
 

@@ -1,8 +1,8 @@
 #include <csignal>
 
-#include "data/odbc/connection.h"
+#include "odbc/connection.h"
 #include "remote/service/service_test.h"
-#include "tools/scratch.h"
+#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

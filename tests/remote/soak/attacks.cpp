@@ -4,7 +4,7 @@
 #include <memory>
 #include <thread>
 
-#include "remote/tools/raw_client.h"
+#include "remote/harness/raw_client.h"
 
 namespace tlpacscfg::test {
 namespace {

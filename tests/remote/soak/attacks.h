@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "remote/tools/service_process.h"
+#include "remote/harness/service_process.h"
 
 namespace tlpacscfg::test {
 

@@ -1,0 +1,186 @@
+#include "odbc/block_fetch.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+namespace tlpacscfg::odbc {
+namespace {
+
+constexpr std::size_t kShortest = 32;   ///< Characters: holds any number or date.
+constexpr std::size_t kLongest = 4000;  ///< Characters to begin with, whatever the column declares.
+constexpr std::size_t kBlockBytes = 1 << 20;
+constexpr std::size_t kMostRows = 2000;
+constexpr std::size_t kCellCharacters = 3;  ///< What a cell counts beside its text.
+
+/// Whole numbers arrive in plain ASCII, which spares the driver a conversion; texts in UTF-16.
+enum class Encoding { Ascii, Utf16 };
+
+struct Column {
+  Encoding encoding = Encoding::Utf16;
+  std::size_t width = 0;  ///< Characters, the terminator included.
+  std::vector<char> texts;
+  std::vector<SQLLEN> lengths;
+
+  std::size_t characterBytes() const { return encoding == Encoding::Ascii ? 1 : sizeof(SQLWCHAR); }
+  std::size_t bytes() const { return width * characterBytes(); }
+};
+
+Encoding encodingOf(SQLSMALLINT type) {
+  switch (type) {
+    case SQL_TINYINT:
+    case SQL_SMALLINT:
+    case SQL_INTEGER:
+    case SQL_BIGINT:
+      return Encoding::Ascii;
+    default:
+      return Encoding::Utf16;
+  }
+}
+
+class BlockFetch {
+ public:
+  BlockFetch(const StatementHandle& statement, RowArrays rowArrays, std::size_t mostCharacters)
+      : statement_(statement), rowArrays_(rowArrays), mostCharacters_(mostCharacters) {
+    SQLSMALLINT count = 0;
+    statement_.verify(SQLNumResultCols(statement_.get(), &count));
+    columns_.resize(static_cast<std::size_t>(count));
+    for (std::size_t i = 0; i < columns_.size(); ++i) describe(i);
+  }
+
+  /// The statement lives on: the driver must not write into the buffers that go.
+  ~BlockFetch() {
+    SQLFreeStmt(statement_.get(), SQL_UNBIND);
+    if (rowArrays_ == RowArrays::Unsupported) return;
+    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
+    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
+  }
+  BlockFetch(const BlockFetch&) = delete;
+  BlockFetch& operator=(const BlockFetch&) = delete;
+
+  /// False when a cell did not fit; the widths have then grown.
+  bool fetch(Table& table) {
+    bind();
+    table = Table(columns_.size());
+    left_ = mostCharacters_;
+    bool complete = true;
+    for (;;) {
+      const SQLRETURN code = SQLFetch(statement_.get());
+      if (code == SQL_NO_DATA) return complete;
+      statement_.verify(code);
+      const std::size_t rows = rowArrays_ == RowArrays::Supported ? fetched_ : 1;
+      for (std::size_t row = 0; row < rows; ++row) {
+        if (rowArrays_ == RowArrays::Supported && status_[row] == SQL_ROW_ERROR) {
+          fail(SQL_HANDLE_STMT, statement_.get());
+        }
+        for (Column& column : columns_) complete = take(column, row, table) && complete;
+      }
+    }
+  }
+
+  void close() { statement_.verify(SQLFreeStmt(statement_.get(), SQL_CLOSE)); }
+
+ private:
+  void describe(std::size_t index) {
+    SQLULEN size = 0;
+    SQLSMALLINT nameLength = 0, type = 0, digits = 0, nullable = 0;
+    statement_.verify(SQLDescribeColW(statement_.get(), static_cast<SQLUSMALLINT>(index + 1),
+                                      nullptr, 0, &nameLength, &type, &size, &digits, &nullable));
+    columns_[index].encoding = encodingOf(type);
+    columns_[index].width = std::clamp<std::size_t>(size, kShortest, kLongest) + 1;
+  }
+
+  void bind() {
+    std::size_t rowBytes = sizeof(SQLUSMALLINT);  // The row's status.
+    for (const Column& column : columns_) {
+      rowBytes += column.bytes() + sizeof(SQLLEN);
+    }
+    const std::size_t rows = rowArrays_ == RowArrays::Supported
+                                 ? std::clamp<std::size_t>(kBlockBytes / rowBytes, 1, kMostRows)
+                                 : 1;
+    if (rowArrays_ == RowArrays::Supported) {
+      status_.assign(rows, SQL_ROW_SUCCESS);
+      setAttribute(SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows));
+      setAttribute(SQL_ATTR_ROW_STATUS_PTR, status_.data());
+      setAttribute(SQL_ATTR_ROWS_FETCHED_PTR, &fetched_);
+    }
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      Column& column = columns_[i];
+      column.texts.resize(rows * column.bytes());
+      column.lengths.assign(rows, SQL_NULL_DATA);
+      statement_.verify(SQLBindCol(statement_.get(), static_cast<SQLUSMALLINT>(i + 1),
+                                   column.encoding == Encoding::Ascii ? SQL_C_CHAR : SQL_C_WCHAR,
+                                   column.texts.data(), static_cast<SQLLEN>(column.bytes()),
+                                   column.lengths.data()));
+    }
+  }
+
+  void setAttribute(SQLINTEGER attribute, SQLPOINTER value) {
+    statement_.verify(SQLSetStmtAttrW(statement_.get(), attribute, value, 0));
+  }
+
+  void count(std::size_t characters) {
+    if (characters > left_ || left_ - characters < kCellCharacters) throw ResultTooLarge();
+    left_ -= characters + kCellCharacters;
+  }
+
+  /// Appends the cell, or grows the column and returns false.
+  bool take(Column& column, std::size_t row, Table& table) {
+    // Some drivers write only 32 bits of a length; no cell needs more.
+    const auto length = static_cast<std::int32_t>(column.lengths[row]);
+    if (length == SQL_NULL_DATA) {
+      count(0);
+      table.append(std::nullopt);
+      return true;
+    }
+    const std::size_t boundBytes = column.texts.size() / column.lengths.size();
+    const std::size_t bound = boundBytes / column.characterBytes();
+    const std::size_t needed = length == SQL_NO_TOTAL
+                                   ? bound * 2
+                                   : static_cast<std::size_t>(length) / column.characterBytes() + 1;
+    count(needed - 1);
+    if (needed > bound) {
+      column.width = std::max(column.width, needed);
+      table.append(std::nullopt);
+      return false;
+    }
+    const char* const text = column.texts.data() + row * boundBytes;
+    if (column.encoding == Encoding::Ascii) {
+      table.append(fromUtf8(std::string_view(text, needed - 1)));
+    } else {
+      append(table, odbcView(reinterpret_cast<const SQLWCHAR*>(text), needed - 1));
+    }
+    return true;
+  }
+
+  static void append(Table& table, std::u16string_view text) {
+    if constexpr (sizeof(wchar_t) == sizeof(SQLWCHAR)) {
+      table.append(std::wstring_view(reinterpret_cast<const wchar_t*>(text.data()), text.size()));
+    } else {
+      table.append(fromUtf16(text));
+    }
+  }
+
+  const StatementHandle& statement_;
+  RowArrays rowArrays_;
+  std::size_t mostCharacters_;
+  std::size_t left_ = 0;
+  std::vector<Column> columns_;
+  std::vector<SQLUSMALLINT> status_;
+  SQLULEN fetched_ = 0;
+};
+
+}  // namespace
+
+Table fetchAll(const StatementHandle& statement, RowArrays rowArrays,
+               const std::function<void()>& executeAgain, std::size_t mostCharacters) {
+  BlockFetch block(statement, rowArrays, mostCharacters);
+  Table table;
+  while (!block.fetch(table)) {
+    block.close();
+    executeAgain();
+  }
+  return table;
+}
+
+}  // namespace tlpacscfg::odbc

@@ -1,0 +1,343 @@
+#include "odbc/connection.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "support/scope_exit.h"
+#include "support/secret.h"
+
+namespace tlpacscfg::odbc {
+namespace {
+
+SQLPOINTER attribute(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
+
+void executeDirect(const StatementHandle& statement, std::wstring_view sql) {
+  std::u16string text = toOdbc(sql);
+  const SQLRETURN code =
+      SQLExecDirectW(statement.get(), odbcText(text), static_cast<SQLINTEGER>(text.size()));
+  // An UPDATE or DELETE that touches no row answers "no data".
+  if (code != SQL_NO_DATA) statement.verify(code);
+}
+
+void drain(const StatementHandle& statement) {
+  for (;;) {
+    const SQLRETURN code = SQLMoreResults(statement.get());
+    if (code == SQL_NO_DATA) return;
+    statement.verify(code);
+  }
+}
+
+SQLSMALLINT columnCount(const StatementHandle& statement) {
+  SQLSMALLINT count = 0;
+  statement.verify(SQLNumResultCols(statement.get(), &count));
+  return count;
+}
+
+std::wstring dbmsName(const ConnectionHandle& connection) {
+  std::array<SQLWCHAR, 128> name{};
+  SQLSMALLINT bytes = 0;
+  connection.verify(SQLGetInfoW(connection.get(), SQL_DBMS_NAME, name.data(),
+                                static_cast<SQLSMALLINT>(sizeof(name)), &bytes));
+  const std::u16string_view text = odbcView(name.data(), name.size());
+  return fromUtf16(text.substr(0, text.find(u'\0')));
+}
+
+/// Where the separator behind the first pair of a connect string stands. A value that begins with a
+/// brace holds whatever comes before its closing brace; a doubled one belongs to the value.
+std::size_t endOfPair(std::wstring_view parameters) {
+  const std::size_t equals = parameters.find_first_of(L"=;");
+  if (equals == parameters.npos || parameters[equals] == L';') {
+    return std::min(equals, parameters.size());
+  }
+  std::size_t position = parameters.find_first_not_of(L' ', equals + 1);
+  if (position < parameters.size() && parameters[position] == L'{') {
+    position = parameters.find(L'}', position);
+    while (position < parameters.size() && parameters.substr(position).starts_with(L"}}")) {
+      position = parameters.find(L'}', position + 2);
+    }
+  }
+  return std::min(parameters.find(L';', position), parameters.size());
+}
+
+}  // namespace
+
+Environment::Environment(CursorLibrary cursorLibrary, std::chrono::seconds loginTimeout)
+    : handle_(EnvironmentHandle::root()),
+      cursorLibrary_(cursorLibrary),
+      loginTimeout_(loginTimeout) {
+  handle_.verify(SQLSetEnvAttr(handle_.get(), SQL_ATTR_ODBC_VERSION, attribute(SQL_OV_ODBC3), 0));
+}
+
+Connection::Connection(std::shared_ptr<const Environment> environment, std::wstring_view dataSource,
+                       Prompt prompt, std::wstring_view parameters)
+    : environment_(std::move(environment)) {
+  // Both may hold a password.
+  std::wstring kept = withoutEmptyDataSource(parameters);
+  std::wstring text;
+  const ScopeExit wiped([&] {
+    wipe(kept);
+    wipe(text);
+  });
+  text.reserve(2 * dataSource.size() + kept.size() + 10);
+  if (!dataSource.empty()) {
+    text += L"DSN=";
+    appendConnectValue(text, dataSource);
+    text += L';';
+  }
+  text += kept;
+  open(environment_->cursorLibrary(), prompt, text);
+  try {
+    dialect_ = dialectOf(dbmsName(handle_));
+  } catch (const Error& error) {
+    // unixODBC's cursor library offers no function that takes UTF-16. Rows are only read forward
+    // here, which every driver does on its own.
+    const bool refused = error.sqlState() == L"IM001";
+    if (!refused || environment_->cursorLibrary() == CursorLibrary::NotUsed) throw;
+    open(CursorLibrary::NotUsed, prompt, text);
+    dialect_ = dialectOf(dbmsName(handle_));
+  }
+}
+
+void Connection::open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_view parameters) {
+  handle_ = ConnectionHandle(environment_->handle());
+  const std::uintptr_t cursors =
+      cursorLibrary == CursorLibrary::Used ? SQL_CUR_USE_ODBC : SQL_CUR_USE_DRIVER;
+  handle_.verify(SQLSetConnectAttrW(handle_.get(), SQL_ATTR_ODBC_CURSORS, attribute(cursors), 0));
+  const auto seconds = static_cast<std::uintptr_t>(environment_->loginTimeout().count());
+  handle_.verify(SQLSetConnectAttrW(handle_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(seconds), 0));
+
+  std::u16string text = toOdbc(parameters);
+  const ScopeExit wiped([&text] { wipeMemory(text.data(), text.size() * sizeof(char16_t)); });
+  const bool mayPrompt = prompt == Prompt::ForMissingInformation;
+  handle_.verify(SQLDriverConnectW(handle_.get(), mayPrompt ? promptParent() : nullptr,
+                                   odbcText(text), static_cast<SQLSMALLINT>(text.size()), nullptr,
+                                   0, nullptr,
+                                   mayPrompt ? SQL_DRIVER_COMPLETE : SQL_DRIVER_NOPROMPT));
+}
+
+/// Runs the work and remembers what its failure says about the connection and the transaction.
+template <class Work>
+auto Connection::noting(Work work) {
+  if (failure_) throw *failure_;
+  if (handle_.get() == SQL_NULL_HANDLE) {
+    throw Error(kOdbcFailed, L"08003: The connection is closed.", L"08003", 0);
+  }
+  try {
+    return work();
+  } catch (const Error& error) {
+    if (error.connectionIsLost() || isLost()) lost_ = true;
+    if (inTransaction_ && !failure_) failure_ = error;
+    throw;
+  }
+}
+
+Table Connection::query(std::wstring_view sql) {
+  return noting([&] { return fetch(sql); });
+}
+
+Table Connection::fetch(std::wstring_view sql) {
+  if (dialect_ == Dialect::AccessReader) {
+    const ClientQuery plan = clientQueryFor(sql);
+    const StatementHandle statement = newStatement();
+    const auto execute = [&] { executeDirect(statement, plan.statement); };
+    execute();
+    return plan.apply(
+        fetchAll(statement, RowArrays::Unsupported, execute, limits_.resultCharacters));
+  }
+  Table table;
+  for (const std::wstring& text : statementsFor(dialect_, sql)) {
+    const StatementHandle statement = newStatement();
+    const auto execute = [&] { executeDirect(statement, text); };
+    execute();
+    if (columnCount(statement) > 0) {
+      table = fetchAll(statement, RowArrays::Supported, execute, limits_.resultCharacters);
+    }
+    drain(statement);
+  }
+  return table;
+}
+
+void Connection::execute(std::wstring_view sql) {
+  if (inTransaction_) return noting([&] { run(sql); });
+  begin();
+  try {
+    noting([&] { run(sql); });
+    commit();
+  } catch (...) {
+    takeBack();
+    throw;
+  }
+}
+
+void Connection::run(std::wstring_view sql) {
+  const StatementHandle statement = newStatement();
+  for (const std::wstring& text : statementsFor(dialect_, sql)) {
+    executeDirect(statement, text);
+    drain(statement);
+  }
+}
+
+bool Connection::isLost() const {
+  if (lost_ || handle_.get() == SQL_NULL_HANDLE) return true;
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const SQLRETURN code =
+      SQLGetConnectAttrW(handle_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof(dead), nullptr);
+  return SQL_SUCCEEDED(code) && dead == SQL_CD_TRUE;
+}
+
+bool Connection::answers() {
+  try {
+    query(L"SELECT 1");
+  } catch (const RunTimeError&) {
+    // A refusal is an answer too.
+  }
+  return !isLost();
+}
+
+void Connection::close() noexcept {
+  // A driver may refuse to disconnect in the middle of a transaction, which would then go on.
+  if (std::exchange(inTransaction_, false) && !isLost() && !rollBack()) rollBackAnew();
+  lost_ = true;
+  handle_ = ConnectionHandle();
+}
+
+SQLRETURN Connection::setAutocommit(std::uintptr_t mode) const {
+  return SQLSetConnectAttrW(handle_.get(), SQL_ATTR_AUTOCOMMIT, attribute(mode), SQL_IS_UINTEGER);
+}
+
+void Connection::begin() {
+  noting([&] { handle_.verify(setAutocommit(SQL_AUTOCOMMIT_OFF)); });
+  inTransaction_ = true;
+}
+
+void Connection::commit() {
+  noting([&] {
+    handle_.verify(SQLEndTran(SQL_HANDLE_DBC, handle_.get(), SQL_COMMIT));
+    inTransaction_ = false;
+    if (!SQL_SUCCEEDED(setAutocommit(SQL_AUTOCOMMIT_ON))) close();
+  });
+}
+
+void Connection::takeBack() noexcept {
+  failure_.reset();
+  if (!std::exchange(inTransaction_, false)) return;
+  const bool undone = rollBack() || rollBackAnew();
+  if (!undone || !SQL_SUCCEEDED(setAutocommit(SQL_AUTOCOMMIT_ON))) close();
+}
+
+bool Connection::rollBack() const noexcept {
+  return SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, handle_.get(), SQL_ROLLBACK));
+}
+
+/// A server undoes a transaction by itself, SQLite when the disk is full and SQL Server after a
+/// deadlock. The driver then goes on as if it still ran, and would run the next one without any. A
+/// transaction begun in plain SQL in its place, and taken back, makes both agree again.
+bool Connection::rollBackAnew() const noexcept {
+  if (isLost()) return false;
+  if (dialect_ == Dialect::Sqlite) {
+    tryToExecute(L"ROLLBACK");
+    tryToExecute(L"BEGIN");
+  } else {
+    tryToExecute(L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION");
+  }
+  return rollBack();
+}
+
+void Connection::tryToExecute(std::wstring_view sql) const noexcept {
+  try {
+    executeDirect(StatementHandle(handle_), sql);
+  } catch (...) {
+    // What comes next shows whether it was of use.
+  }
+}
+
+Connection::Transaction::Transaction(Connection& connection) : connection_(connection) {
+  if (connection_.inTransaction_) {
+    throw Error(kOdbcFailed, L"25000: Another command is not over yet.", L"25000", 0);
+  }
+  const ConnectionHandle& handle = connection_.handle_;
+  SQLUINTEGER isolation = 0;
+  const bool known = SQL_SUCCEEDED(SQLGetConnectAttrW(handle.get(), SQL_ATTR_TXN_ISOLATION,
+                                                      &isolation, sizeof(isolation), nullptr));
+  // A driver that knows no isolation keeps its own. One that does not get it must not go on: what
+  // is read would not stay as it is until the end.
+  if (known && isolation != SQL_TXN_SERIALIZABLE) {
+    connection_.noting([&] { handle.verify(connection_.setIsolation(SQL_TXN_SERIALIZABLE)); });
+    isolationBefore_ = isolation;
+  }
+  try {
+    connection_.begin();
+  } catch (...) {
+    restoreIsolation();
+    throw;
+  }
+}
+
+Connection::Transaction::~Transaction() {
+  connection_.takeBack();
+  restoreIsolation();
+}
+
+void Connection::Transaction::commit() { connection_.commit(); }
+
+void Connection::Transaction::restoreIsolation() noexcept {
+  if (!isolationBefore_ || connection_.isLost()) return;
+  // Left as strict as it is, the connection would make others wait for every question.
+  if (!SQL_SUCCEEDED(connection_.setIsolation(*isolationBefore_))) connection_.close();
+}
+
+SQLRETURN Connection::setIsolation(SQLUINTEGER level) const noexcept {
+  return SQLSetConnectAttrW(handle_.get(), SQL_ATTR_TXN_ISOLATION, attribute(level),
+                            SQL_IS_UINTEGER);
+}
+
+void Connection::limitStatements(const StatementLimits& limits) {
+  limits_ = limits;
+  // For what is no statement, a commit above all; a driver that knows no such limit has none.
+  SQLSetConnectAttrW(handle_.get(), SQL_ATTR_CONNECTION_TIMEOUT,
+                     attribute(static_cast<std::uintptr_t>(limits.time.count())), SQL_IS_UINTEGER);
+}
+
+StatementHandle Connection::newStatement() const {
+  StatementHandle statement(handle_);
+  if (limits_.time.count() > 0) {
+    // A driver that knows no such limit refuses it and runs the statement all the same.
+    SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
+                    attribute(static_cast<std::uintptr_t>(limits_.time.count())), SQL_IS_UINTEGER);
+  }
+  return statement;
+}
+
+void appendConnectValue(std::wstring& text, std::wstring_view value) {
+  const bool braced = value.find(L';') != value.npos || value.starts_with(L'{') ||
+                      value.starts_with(L' ') || value.ends_with(L' ');
+  if (!braced) {
+    text += value;
+    return;
+  }
+  text += L'{';
+  for (const wchar_t letter : value) {
+    text += letter;
+    if (letter == L'}') text += letter;
+  }
+  text += L'}';
+}
+
+std::wstring withoutEmptyDataSource(std::wstring_view parameters) {
+  std::wstring kept;
+  // Growing would leave copies of a password.
+  kept.reserve(parameters.size());
+  while (!parameters.empty()) {
+    const std::size_t end = endOfPair(parameters);
+    const std::wstring_view pair = parameters.substr(0, end);
+    const bool empty = pair.size() <= std::wstring_view(L"DSN=''").size() &&
+                       (equalIgnoringCase(pair, L"DSN=") || equalIgnoringCase(pair, L"DSN=''"));
+    const bool separated = end < parameters.size();
+    if (!empty) kept += parameters.substr(0, separated ? end + 1 : end);
+    parameters.remove_prefix(separated ? end + 1 : end);
+  }
+  return kept;
+}
+
+}  // namespace tlpacscfg::odbc

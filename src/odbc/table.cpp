@@ -1,0 +1,48 @@
+#include "odbc/table.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace tlpacscfg {
+
+std::size_t Table::rows() const {
+  if (pages_.empty() || columns_ == 0) return 0;
+  return (pages_.size() - 1) * kRowsInPage + pages_.back().ends.size() / columns_;
+}
+
+bool Table::lastPageIsFull() const {
+  return pages_.empty() || pages_.back().ends.size() == kRowsInPage * columns_;
+}
+
+void Table::addPage() {
+  Page page;
+  if (!pages_.empty()) {
+    // Rows of one result are much alike.
+    page.ends.reserve(pages_.back().ends.size());
+    page.texts.reserve(pages_.back().texts.size() * 9 / 8);
+  }
+  pages_.push_back(std::move(page));
+}
+
+void Table::append(Cell cell) {
+  if (lastPageIsFull()) addPage();
+  Page& page = pages_.back();
+  if (cell) {
+    if (cell->size() >= kNull - page.texts.size()) throw std::length_error("A text is too long.");
+    page.texts.append(*cell);
+  }
+  page.ends.push_back(static_cast<std::uint32_t>(page.texts.size()) | (cell ? 0 : kNull));
+}
+
+Cell Table::at(std::size_t column, std::size_t row) const {
+  const Page& page = pages_.at(row / kRowsInPage);
+  const std::size_t index = row % kRowsInPage * columns_ + column;
+  const std::uint32_t end = page.ends.at(index);
+  if ((end & kNull) != 0) return std::nullopt;
+  const std::uint32_t start = index == 0 ? 0 : page.ends[index - 1] & ~kNull;
+  return std::wstring_view(page.texts).substr(start, end - start);
+}
+
+void Table::clear() { pages_.clear(); }
+
+}  // namespace tlpacscfg

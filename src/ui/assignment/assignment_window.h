@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "host/config.h"
+#include "support/handle_win.h"
+#include "ui/win32/combo_box.h"
+#include "ui/win32/form.h"
+#include "ui/win32/tooltips.h"
+
+namespace tlpacscfg {
+
+class frmPACSList;
+
+/// The dialog that assigns a configuration to one workstation. The assignment is written when the
+/// list window closes.
+class frmWorkstationSettings : public win32::Form {
+ public:
+  /// The list window outlives the dialog.
+  frmWorkstationSettings(frmPACSList& list, std::shared_ptr<clsConfig> config);
+  ~frmWorkstationSettings() override;
+
+  /// One dialog serves all workstations: shown already, it turns to this one.
+  void showPACSWorkStation(const std::wstring& WorkStation, std::int16_t configID);
+
+  /// Fills the list of configurations anew. No entry is selected for a configuration that is gone.
+  void LoadList();
+
+  /// True from being shown until it is hidden.
+  bool isOpen() const { return isVisible(); }
+
+  /// Hides the dialog without a change.
+  void askToClose();
+
+ private:
+  using ImageList = UniqueHandle<HIMAGELIST, &ImageList_Destroy>;
+
+  void onInit() override;
+  void onCommand(int controlId, int code) override;
+  void onClose() override { askToClose(); }
+
+  void setPicture();
+  void cmdOK();
+
+  frmPACSList& list_;
+  std::shared_ptr<clsConfig> config_;
+  std::wstring workstation_;
+  std::int16_t configID_ = 0;
+  win32::ComboBox configurations_;
+  win32::Tooltips tooltips_;
+  ImageList picture_;
+};
+
+}  // namespace tlpacscfg

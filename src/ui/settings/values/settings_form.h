@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ui/settings/values/settings_controls.h"
+#include "ui/settings/values/settings_options.h"
+
+namespace tlpacscfg {
+
+/// What one control holds and how it shows itself.
+struct ControlContent {
+  std::wstring text;    ///< Of a text box, or the caption.
+  bool ticked = false;  ///< Of a check box or an option.
+  int position = -1;    ///< Of a list; -1 when nothing is selected.
+  bool enabled = true;
+  bool visible = true;
+  std::wstring tooltip;
+
+  bool operator==(const ControlContent&) const = default;
+};
+
+/// All controls of the settings window as a value.
+class SettingsForm {
+ public:
+  /// The window as designed: nothing selected, nothing ticked.
+  explicit SettingsForm(std::vector<std::wstring> xmlFiles = {});
+
+  ControlContent& operator[](Control control) {
+    return contents_[static_cast<std::size_t>(control)];
+  }
+  const ControlContent& operator[](Control control) const {
+    return contents_[static_cast<std::size_t>(control)];
+  }
+
+  /// The entries of the list of XML files.
+  std::vector<std::wstring> xmlFiles;
+
+  /// What is stored for the accession fields. It follows every change of a tick; what a record
+  /// brought stays as it is until then, also where it names no entry.
+  std::wstring accessionFieldText;
+  std::bitset<kDictationFieldCount> accessionTicks;
+
+  bool operator==(const SettingsForm&) const = default;
+
+ private:
+  std::array<ControlContent, kControlCount> contents_;
+};
+
+/// The code of the list's selected entry.
+std::optional<std::int16_t> selectedCode(const SettingsForm& form, Control list);
+/// Throws InvalidPropertyArrayIndex when nothing is selected.
+std::int16_t requiredCode(const SettingsForm& form, Control list);
+
+/// Selects the entry with the code; without one the list stays as it was.
+void selectCode(SettingsForm& form, Control list, std::int16_t code);
+
+/// "COM - Broker" or "COM - Broker Extended"
+bool isBroker(std::optional<std::int16_t> vendorFormat);
+/// The formats that map fields with an XML configuration file.
+bool needsXmlFile(std::optional<std::int16_t> vendorFormat);
+
+/// 0 when mapping is off; 1 to 6 for the chosen pair of options.
+std::int16_t getUserLogonMappingValue(const SettingsForm& form);
+void SetUserLogonMapping(SettingsForm& form, std::int16_t code);
+
+/// The index of the selected option; 0 when none is selected.
+std::int16_t getMACOption(const SettingsForm& form);
+void setMACOption(SettingsForm& form, std::int16_t index);
+bool anyMACOptionSelected(const SettingsForm& form);
+
+/// A placeholder: always empty.
+std::wstring getMultiAccessFields();
+/// Ticks the entries that the list names and keeps the list itself.
+void showAccessionFields(SettingsForm& form, std::wstring_view list);
+/// The user changed a tick: the stored text is built anew.
+void accessionTicksChanged(SettingsForm& form);
+/// What the closed list shows.
+std::wstring accessionDisplayText(const SettingsForm& form);
+
+/// The state of a new, empty configuration. The list of XML files and the status texts stay.
+void clearToDefaults(SettingsForm& form);
+
+/// True when nothing was entered into a new configuration.
+bool isBlank(const SettingsForm& form);
+
+}  // namespace tlpacscfg

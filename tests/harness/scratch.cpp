@@ -1,0 +1,69 @@
+#include "harness/scratch.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "support/text.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+std::string directory() {
+  const char* const scratch = std::getenv("TL_SCRATCH");
+  if (scratch == nullptr) throw std::runtime_error("Run the tests through tools/in-scratch.");
+  return scratch + std::string("/test");
+}
+
+std::filesystem::path asPath(const std::wstring& path) { return toUtf16(path); }
+
+}  // namespace
+
+std::wstring platformPath(const std::string& unixPath) {
+  std::wstring path = fromUtf8(unixPath);
+#ifdef _WIN32
+  std::replace(path.begin(), path.end(), L'/', L'\\');
+  path.insert(0, L"Z:");
+#endif
+  return path;
+}
+
+std::string scratchUnixPath(const std::string& name) { return directory() + "/" + name; }
+
+std::wstring scratchPath(const std::wstring& name) {
+  return platformPath(scratchUnixPath(toUtf8(name)));
+}
+
+void freshScratch() {
+  const std::filesystem::path path = asPath(platformPath(directory()));
+  std::filesystem::remove_all(path);
+  std::filesystem::create_directory(path);
+}
+
+bool fileExists(const std::wstring& path) { return std::filesystem::exists(asPath(path)); }
+
+std::string readBytes(const std::wstring& path) {
+  std::ifstream stream(asPath(path), std::ios::binary);
+  EXPECT_TRUE(stream.is_open()) << toUtf8(path);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void writeBytes(const std::wstring& path, const std::string& bytes) {
+  std::ofstream stream(asPath(path), std::ios::binary);
+  stream << bytes;
+  stream.close();
+  EXPECT_TRUE(stream) << toUtf8(path);
+}
+
+void makeDirectory(const std::wstring& path) { std::filesystem::create_directories(asPath(path)); }
+
+std::wstring sourcePath(const std::string& name) {
+  return platformPath(std::string(TL_SOURCE_DIR) + "/" + name);
+}
+
+}  // namespace tlpacscfg::test

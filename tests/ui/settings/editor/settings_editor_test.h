@@ -1,0 +1,99 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "support/text.h"
+#include "harness/core_test.h"
+#include "ui/settings/editor/settings_editor.h"
+
+namespace tlpacscfg::test {
+
+inline constexpr const wchar_t* kSaveQuestion =
+    L"Configuration has not been saved. Would you like to save the current configuration before "
+    L"continuing?";
+inline constexpr const wchar_t* kNewQuestion =
+    L"You have not saved the new configuration. Would you like to save the configuration before "
+    L"continuing?";
+inline constexpr const wchar_t* kBlankDescription =
+    L"The Configuration Description Field cannot be blank.";
+inline constexpr const wchar_t* kSure = L"Are you sure you want to delete this configuration?";
+
+/// What a record must hold so that showing it changes nothing.
+inline constexpr const wchar_t* kSettled = L"pacs_request_password = 1, flag10 = 11";
+
+/// The editor on a site with up to three configurations, as a window would drive it.
+class SettingsEditorTest : public SiteTest {
+ protected:
+  SettingsEditorTest() {
+    host->settings = std::make_shared<HostSettings>();
+    host->settings->User_ID = 42;
+    g_objConfig = host->settings;
+  }
+
+  void addSettled(int id, const std::wstring& description) {
+    addConfiguration(id, std::wstring(kSettled) + L", description = '" + description + L"'");
+  }
+
+  /// Three configurations; the third is assigned to a workstation.
+  void makeSite() {
+    addSettled(1, L"Default");
+    addSettled(5, L"Five");
+    addSettled(9, L"Nine");
+    addWorkstation(L"READ-01");
+    assign(L"READ-01", L"'9'");
+  }
+
+  void open(std::int16_t configID) {
+    connect();
+    host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
+    host->m_colPACSConfig->GetPACSConfigurations();
+    host->m_colWorkstation = std::make_shared<colWorkstation>();
+    host->m_colWorkstation->GetWorkstationsList();
+    editor.load();
+    editor.ShowPACSSettings(configID);
+    settle();
+    messages.clear();
+  }
+
+  void settle() {
+    if (editor.rulesWanted) editor.TmrFieldChange();
+    editor.rulesWanted = false;
+  }
+
+  void type(Control control, const std::wstring& text) { editor.form[control].text = text; }
+
+  std::wstring description(int id) {
+    return site
+        .value(L"select description from Interface_PACS_cfg where config_id = " + decimal(id))
+        .value_or(L"");
+  }
+  std::wstring count() {
+    return site.value(L"select count(*) from Interface_PACS_cfg").value_or(L"");
+  }
+  std::wstring hostDescription(std::int16_t id) const {
+    const auto& all = *host->m_colPACSConfig;
+    const auto record = all.Item(all.GetItemNumber(id));
+    return record ? record->Description : L"<none>";
+  }
+
+  void expectAsked(const std::wstring& question, system::Buttons buttons) const {
+    ASSERT_FALSE(messages.empty());
+    EXPECT_EQ(question, messages.front().text);
+    EXPECT_EQ(buttons, messages.front().buttons);
+    EXPECT_EQ(system::Icon::None, messages.front().icon);
+    EXPECT_EQ(system::Modality::System, messages.front().modality);
+    EXPECT_EQ(L"TLPACSCFG", messages.front().title);
+  }
+
+  std::shared_ptr<clsConfig> host = std::make_shared<clsConfig>();
+  int listRefreshes = 0;
+  int dialogRefreshes = 0;
+  SettingsEditor editor{host,
+                        {.refreshWorkstationList = [this] { ++listRefreshes; },
+                         .refreshAssignmentDialog = [this] { ++dialogRefreshes; }}};
+};
+
+}  // namespace tlpacscfg::test

@@ -1,0 +1,248 @@
+#include "support/text.h"
+#include "ui/settings/view/settings_test.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using enum Control;
+
+class SettingsRulesWindowTest : public SettingsTest {
+ protected:
+  static void awaitEnabled(HWND window, Control which, bool wanted) {
+    waitUntil([&] { return enabled(window, which) == wanted; },
+              toUtf8(design(which).name) + (wanted ? " enabled" : " disabled"));
+  }
+};
+
+TEST_F(SettingsRulesWindowTest, EveryGoverningControlBringsItsRulesAbout) {
+  makePrompts({L"a.xml"});
+  makeSite();
+  edit([](HWND window) {
+    press(window, chkResponseEnabled);
+    awaitEnabled(window, chkPaused, true);
+    press(window, chkEnableContextPolling);
+    awaitEnabled(window, cmbContextChangeOption, true);
+    EXPECT_TRUE(ticked(window, optMultiAccessionHandlingOption_0));
+    press(window, chkCloseDictation);
+    awaitEnabled(window, txtCloseDictation, true);
+    pick(window, cmbPollingOption, 1);
+    awaitEnabled(window, cmbPollingAction, true);
+    pick(window, cmbResponseType, 1);
+    waitUntil([&] { return text(window, lblResponseFileName) == L"URL Address"; }, "the caption");
+    pickCode(window, cmbVendorType, 8);
+    awaitEnabled(window, txtRequestFileName, false);
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, ALabelIsDisabledTogetherWithItsField) {
+  constexpr std::pair<Control, Control> kLabelled[] = {
+      {lblDescription, txtDescription},
+      {lblXMLType, cmbVendorType},
+      {lblConfigurationFile, cmbXMLConfugrationFile},
+      {lblPACSInsOvr, cmbStartPACS},
+      {lblManualEntryTrigger, cmbManualEntry},
+      {lblPolling, cmbPollingOption},
+      {Label1, cmbPollingAction},
+      {Label6, cmbPollingDisplayField},
+      {labPort, txtPort},
+      {lblRequestFileName, txtRequestFileName},
+      {lblReqPassword, cmbRequestPassword},
+      {lblResponseType, cmbResponseType},
+      {lblResponseFileName, txtResponseFileName},
+      {lblApplicableFields, txtApplicableFields},
+      {lblResponsePassword, cmbResPassword},
+      {Label5, cmbContextChangeOption},
+      {lblContextChangeXML, txtContextXML},
+      {Label8, optMultiAccessionHandlingOption_2},
+      {Label7, cmpAccessionFields},
+      {Label3, cmbContextUpdate},
+      {Label9, txtCloseDictation},
+      {Label10, cmbCloseDictationAction},
+  };
+  addSettled(1, L"Default");
+  edit([&](HWND window) {
+    const auto expectPairs = [&] {
+      for (const auto& [label, field] : kLabelled) {
+        EXPECT_EQ(enabled(window, label), enabled(window, field)) << toUtf8(design(field).name);
+      }
+    };
+    expectPairs();
+    for (const Control label : {lblDescription, Label1, lblReqPassword, lblResponseFileName,
+                                lblResponsePassword, Label5, Label8, Label9}) {
+      EXPECT_FALSE(enabled(window, label)) << toUtf8(design(label).name);
+    }
+    press(window, chkResponseEnabled);
+    press(window, chkEnableContextPolling);
+    press(window, chkCloseDictation);
+    pick(window, cmbPollingOption, 1);
+    awaitEnabled(window, txtCloseDictation, true);
+    expectPairs();
+    for (const Control label :
+         {Label1, lblResponseFileName, lblResponsePassword, Label5, Label8, Label9}) {
+      EXPECT_TRUE(enabled(window, label)) << toUtf8(design(label).name);
+    }
+    // Neither belongs to one field.
+    pickCode(window, cmbVendorType, 4);
+    awaitEnabled(window, txtRequestFileName, false);
+    expectPairs();
+    for (const Control label : {lblMapsTo, lblConfig, lblAddressHint, lblHintApplicable}) {
+      EXPECT_TRUE(enabled(window, label)) << toUtf8(design(label).name);
+    }
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, AGeFormatTurnsTheMappingOff) {
+  addSettled(1, L"Default", L"user_mapping_option = 5");
+  edit([](HWND window) {
+    EXPECT_TRUE(ticked(window, chkUserLogon));
+    pickCode(window, cmbVendorType, 2);
+    awaitEnabled(window, chkUserLogon, false);
+    EXPECT_FALSE(ticked(window, chkUserLogon));
+    EXPECT_FALSE(ticked(window, radLogonMapPACS_1));
+    EXPECT_FALSE(enabled(window, radLogonMapPACS_1));
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, TcpIpDisablesTheRequestFile) {
+  makeSite();
+  edit([](HWND window) {
+    pickCode(window, cmbVendorType, 8);
+    awaitEnabled(window, txtRequestFileName, false);
+    for (const Control box : {chkDeleteFlag, chkCheckFileDateTime, chkPreProcessFile}) {
+      EXPECT_FALSE(enabled(window, box));
+    }
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, ACustomFormatShowsTheXmlFilesAndSelectsTheFirst) {
+  makePrompts({L"a.xml"});
+  makeSite();
+  edit([](HWND window) {
+    EXPECT_FALSE(visible(window, cmbXMLConfugrationFile));
+    for (const std::int16_t format : {std::int16_t{7}, std::int16_t{9}}) {
+      pickCode(window, cmbVendorType, format);
+      waitUntil([&] { return visible(window, cmbXMLConfugrationFile); }, "the list of files");
+      EXPECT_TRUE(visible(window, lblCustomConfigOptions));
+      EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"a.xml");
+      pickCode(window, cmbVendorType, 1);
+      waitUntil([&] { return !visible(window, cmbXMLConfugrationFile); }, "no list of files");
+    }
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, ACustomFormatWithoutXmlFilesFallsBackToNone) {
+  makeSite();
+  edit([this](HWND window) {
+    for (const std::int16_t format : {std::int16_t{7}, std::int16_t{9}}) {
+      messages.clear();
+      pickCode(window, cmbVendorType, format);
+      waitUntil([&] { return position(window, cmbVendorType) == 0; }, "the fallback");
+      expectPlainBox(
+          L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.");
+    }
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, FromUrlBackToXmlFileTheCaptionAndTheFieldsFollow) {
+  addSettled(1, L"Default", L"bidirectional = 1, flag2 = 1");
+  edit([](HWND window) {
+    EXPECT_EQ(text(window, lblResponseFileName), L"URL Address");
+    EXPECT_TRUE(visible(window, txtApplicableFields));
+    EXPECT_FALSE(visible(window, cmbResPassword));
+    pick(window, cmbResponseType, 0);
+    waitUntil([&] { return visible(window, cmbResPassword); }, "the password option");
+    EXPECT_EQ(text(window, lblResponseFileName), L"Response File Path and Name");
+    for (const Control hidden :
+         {txtApplicableFields, lblApplicableFields, lblAddressHint, lblHintApplicable}) {
+      EXPECT_FALSE(visible(window, hidden));
+    }
+    pick(window, cmbResponseType, 2);
+    waitUntil([&] { return text(window, lblResponseFileName) == L"HL7 Message"; }, "the caption");
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, UntickingTheResponseClearsItsBoxesForGood) {
+  addSettled(1, L"Default",
+             L"bidirectional = 1, response_for_paused_jobs = 1, response_for_aborted_jobs = 1, "
+             L"response_for_nonrequests = 1, flag18 = 1");
+  edit([](HWND window) {
+    const Control boxes[] = {chkPaused, chkAborted, chkNonPACS, chkSendAbortForCanceledOpen};
+    press(window, chkResponseEnabled);
+    awaitEnabled(window, chkPaused, false);
+    for (const Control box : boxes) EXPECT_FALSE(ticked(window, box));
+    press(window, chkResponseEnabled);
+    awaitEnabled(window, chkPaused, true);
+    for (const Control box : boxes) EXPECT_FALSE(ticked(window, box));
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, TickingTheMappingSelectsTheFirstPairAtOnce) {
+  makeSite();
+  edit([](HWND window) {
+    press(window, chkUserLogon);
+    EXPECT_TRUE(ticked(window, radLogonMapPACS_0));
+    EXPECT_TRUE(ticked(window, radLogonMapCorvane_0));
+    EXPECT_TRUE(enabled(window, cmbRequestPassword));
+    press(window, radLogonMapPACS_1);
+    press(window, radLogonMapCorvane_2);
+    EXPECT_FALSE(ticked(window, radLogonMapPACS_0));
+    EXPECT_FALSE(ticked(window, radLogonMapCorvane_0));
+    press(window, chkUserLogon);
+    for (const Control option : {radLogonMapPACS_0, radLogonMapPACS_1, radLogonMapCorvane_0,
+                                 radLogonMapCorvane_1, radLogonMapCorvane_2}) {
+      EXPECT_FALSE(ticked(window, option));
+      EXPECT_FALSE(enabled(window, option));
+    }
+    EXPECT_EQ(position(window, cmbRequestPassword), 1);
+    EXPECT_FALSE(enabled(window, cmbRequestPassword));
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, ABrokerKeepsItsPasswordOptionWhenTheMappingIsOff) {
+  for (const wchar_t* format : {L"4", L"5"}) {
+    const int id = std::stoi(format);
+    addSettled(id, L"Broker " + std::wstring(format),
+               L"pacs_type = " + std::wstring(format) + L", pacs_request_password = 2");
+  }
+  addWorkstation(kComputer);
+  assign(kComputer, L"'4'");
+  edit([this](HWND window) {
+    for (const int row : {0, 1}) {
+      if (row > 0) {
+        answers = {system::Answer::No};
+        pickRow(window, row);
+      }
+      press(window, chkResponseEnabled);
+      awaitEnabled(window, chkPaused, true);
+      EXPECT_FALSE(ticked(window, chkUserLogon));
+      EXPECT_EQ(position(window, cmbRequestPassword), 0);
+      EXPECT_FALSE(enabled(window, cmbRequestPassword));
+    }
+    // Only its own rule held the option there.
+    pickCode(window, cmbVendorType, 1);
+    waitUntil([&] { return position(window, cmbRequestPassword) == 1; }, "the other format's rule");
+  });
+}
+
+TEST_F(SettingsRulesWindowTest, AStoredMappingIsShownWithoutActingAsAClick) {
+  addSettled(1, L"Default", L"user_mapping_option = 6, pacs_request_password = 2");
+  edit([](HWND window) {
+    EXPECT_TRUE(ticked(window, radLogonMapPACS_1));
+    EXPECT_TRUE(ticked(window, radLogonMapCorvane_2));
+    EXPECT_EQ(position(window, cmbRequestPassword), 2);
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsRulesWindowTest, ACommandSeesTheRulesOfAChangeMadeJustBefore) {
+  addSettled(1, L"Default", L"bidirectional = 1, response_for_paused_jobs = 1");
+  edit([](HWND window) {
+    press(window, chkResponseEnabled);
+    press(window, btnSave);
+  });
+  EXPECT_EQ(stored(1, L"bidirectional"), L"0");
+  EXPECT_EQ(stored(1, L"response_for_paused_jobs"), L"0");
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test

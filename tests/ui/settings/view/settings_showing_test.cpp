@@ -1,0 +1,319 @@
+#include <map>
+
+#include "support/text.h"
+#include "ui/settings/view/settings_test.h"
+
+namespace tlpacscfg::test {
+namespace {
+
+using enum Control;
+
+class SettingsShowingTest : public SettingsTest {
+ protected:
+  /// A row whose every column differs from that of an empty one.
+  static const std::vector<std::pair<const wchar_t*, const wchar_t*>>& completeRow() {
+    static const std::vector<std::pair<const wchar_t*, const wchar_t*>> row = {
+        {L"pacs_type", L"7"},
+        {L"description", L"Complete"},
+        {L"request_filename", L" c:\\in\\{AF}.xml"},
+        {L"response_filename", L"http://h/?a=b "},
+        {L"bidirectional", L"1"},
+        {L"response_for_paused_jobs", L"1"},
+        {L"response_for_aborted_jobs", L"1"},
+        {L"response_for_nonrequests", L"1"},
+        {L"ins_ovr_before_pacs", L"8"},
+        {L"flag1", L"10"},
+        {L"user_mapping_option", L"5"},
+        {L"pacs_request_password", L"2"},
+        {L"pacs_response_password", L"1"},
+        {L"string1", L"b.xml"},
+        {L"string2", L"11,27"},
+        {L"flag2", L"1"},
+        {L"flag3", L"1"},
+        {L"flag4", L"2"},
+        {L"flag5", L"1"},
+        {L"flag6", L"2147483647"},
+        {L"flag7", L"1"},
+        {L"flag8", L"10"},
+        {L"flag9", L"35"},
+        {L"flag10", L"27"},
+        {L"flag11", L"2"},
+        {L"string3", L"Accession ID,Visit ID"},
+        {L"string4", L"c:\\ctx.xml"},
+        {L"flag14", L"1"},
+        {L"flag15", L"1"},
+        {L"flag16", L"1"},
+        {L"string5", L"c:\\close.xml"},
+        {L"flag17", L"10"},
+        {L"flag18", L"1"},
+    };
+    return row;
+  }
+
+  void addComplete(int id) {
+    std::wstring changes;
+    for (const auto& [column, value] : completeRow()) {
+      changes += (changes.empty() ? L"" : L", ") + std::wstring(column) + L" = '" + value + L"'";
+    }
+    addConfiguration(id, changes);
+  }
+};
+
+TEST_F(SettingsShowingTest, EveryColumnIsShownInItsControl) {
+  makePrompts({L"a.xml", L"b.xml"});
+  addComplete(1);
+  edit([](HWND window) {
+    EXPECT_EQ(text(window, txtDescription), L"Complete");
+    EXPECT_EQ(text(window, txtRequestFileName), L" c:\\in\\{AF}.xml");
+    EXPECT_EQ(text(window, txtResponseFileName), L"http://h/?a=b ");
+    EXPECT_EQ(text(window, txtApplicableFields), L"11,27");
+    EXPECT_EQ(text(window, txtContextXML), L"c:\\ctx.xml");
+    EXPECT_EQ(text(window, txtCloseDictation), L"c:\\close.xml");
+    EXPECT_EQ(text(window, txtPort), L"2147483647");
+    EXPECT_EQ(text(window, cmpAccessionFields), L"Accession ID, Visit ID");
+    EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"b.xml");
+    const std::map<Control, int> positions = {
+        {cmbVendorType, 5},          {cmbStartPACS, 2},           {cmbManualEntry, 1},
+        {cmbRequestPassword, 2},     {cmbResPassword, 1},         {cmbResponseType, 1},
+        {cmbPollingOption, 1},       {cmbPollingAction, 2},       {cmbContextUpdate, 2},
+        {cmbContextChangeOption, 3}, {cmbPollingDisplayField, 1}, {cmbCloseDictationAction, 1}};
+    for (const auto& [list, expected] : positions) {
+      EXPECT_EQ(position(window, list), expected) << toUtf8(design(list).name);
+    }
+    for (const Control box :
+         {chkUserLogon, radLogonMapPACS_1, radLogonMapCorvane_1, chkResponseEnabled, chkPaused,
+          chkAborted, chkNonPACS, chkUpdateXMLData, chkDeleteFlag, chkEnableContextPolling,
+          optMultiAccessionHandlingOption_2, chkCheckFileDateTime, chkPreProcessFile,
+          chkCloseDictation, chkSendAbortForCanceledOpen}) {
+      EXPECT_TRUE(ticked(window, box)) << toUtf8(design(box).name);
+    }
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsShowingTest, ASavedEditChangesItsColumnAndNoOther) {
+  makePrompts({L"a.xml", L"b.xml"});
+  addComplete(1);
+  edit([this](HWND window) {
+    fill(window, txtPort, L"104");
+    press(window, btnSave);
+    EXPECT_TRUE(messages.empty());
+  });
+  for (const auto& [column, value] : completeRow()) {
+    EXPECT_EQ(stored(1, column), column == std::wstring(L"flag6") ? L"104" : value)
+        << toUtf8(column);
+  }
+}
+
+TEST_F(SettingsShowingTest, ASaveWithoutAnEditWritesNothing) {
+  makePrompts({L"a.xml", L"b.xml"});
+  addComplete(1);
+  edit([this](HWND window) {
+    press(window, btnSave);
+    EXPECT_EQ(stored(1, L"last_change_date"), L"2012-10-24 14:05:09");
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsShowingTest, AWorkstationWithoutAConfigurationOpensTheDefaultOne) {
+  addSettled(1, L"Default");
+  addWorkstation(kComputer);
+  initialise();
+  showWhile([](HWND list) {
+    choose(list, IDC_frmPACSList_cboPCList, 2);
+    const HWND window = openSettings(list);
+    EXPECT_EQ(text(window, txtDescription), L"Default");
+    EXPECT_FALSE(enabled(window, txtDescription));
+    EXPECT_EQ(list_view::selectedRow(rows(window)), 0);
+    closeSettings(window);
+    click(list, IDC_frmPACSList_btnOk);
+  });
+}
+
+TEST_F(SettingsShowingTest, OnlyTheDefaultConfigurationsDescriptionIsFixed) {
+  makeSite();
+  edit([](HWND window) {
+    EXPECT_EQ(text(window, txtDescription), L"Five");
+    EXPECT_TRUE(enabled(window, txtDescription));
+    EXPECT_EQ(list_view::selectedRow(rows(window)), 1);
+    EXPECT_EQ(focusOf(window), control(window, txtDescription));
+    pickRow(window, 0);
+    EXPECT_FALSE(enabled(window, txtDescription));
+    pickRow(window, 2);
+    EXPECT_TRUE(enabled(window, txtDescription));
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsShowingTest, AnEmptySiteOpensWithDefaultsAndNoRow) {
+  edit([](HWND window) {
+    EXPECT_EQ(list_view::rowCount(rows(window)), 0);
+    EXPECT_EQ(text(window, txtDescription), L"");
+    EXPECT_EQ(text(window, txtRequestFileName), L"");
+    EXPECT_EQ(text(window, txtResponseFileName), L"");
+    EXPECT_EQ(text(window, txtPort), L"0");
+    EXPECT_EQ(position(window, cmbVendorType), 0);
+    EXPECT_EQ(position(window, cmbRequestPassword), 1);
+    EXPECT_FALSE(ticked(window, chkResponseEnabled));
+    EXPECT_TRUE(enabled(window, txtDescription));
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsShowingTest, AConfigurationThatIsGoneLeavesTheDesignTexts) {
+  addSettled(1, L"Default");
+  addWorkstation(kComputer);
+  assign(kComputer, L"'7'");
+  edit([](HWND window) {
+    EXPECT_EQ(text(window, txtRequestFileName), L"c:\\pacs\\request.xml");
+    EXPECT_EQ(text(window, txtResponseFileName), L"c:\\pacs\\response.xml");
+    EXPECT_EQ(list_view::selectedRow(rows(window)), -1);
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SettingsShowingTest, AGeConfigurationOpensWithItsMappingOff) {
+  addSettled(1, L"Default", L"pacs_type = 2, user_mapping_option = 5");
+  edit([](HWND window) {
+    EXPECT_FALSE(ticked(window, chkUserLogon));
+    EXPECT_FALSE(enabled(window, chkUserLogon));
+    EXPECT_FALSE(enabled(window, radLogonMapPACS_0));
+    EXPECT_EQ(position(window, cmbRequestPassword), 1);
+    EXPECT_FALSE(enabled(window, cmbRequestPassword));
+  });
+}
+
+TEST_F(SettingsShowingTest, ABrokerConfigurationShowsItsFirstPasswordOptionDisabled) {
+  addSettled(1, L"Default", L"pacs_type = 4, user_mapping_option = 2, pacs_request_password = 2");
+  edit([](HWND window) {
+    EXPECT_EQ(position(window, cmbRequestPassword), 0);
+    EXPECT_FALSE(enabled(window, cmbRequestPassword));
+    EXPECT_TRUE(ticked(window, chkUserLogon));
+  });
+}
+
+TEST_F(SettingsShowingTest, AFlagOfMinusOneCountsAsAChangeUntilItIsSavedOnce) {
+  addSettled(1, L"Default", L"bidirectional = -1");
+  edit([this](HWND window) {
+    EXPECT_TRUE(ticked(window, chkResponseEnabled));
+    press(window, btnSave);
+  });
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(stored(1, L"bidirectional"), L"1");
+}
+
+TEST_F(SettingsShowingTest, AnUnmatchedCodeKeepsTheFormerSelection) {
+  addSettled(1, L"Default", L"pacs_type = 3, ins_ovr_before_pacs = 10");
+  addSettled(2, L"Odd", L"pacs_type = 6, ins_ovr_before_pacs = 99, flag8 = 7");
+  edit([](HWND window) {
+    pickRow(window, 1);
+    EXPECT_EQ(position(window, cmbVendorType), 3);
+    EXPECT_EQ(position(window, cmbStartPACS), 1);
+    EXPECT_EQ(position(window, cmbContextUpdate), 0);
+  });
+}
+
+TEST_F(SettingsShowingTest, AListWithoutASelectedEntryCannotBeSaved) {
+  addSettled(1, L"Default", L"pacs_type = 6");
+  edit([this](HWND window) {
+    EXPECT_EQ(position(window, cmbVendorType), CB_ERR);
+    press(window, btnSave);
+    expectPlainBox(L"Run-time error '381':\r\nInvalid property array index");
+    messages.clear();
+    pick(window, cmbVendorType, 1);
+    press(window, btnSave);
+    EXPECT_TRUE(messages.empty());
+  });
+  EXPECT_EQ(stored(1, L"pacs_type"), L"1");
+}
+
+TEST_F(SettingsShowingTest, ADisabledListWithoutASelectedEntryHindersNoSave) {
+  addSettled(1, L"Default", L"flag8 = 1");
+  edit([this](HWND window) {
+    EXPECT_EQ(position(window, cmbContextUpdate), CB_ERR);
+    EXPECT_FALSE(enabled(window, cmbContextUpdate));
+    fill(window, txtPort, L"7");
+    press(window, btnSave);
+  });
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(stored(1, L"flag6"), L"7");
+  EXPECT_EQ(stored(1, L"flag8"), L"1");
+}
+
+TEST_F(SettingsShowingTest, AStoredXmlFileIsShownInTheLettersOfTheDirectory) {
+  makePrompts({L"a.xml", L"MAP.XML"});
+  addSettled(1, L"Default", L"pacs_type = 7, string1 = 'map.xml'");
+  edit([](HWND window) { EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"MAP.XML"); });
+}
+
+TEST_F(SettingsShowingTest, TheFieldMarkerAndOtherTextIsStoredAsTypedWithoutTrimming) {
+  addSettled(1, L"Default", L"bidirectional = 1, flag2 = 1");
+  edit([](HWND window) {
+    fill(window, txtResponseFileName, L"{AF}  {12} ");
+    fill(window, txtRequestFileName, L"  c:\\in\\{AF}.xml ");
+    press(window, btnSave);
+    EXPECT_EQ(text(window, txtResponseFileName), L"{AF}  {12} ");
+  });
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(stored(1, L"response_filename"), L"{AF}  {12} ");
+  EXPECT_EQ(stored(1, L"request_filename"), L"  c:\\in\\{AF}.xml ");
+}
+
+TEST_F(SettingsShowingTest, AnUntickedContextChangeBoxStoresZero) {
+  addSettled(1, L"Default", L"flag9 = 40");
+  edit([](HWND window) {
+    press(window, chkEnableContextPolling);
+    press(window, btnSave);
+  });
+  EXPECT_EQ(stored(1, L"flag9"), L"0");
+}
+
+TEST_F(SettingsShowingTest, ATextWithALineBreakSurvivesTheEditOfAnotherField) {
+  addSettled(1, L"Default");
+  site.run(L"update Interface_PACS_cfg set response_filename = 'MSH' || char(13, 10) || 'PID'");
+  edit([](HWND window) {
+    fill(window, txtPort, L"7");
+    press(window, btnSave);
+  });
+  EXPECT_EQ(stored(1, L"flag6"), L"7");
+  EXPECT_EQ(stored(1, L"response_filename"), L"MSH\r\nPID");
+}
+
+TEST_F(SettingsShowingTest, TextsOfEveryScriptAreShownAndStoredAsTheyAre) {
+  makeSite();
+  const std::wstring name = L"\u0141\u00f3d\u017a \u653e\u5c04\u79d1 O'Neil & \u00dcn";
+  edit([&](HWND window) {
+    fill(window, txtDescription, name);
+    press(window, btnSave);
+    EXPECT_EQ(list_view::cell(rows(window), 1, 1), L"5 - " + name);
+  });
+  EXPECT_EQ(stored(5, L"description"), name);
+}
+
+TEST_F(SettingsShowingTest, AStoredCustomFormatWithoutXmlFilesFallsBackWithItsMessage) {
+  addSettled(1, L"Default", L"pacs_type = 9, string1 = 'a.xml'");
+  edit([this](HWND window) {
+    expectPlainBox(
+        L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.  Vendor "
+        L"Format reset to '<None>'.");
+    EXPECT_EQ(position(window, cmbVendorType), 0);
+  });
+  EXPECT_EQ(stored(1, L"pacs_type"), L"9");
+}
+
+TEST_F(SettingsShowingTest, TheLargestSiteOpensAndTurnsToItsLastConfiguration) {
+  site.run(
+      L"insert into Interface_PACS_cfg with recursive n(i) as (select 1 union all select i + 1 "
+      L"from n where i < 32766) select i, 0, 'Configuration ' || i, '', '', 0, 0, 0, 0, 0, 0, 0, "
+      L"1, 0, 1, '2012-10-24 14:05:09', '', '', 0, 0, 0, 0, 0, 0, 0, 0, 11, 0, '', '', 0, 0, 0, 0, "
+      L"0, '', 0, 0 from n");
+  edit([](HWND window) {
+    EXPECT_EQ(list_view::rowCount(rows(window)), 32766);
+    pickRow(window, 32765);
+    EXPECT_EQ(list_view::selectedRow(rows(window)), 32765);
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ui/settings/values/settings_controls.h"
+#include "ui/window_test.h"
+
+namespace tlpacscfg::test {
+
+inline constexpr const wchar_t* kSettingsTitle = L"Corvane Expert Integration Settings";
+
+inline constexpr const wchar_t* kSaveQuestion =
+    L"Configuration has not been saved. Would you like to save the current configuration before "
+    L"continuing?";
+inline constexpr const wchar_t* kNewQuestion =
+    L"You have not saved the new configuration. Would you like to save the configuration before "
+    L"continuing?";
+
+/// The settings window, opened from the list window.
+class SettingsTest : public WindowTest {
+ protected:
+  /// The site's network root directory, with a prompts directory that holds the files.
+  void makePrompts(const std::vector<std::wstring>& files);
+
+  /// A configuration that reads back as it is stored, so that nobody is asked to save it.
+  void addSettled(int id, const std::wstring& description, const std::wstring& changes = L"");
+  /// 1 "Default", 5 "Five" and 9 "Nine"; READ-01 has 5 and is the workstation that is selected.
+  void makeSite();
+
+  /// Opens the settings window on the configuration of the list's selected row, runs the script
+  /// with it, and closes both windows, unsaved edits being dropped.
+  void edit(const std::function<void(HWND)>& script);
+  /// The opening alone, until the field rules have been applied.
+  static HWND openSettings(HWND list);
+  static void closeSettings(HWND window);
+
+  static HWND control(HWND window, Control which);
+  static std::wstring text(HWND window, Control which);
+  static bool ticked(HWND window, Control which);
+  static int position(HWND window, Control which);
+  static bool enabled(HWND window, Control which);
+  /// Shown on its page, whether or not that page is the selected one.
+  static bool visible(HWND window, Control which);
+
+  static void press(HWND window, Control button);
+  static void fill(HWND window, Control edit, const std::wstring& text);
+  static void pick(HWND window, Control list, int position);
+  static void pickCode(HWND window, Control list, std::int16_t code);
+  static void turnTo(HWND window, int tab);
+  static int currentTab(HWND window);
+
+  static HWND rows(HWND window);
+  /// Selects a row as the user does, and waits until its configuration is shown.
+  static void pickRow(HWND window, int row);
+  /// Selects a row and waits until the question that it brings up is answered.
+  void pickRowAndAnswer(HWND window, int row, system::Answer answer, int selectedAfterwards);
+
+  /// The first message was this question, in a plain box.
+  void expectQuestion(const std::wstring& question, system::Buttons buttons) const;
+
+  std::wstring stored(int id, const std::wstring& column);
+  /// How many configurations are stored.
+  std::wstring count();
+};
+
+}  // namespace tlpacscfg::test
