@@ -1,200 +1,125 @@
-#include "client/com_client.h"
+#include "automation/com_class.h"
+#include "automation/com_server.h"
+#include "automation/member_table.h"
+#include "automation/safe_array.h"
+#include "client/session.h"
 
-#include <algorithm>
-#include <new>
-
-#include "client/arrays.h"
-#include "client/guarded.h"
-#include "automation/com_ptr.h"
-#include "automation/foreign_variant.h"
-#include "support/text.h"
-
-namespace tlpacscfg::client {
-
-std::atomic<long> moduleUses = 0;
-
+namespace tlpacscfg {
 namespace {
 
-/// An argument that is refused; its place in DISPPARAMS::rgvarg.
-struct BadArgument {
-  HRESULT result;
-  UINT place;
-};
+using client::Session;
 
-/// The arguments of a call in the order of the method's parameters.
-class Arguments {
+// {40414A13-F055-4316-AF2D-8813F074449E}
+constexpr CLSID kClassId = {
+    0x40414A13, 0xF055, 0x4316, {0xAF, 0x2D, 0x88, 0x13, 0xF0, 0x74, 0x44, 0x9E}};
+
+class Methods {
  public:
-  /// Throws BadArgument for a reference that leads nowhere.
-  explicit Arguments(const DISPPARAMS& passed) : passed_(passed) {
-    for (UINT place = 0; place < passed.cArgs; ++place) {
-      const HRESULT status = checkReferences(passed.rgvarg[place]);
-      if (FAILED(status)) throw BadArgument{status, place};
-    }
+  /// A method that answers nothing or zero of type `failed` when it fails: it does not raise an
+  /// error. Only arguments that do not fit are refused.
+  template <class Run>
+  Methods& add(const wchar_t* name, std::size_t parameters, VARTYPE failed, Run run) {
+    // Parameters have no names.
+    table_.rawMethod(name, ++lastId_, MemberTable<Session>::Names(parameters), 0,
+                     [=](Session& session, Arguments& arguments) {
+                       try {
+                         return run(session, arguments);
+                       } catch (const ComError&) {
+                         throw;
+                       } catch (...) {
+                         session.noteFailure();
+                         return OwnedVariant::zero(failed);
+                       }
+                     });
+    return *this;
   }
 
-  std::wstring text(UINT index) const {
-    const OwnedVariant value = converted(index, VT_BSTR);
-    const BSTR characters = value.get().bstrVal;
-    return std::wstring(characters ? characters : L"", SysStringLen(characters));
-  }
-  bool truth(UINT index) const { return converted(index, VT_BOOL).get().boolVal != VARIANT_FALSE; }
-  std::int16_t number(UINT index) const { return converted(index, VT_I2).get().iVal; }
+  std::vector<Member> members() { return table_.members(); }
 
  private:
-  OwnedVariant converted(UINT index, VARTYPE type) const {
-    const UINT place = passed_.cArgs - 1 - index;
-    VARIANT& value = passed_.rgvarg[place];
-    if (!isConvertible(value)) throw BadArgument{DISP_E_TYPEMISMATCH, place};
-    OwnedVariant result;
-    const HRESULT status =
-        VariantChangeTypeEx(result.out(), &value, LOCALE_INVARIANT, VARIANT_ALPHABOOL, type);
-    if (status == E_OUTOFMEMORY) throw std::bad_alloc();
-    if (FAILED(status)) throw BadArgument{DISP_E_TYPEMISMATCH, place};
-    return result;
+  MemberTable<Session> table_;
+  DISPID lastId_ = 0;
+};
+
+/// A two-dimensional array (column, row) of texts and Nulls.
+OwnedVariant toArray(const Table& table) {
+  ArrayBuilder array{table.columns(), table.rows()};
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    for (std::size_t column = 0; column < table.columns(); ++column) {
+      const Cell cell = table.at(column, row);
+      array.append(cell ? OwnedVariant(*cell) : OwnedVariant::zero(VT_NULL));
+    }
   }
-
-  const DISPPARAMS& passed_;
-};
-
-struct Method {
-  const wchar_t* name;
-  UINT parameters;
-  /// What it answers when it fails: nothing or zero of this type.
-  VARTYPE failed;
-  OwnedVariant (*run)(Session& session, const Arguments& arguments);
-};
-
-OwnedVariant number(std::int32_t value) {
-  OwnedVariant result;
-  VARIANT* const place = result.out();
-  place->vt = VT_I4;
-  place->lVal = value;
-  return result;
+  return array.take();
 }
 
-/// The identifier of a method is its place in this table, counted from 1.
-constexpr Method kMethods[] = {
-    {L"ConnectToService", 4, VT_BOOL,
-     [](Session& session, const Arguments& arguments) {
-       return OwnedVariant(session.ConnectToService(arguments.text(0), arguments.text(1),
-                                                    arguments.text(2), arguments.text(3)));
-     }},
-    {L"DisconnectFromService", 1, VT_EMPTY,
-     [](Session& session, const Arguments& arguments) {
-       arguments.text(0);
-       session.DisconnectFromService();
-       return OwnedVariant();
-     }},
-    {L"SQLQueryTable", 2, VT_I4,
-     [](Session& session, const Arguments& arguments) {
-       return number(session.SQLQueryTable(arguments.text(0), arguments.text(1)));
-     }},
-    {L"GetTableData", 1, VT_EMPTY,
-     [](Session& session, const Arguments& arguments) {
-       const Table* const table = session.GetTableData(arguments.number(0));
-       return table ? toArray(*table) : OwnedVariant();
-     }},
-    {L"SQLExecuteText", 2, VT_BOOL,
-     [](Session& session, const Arguments& arguments) {
-       return OwnedVariant(session.SQLExecuteText(arguments.text(0), arguments.text(1)));
-     }},
-    {L"GetNetworkDirectoryFiles", 7, VT_EMPTY,
-     [](Session& session, const Arguments& arguments) {
-       return toArray(session.GetNetworkDirectoryFiles(arguments.text(0), arguments.text(2),
-                                                       {.recurse = arguments.truth(1),
-                                                        .sorted = arguments.truth(3),
-                                                        .ignoreCase = arguments.truth(4),
-                                                        .directories = arguments.truth(5),
-                                                        .fullPaths = arguments.truth(6)}));
-     }},
-    {L"CheckForError", 0, VT_BSTR,
-     [](Session& session, const Arguments&) { return OwnedVariant(session.CheckForError()); }},
+OwnedVariant toArray(const std::vector<std::wstring>& texts) {
+  ArrayBuilder array{texts.size()};
+  for (const std::wstring& text : texts) array.append(OwnedVariant(text));
+  return array.take();
+}
+
+std::wstring text(const Arguments& arguments, std::size_t parameter) {
+  return arguments.get<std::wstring>(parameter);
+}
+
+std::vector<Member> members() {
+  return Methods()
+      .add(L"ConnectToService", 4, VT_BOOL,
+           [](Session& session, const Arguments& arguments) {
+             return OwnedVariant(session.ConnectToService(text(arguments, 0), text(arguments, 1),
+                                                          text(arguments, 2), text(arguments, 3)));
+           })
+      .add(L"DisconnectFromService", 1, VT_EMPTY,
+           [](Session& session, const Arguments& arguments) {
+             text(arguments, 0);
+             session.DisconnectFromService();
+             return OwnedVariant();
+           })
+      .add(L"SQLQueryTable", 2, VT_I4,
+           [](Session& session, const Arguments& arguments) {
+             return OwnedVariant(session.SQLQueryTable(text(arguments, 0), text(arguments, 1)));
+           })
+      .add(L"GetTableData", 1, VT_EMPTY,
+           [](Session& session, const Arguments& arguments) {
+             const Table* const table = session.GetTableData(arguments.get<std::int16_t>(0));
+             return table ? toArray(*table) : OwnedVariant();
+           })
+      .add(L"SQLExecuteText", 2, VT_BOOL,
+           [](Session& session, const Arguments& arguments) {
+             return OwnedVariant(session.SQLExecuteText(text(arguments, 0), text(arguments, 1)));
+           })
+      .add(
+          L"GetNetworkDirectoryFiles", 7, VT_EMPTY,
+          [](Session& session, const Arguments& arguments) {
+            return toArray(session.GetNetworkDirectoryFiles(text(arguments, 0), text(arguments, 2),
+                                                            {.recurse = arguments.get<bool>(1),
+                                                             .sorted = arguments.get<bool>(3),
+                                                             .ignoreCase = arguments.get<bool>(4),
+                                                             .directories = arguments.get<bool>(5),
+                                                             .fullPaths = arguments.get<bool>(6)}));
+          })
+      .add(L"CheckForError", 0, VT_BSTR,
+           [](Session& session, const Arguments&) { return OwnedVariant(session.CheckForError()); })
+      .members();
+}
+
+const CreatableClass kClasses[] = {
+    {kClassId, L"TlCommClient.clsTlCommClient", [] { return wrap(std::make_shared<Session>()); }},
 };
-
-/// Nothing or zero.
-OwnedVariant zero(VARTYPE type) {
-  OwnedVariant result;
-  VARIANT* const place = result.out();
-  place->llVal = 0;
-  place->vt = type;
-  return result;
-}
-
-DISPID idOf(const wchar_t* name) {
-  for (std::size_t i = 0; i < std::size(kMethods); ++i) {
-    if (equalIgnoringCase(name, kMethods[i].name)) return static_cast<DISPID>(i + 1);
-  }
-  return DISPID_UNKNOWN;
-}
 
 }  // namespace
 
-HRESULT ComClient::QueryInterface(REFIID id, void** result) {
-  if (result == nullptr) return E_POINTER;
-  *result = nullptr;
-  if (id != IID_IUnknown && id != IID_IDispatch) return E_NOINTERFACE;
-  *result = static_cast<IDispatch*>(this);
-  AddRef();
-  return S_OK;
+template <>
+const ComClass& comClassOf<Session>() {
+  static const ComClass type{kClassId, IID_IDispatch, members()};
+  return type;
 }
 
-ULONG ComClient::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
+const ComServer& comServer() {
+  static const ComServer server{
+      .name = L"TlCommClient", .classes = kClasses, .missingArray = E_INVALIDARG};
+  return server;
 }
 
-HRESULT ComClient::GetTypeInfoCount(UINT* count) {
-  if (count == nullptr) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT ComClient::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-  if (info) *info = nullptr;
-  return DISP_E_BADINDEX;
-}
-
-HRESULT ComClient::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
-  if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
-  std::fill_n(ids, count, DISPID_UNKNOWN);
-  if (std::find(names, names + count, nullptr) != names + count) return E_INVALIDARG;
-  return guarded([&]() -> HRESULT {
-    ids[0] = idOf(names[0]);
-    // The other names are those of parameters, which have none here.
-    return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
-  });
-}
-
-HRESULT ComClient::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters,
-                          VARIANT* result, EXCEPINFO*, UINT* badArgument) {
-  if (result) VariantInit(result);
-  if (parameters == nullptr) return E_INVALIDARG;
-  if (id < 1 || static_cast<std::size_t>(id) > std::size(kMethods) ||
-      (kind & DISPATCH_METHOD) == 0) {
-    return DISP_E_MEMBERNOTFOUND;
-  }
-  const Method& method = kMethods[id - 1];
-  if (parameters->cNamedArgs > 0) return DISP_E_NONAMEDARGS;
-  if (parameters->cArgs != method.parameters) return DISP_E_BADPARAMCOUNT;
-  if (parameters->cArgs > 0 && parameters->rgvarg == nullptr) return E_INVALIDARG;
-  // A host may let go of the object while a call waits.
-  const auto self = ComPtr<IDispatch>::sharing(this);
-  return guarded([&] {
-    OwnedVariant value;
-    try {
-      value = method.run(session_, Arguments(*parameters));
-    } catch (const BadArgument& argument) {
-      if (badArgument) *badArgument = argument.place;
-      return argument.result;
-    } catch (...) {
-      // A method answers that it failed; it does not raise an error.
-      session_.noteFailure();
-      value = zero(method.failed);
-    }
-    if (result) *result = value.release();
-    return S_OK;
-  });
-}
-
-}  // namespace tlpacscfg::client
+}  // namespace tlpacscfg

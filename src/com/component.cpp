@@ -1,28 +1,29 @@
-#include "com/component.h"
+#include <windows.h>
 
-#include <oleauto.h>
-
-#include <array>
-#include <atomic>
-#include <mutex>
-#include <string>
+#include <memory>
 #include <utility>
 
-#include "com/com_error.h"
+#include "automation/com_class.h"
+#include "automation/com_server.h"
+#include "com/identities.h"
 #include "data/database.h"
 #include "data/tl_comm_client.h"
+#include "host/config.h"
+#include "support/brnkregs.h"
 #include "support/secret.h"
-
-extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace tlpacscfg {
 namespace {
 
-std::atomic<long> objects = 0;
-std::atomic<long> locks = 0;
+template <class Core>
+ComPtr<IDispatch> create() {
+  return wrap(std::make_shared<Core>());
+}
 
-std::mutex typeLibraryMutex;
-ComPtr<ITypeLib> typeLibrary;
+const CreatableClass kClasses[] = {
+    {CLSID_clsConfig, L"TLPACSCFG.clsConfig", create<clsConfig>},
+    {CLSID_brnkregs, L"TLPACSCFG.brnkregs", create<brnkregs>},
+};
 
 void releaseModuleState() {
   g_rsQuery.reset();
@@ -34,8 +35,6 @@ void releaseModuleState() {
   g_envOffline.reset();
   g_objConfig.reset();
   wipe(g_strSqlPassword);
-  const std::scoped_lock lock(typeLibraryMutex);
-  typeLibrary = nullptr;
 }
 
 template <class Pointer>
@@ -43,44 +42,7 @@ void abandon(Pointer& pointer) {
   new Pointer(std::move(pointer));
 }
 
-}  // namespace
-
-ObjectReference::ObjectReference() { ++objects; }
-
-ObjectReference::~ObjectReference() {
-  if (--objects > 0) return;
-  guarded([] {
-    releaseModuleState();
-    return S_OK;
-  });
-}
-
-void lockServer() { ++locks; }
-void unlockServer() { --locks; }
-
-bool mayUnload() { return objects == 0 && locks == 0; }
-
-std::wstring modulePath() {
-  std::array<wchar_t, 32768> path{};
-  const DWORD length =
-      GetModuleFileNameW(moduleHandle(), path.data(), static_cast<DWORD>(path.size()));
-  return std::wstring(path.data(), length);
-}
-
-HMODULE moduleHandle() { return reinterpret_cast<HMODULE>(&__ImageBase); }
-
-ComPtr<ITypeInfo> typeInfoOf(REFGUID id) {
-  const std::scoped_lock lock(typeLibraryMutex);
-  if (!typeLibrary) {
-    const HRESULT status = LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, typeLibrary.out());
-    if (FAILED(status)) throw ComError(status);
-  }
-  ComPtr<ITypeInfo> info;
-  const HRESULT status = typeLibrary->GetTypeInfoOfGuid(id, info.out());
-  if (FAILED(status)) throw ComError(status);
-  return info;
-}
-
+/// Leaves connections to the process that ends: their drivers may be gone already.
 void abandonModuleState() {
   abandon(g_rsQuery);
   abandon(g_objTlCommClient);
@@ -88,7 +50,27 @@ void abandonModuleState() {
   abandon(g_envSql);
   abandon(g_conOffline);
   abandon(g_envOffline);
-  abandon(typeLibrary);
+}
+
+}  // namespace
+
+const ComServer& comServer() {
+  static const ComServer server{.name = L"TLPACSCFG",
+                                .classes = kClasses,
+                                .typeLibrary = &LIBID_TLPACSCFG,
+                                .releaseSharedState = releaseModuleState};
+  return server;
 }
 
 }  // namespace tlpacscfg
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
+  if (reason == DLL_PROCESS_DETACH && processEnds != nullptr) {
+    try {
+      tlpacscfg::abandonModuleState();
+    } catch (...) {
+      // Nothing is left to be told.
+    }
+  }
+  return TRUE;
+}

@@ -1,7 +1,8 @@
 #include "data/tl_comm_client.h"
 
-#include "data/client_values.h"
+#include "automation/call_results.h"
 #include "automation/late_bound.h"
+#include "data/client_arrays_win.h"
 
 namespace tlpacscfg {
 namespace {

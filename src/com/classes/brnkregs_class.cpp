@@ -1,6 +1,6 @@
-#include "com/com_class.h"
+#include "automation/com_class.h"
 #include "com/identities.h"
-#include "com/member_table.h"
+#include "automation/member_table.h"
 #include "support/brnkregs.h"
 
 namespace tlpacscfg {
@@ -13,28 +13,28 @@ registry::Value newValue(std::int16_t dataType, const Arguments& arguments, std:
   return static_cast<std::uint32_t>(arguments.get<std::int32_t>(parameter));
 }
 
-Variant toVariant(const registry::Value& value) {
-  if (const auto* text = std::get_if<std::wstring>(&value)) return Variant(*text);
-  return Variant(static_cast<std::int32_t>(std::get<std::uint32_t>(value)));
+OwnedVariant toVariant(const registry::Value& value) {
+  if (const auto* text = std::get_if<std::wstring>(&value)) return OwnedVariant(*text);
+  return OwnedVariant(static_cast<std::int32_t>(std::get<std::uint32_t>(value)));
 }
 
-Variant createRegEntry(brnkregs& registry, Arguments& arguments) {
+OwnedVariant createRegEntry(brnkregs& registry, Arguments& arguments) {
   const auto dataType = arguments.get<std::int16_t>(0);
   const auto key = arguments.get<std::wstring>(1);
-  return Variant(registry.CreateRegEntry(dataType, key, newValue(dataType, arguments, 2)));
+  return OwnedVariant(registry.CreateRegEntry(dataType, key, newValue(dataType, arguments, 2)));
 }
 
-Variant setAppRegValue(brnkregs& registry, Arguments& arguments) {
+OwnedVariant setAppRegValue(brnkregs& registry, Arguments& arguments) {
   const auto key = arguments.get<std::wstring>(0);
   const auto dataType = arguments.get<std::int16_t>(1);
-  return Variant(registry.SetAppRegValue(key, dataType, newValue(dataType, arguments, 2)));
+  return OwnedVariant(registry.SetAppRegValue(key, dataType, newValue(dataType, arguments, 2)));
 }
 
-Variant getAppRegValue(brnkregs& registry, Arguments& arguments) {
+OwnedVariant getAppRegValue(brnkregs& registry, Arguments& arguments) {
   const auto key = arguments.get<std::wstring>(0);
   const auto value = registry.GetAppRegValue(key, arguments.get<std::int16_t>(1));
   if (value) arguments.put(2, toVariant(*value));
-  return Variant(value.has_value());
+  return OwnedVariant(value.has_value());
 }
 
 std::vector<Member> members() {

@@ -4,10 +4,11 @@
 #include <utility>
 #include <vector>
 
-#include "com/com_class.h"
+#include "automation/com_class.h"
 #include "com/identities.h"
-#include "com/item_enumerator.h"
-#include "com/member_table.h"
+#include "automation/item_enumerator.h"
+#include "automation/member_table.h"
+#include "automation/read_variant.h"
 #include "support/conversions.h"
 #include "support/keyed_collection.h"
 #include "support/runtime_error.h"
@@ -57,22 +58,22 @@ std::vector<Member> members() {
       .rawMethod(L"Item", DISPID_VALUE, {L"index"}, 0,
                  [](Collection& collection, Arguments& arguments) {
                    const std::size_t position = positionOf(collection, arguments, 0);
-                   return Variant(wrap(collection.at(position)));
+                   return OwnedVariant(wrap(collection.at(position)));
                  })
       .get(L"Count", 1,
            [](Collection& collection) { return static_cast<std::int32_t>(collection.count()); })
       .rawMethod(L"Add", 2, {L"Item", L"key"}, 1,
                  [](Collection& collection, Arguments& arguments) {
                    add(collection, arguments);
-                   return Variant();
+                   return OwnedVariant();
                  })
       .rawMethod(L"Remove", 3, {L"index"}, 0,
                  [](Collection& collection, Arguments& arguments) {
                    collection.remove(positionOf(collection, arguments, 0));
-                   return Variant();
+                   return OwnedVariant();
                  })
       .get(L"_NewEnum", DISPID_NEWENUM,
-           [](Collection& collection) { return Variant(enumerate(collection)); })
+           [](Collection& collection) { return OwnedVariant(enumerate(collection)); })
       .members();
 }
 

@@ -1,6 +1,6 @@
-#include "com/com_class.h"
+#include "automation/com_class.h"
 #include "com/identities.h"
-#include "com/member_table.h"
+#include "automation/member_table.h"
 #include "data/host_settings.h"
 #include "host/config.h"
 #include "log/log_support.h"

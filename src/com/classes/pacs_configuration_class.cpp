@@ -1,7 +1,7 @@
 #include "com/classes/required.h"
-#include "com/com_class.h"
+#include "automation/com_class.h"
 #include "com/identities.h"
-#include "com/member_table.h"
+#include "automation/member_table.h"
 #include "config/columns.h"
 #include "config/pacs_configuration.h"
 
@@ -25,7 +25,7 @@ Table::Names propertiesInLoadOrder() {
   return names;
 }
 
-Variant fillFields(Record& record, Arguments& arguments) {
+OwnedVariant fillFields(Record& record, Arguments& arguments) {
   FieldValues values;
   for (std::size_t i = 0; i < kColumnCount; ++i) {
     values[i] = std::visit(
@@ -33,7 +33,7 @@ Variant fillFields(Record& record, Arguments& arguments) {
         columnsInLoadOrder()[i]->field);
   }
   record.FillFields(std::move(values));
-  return Variant();
+  return OwnedVariant();
 }
 
 std::vector<Member> members() {

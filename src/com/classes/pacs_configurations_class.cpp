@@ -1,8 +1,8 @@
 #include "com/classes/item_by_position.h"
 #include "com/classes/required.h"
-#include "com/com_class.h"
+#include "automation/com_class.h"
 #include "com/identities.h"
-#include "com/member_table.h"
+#include "automation/member_table.h"
 #include "config/pacs_configurations.h"
 
 namespace tlpacscfg {
@@ -43,8 +43,8 @@ std::vector<Member> members() {
       .rawMethod(L"GetItemNumber", 11, {L"configID", L"position"}, 0,
                  [](Collection& collection, Arguments& arguments) {
                    const auto configID = arguments.get<std::int16_t>(0);
-                   arguments.put(1, Variant(collection.GetItemNumber(configID)));
-                   return Variant();
+                   arguments.put(1, OwnedVariant(collection.GetItemNumber(configID)));
+                   return OwnedVariant();
                  })
       .members();
 }

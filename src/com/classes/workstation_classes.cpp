@@ -1,8 +1,8 @@
 #include "com/classes/item_by_position.h"
 #include "com/classes/required.h"
-#include "com/com_class.h"
+#include "automation/com_class.h"
 #include "com/identities.h"
-#include "com/member_table.h"
+#include "automation/member_table.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg {

@@ -3,30 +3,43 @@
 #include <oaidl.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
-#include "com/com_class.h"
-#include "com/com_error.h"
-#include "com/variant.h"
+#include "automation/com_class.h"
+#include "automation/com_error.h"
+#include "automation/owned_variant.h"
 
 namespace tlpacscfg {
 
-/// A VARIANT as the C++ type of a parameter; throws ComError.
+/// A VARIANT as the C++ type of a parameter; throws ComError with DISP_E_TYPEMISMATCH or
+/// DISP_E_OVERFLOW. A text is copied once, into the result.
 template <class Value>
 struct ArgumentConverter {
-  static Value convert(const VARIANT& value) { return fromVariant<Value>(value); }
+  static Value convert(const VARIANT& value);
 };
 
 template <>
-struct ArgumentConverter<const VARIANT*> {
-  static const VARIANT* convert(const VARIANT& value) { return &target(value); }
-};
+std::int16_t ArgumentConverter<std::int16_t>::convert(const VARIANT& value);
+template <>
+std::int32_t ArgumentConverter<std::int32_t>::convert(const VARIANT& value);
+template <>
+bool ArgumentConverter<bool>::convert(const VARIANT& value);
+template <>
+std::wstring ArgumentConverter<std::wstring>::convert(const VARIANT& value);
+/// Null for Nothing.
+template <>
+ComPtr<IUnknown> ArgumentConverter<ComPtr<IUnknown>>::convert(const VARIANT& value);
+/// The argument itself; a reference to a VARIANT is followed.
+template <>
+const VARIANT* ArgumentConverter<const VARIANT*>::convert(const VARIANT& value);
 
 template <class Core>
 struct ArgumentConverter<std::shared_ptr<Core>> {
   static std::shared_ptr<Core> convert(const VARIANT& value) {
-    const auto object = fromVariant<ComPtr<IUnknown>>(value);
+    const auto object = ArgumentConverter<ComPtr<IUnknown>>::convert(value);
     if (!object) return nullptr;
     const std::shared_ptr<void> core = unwrapObject(object, comClassOf<Core>());
     if (!core) throw ComError(DISP_E_TYPEMISMATCH);
@@ -54,7 +67,7 @@ class Arguments {
   }
 
   /// Stores a result in a by-reference argument; any other argument is left alone.
-  void put(std::size_t parameter, Variant value) const;
+  void put(std::size_t parameter, OwnedVariant value) const;
 
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "automation/com_ptr.h"
-#include "com/variant.h"
+#include "automation/owned_variant.h"
 
 namespace tlpacscfg {
 
@@ -25,29 +25,29 @@ struct Member {
   MemberKind kind;
   /// The value alone for a put.
   std::vector<std::wstring> parameters;
-  /// So many of the last parameters may be left out.
+  /// The number of last parameters that may be left out.
   std::size_t optional;
-  std::function<Variant(const std::shared_ptr<void>& core, Arguments& arguments)> handler;
+  std::function<OwnedVariant(const std::shared_ptr<void>& core, Arguments& arguments)> handler;
 };
 
-/// What hosts see of one class of the core.
+/// What hosts see of one C++ class.
 struct ComClass {
   const CLSID& id;
   const IID& interfaceId;
   std::vector<Member> members;
 };
 
-/// The face of a core class: one specialisation for each, beside its member table.
+/// The COM class of a C++ class: one specialisation for each, beside its member table.
 template <class Core>
 const ComClass& comClassOf();
 
-/// The object that hosts see of a core object: the same one as long as anybody holds it.
+/// The COM object that stands for a C++ object: the same one as long as it is referenced.
 ComPtr<IDispatch> wrapObject(const std::shared_ptr<void>& core, const ComClass& type);
 
-/// Nothing when the object is none of the component's of that class.
+/// The C++ object; null when the COM object is not one of this DLL and class.
 std::shared_ptr<void> unwrapObject(const ComPtr<IUnknown>& object, const ComClass& type);
 
-/// Nothing for nothing.
+/// Null for null.
 template <class Core>
 ComPtr<IDispatch> wrap(const std::shared_ptr<Core>& core) {
   return core ? wrapObject(core, comClassOf<Core>()) : nullptr;

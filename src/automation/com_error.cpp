@@ -1,11 +1,10 @@
-#include "com/com_error.h"
+#include "automation/com_error.h"
 
 #include <oleauto.h>
 
 #include <new>
 
 #include "automation/com_ptr.h"
-#include "com/component.h"
 #include "support/runtime_error.h"
 
 namespace tlpacscfg {
@@ -32,6 +31,8 @@ const wchar_t* describeResult(HRESULT result) {
       return L"Invalid procedure call or argument";
     case E_OUTOFMEMORY:
       return L"Out of memory";
+    case RPC_E_WRONG_THREAD:
+      return L"The component is in use on another thread";
     default:
       return L"Automation error";
   }
@@ -62,13 +63,13 @@ Failure currentFailure() {
   }
 }
 
-void publish(const Failure& failure, REFGUID interfaceId) {
+void publish(const Failure& failure, const wchar_t* source, REFGUID interfaceId) {
   ComPtr<ICreateErrorInfo> creator;
   if (FAILED(CreateErrorInfo(creator.out()))) return;
-  std::wstring source = kComponentName;
+  std::wstring sourceName = source;
   std::wstring description = failure.description;
   creator->SetGUID(interfaceId);
-  creator->SetSource(source.data());
+  creator->SetSource(sourceName.data());
   creator->SetDescription(description.data());
   const ComPtr<IErrorInfo> info = creator.query<IErrorInfo>(IID_IErrorInfo);
   if (info) SetErrorInfo(0, info.get());

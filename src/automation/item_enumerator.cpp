@@ -1,10 +1,10 @@
-#include "com/item_enumerator.h"
+#include "automation/item_enumerator.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "com/com_error.h"
-#include "com/variant.h"
+#include "automation/com_error.h"
+#include "automation/owned_variant.h"
 
 namespace tlpacscfg {
 
@@ -38,7 +38,8 @@ HRESULT ItemEnumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) {
   if (fetched) *fetched = 0;
   if (values == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
   return guarded([&] {
-    std::vector<Variant> found;
+    checkThread();
+    std::vector<OwnedVariant> found;
     while (found.size() < count && next_ + found.size() < items_->size()) {
       found.emplace_back(wrapObject((*items_)[next_ + found.size()], itemType_));
     }

@@ -1,12 +1,23 @@
-#include "com/arguments.h"
+#include "automation/call_arguments.h"
 
 #include <oleauto.h>
 
 #include <cstring>
 #include <utility>
 
+#include "automation/com_server.h"
+#include "automation/read_variant.h"
+#include "support/scope_exit.h"
+
 namespace tlpacscfg {
 namespace {
+
+OwnedVariant converted(const VARIANT& value, VARTYPE type) {
+  OwnedVariant result;
+  const HRESULT status = convert(value, type, result);
+  if (FAILED(status)) throw ComError(status);
+  return result;
+}
 
 template <class Value>
 void store(void* place, const Value& value) {
@@ -34,13 +45,60 @@ void storeTyped(const VARIANT& place, const VARIANT& value) {
 
 }  // namespace
 
+template <>
+std::int16_t ArgumentConverter<std::int16_t>::convert(const VARIANT& value) {
+  return converted(value, VT_I2).get().iVal;
+}
+
+template <>
+std::int32_t ArgumentConverter<std::int32_t>::convert(const VARIANT& value) {
+  return converted(value, VT_I4).get().lVal;
+}
+
+template <>
+bool ArgumentConverter<bool>::convert(const VARIANT& value) {
+  return converted(value, VT_BOOL).get().boolVal != VARIANT_FALSE;
+}
+
+template <>
+std::wstring ArgumentConverter<std::wstring>::convert(const VARIANT& value) {
+  if (const auto text = textIn(value)) return std::wstring(*text);
+  OwnedVariant text = converted(value, VT_BSTR);
+  const ScopeExit wiping([&] { text.wipeText(); });
+  return std::wstring(textIn(text.get()).value_or(L""));
+}
+
+template <>
+ComPtr<IUnknown> ArgumentConverter<ComPtr<IUnknown>>::convert(const VARIANT& value) {
+  const VARIANT& object = target(value);
+  switch (object.vt) {
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      return ComPtr<IUnknown>::sharing(object.punkVal);
+    case VT_BYREF | VT_DISPATCH:
+    case VT_BYREF | VT_UNKNOWN:
+      return ComPtr<IUnknown>::sharing(*object.ppunkVal);
+    default:
+      throw ComError(DISP_E_TYPEMISMATCH);
+  }
+}
+
+template <>
+const VARIANT* ArgumentConverter<const VARIANT*>::convert(const VARIANT& value) {
+  return &target(value);
+}
+
 Arguments::Arguments(const DISPPARAMS& passed, const Member& member)
     : passed_(passed), places_(member.parameters.size(), kNone) {
+  if (passed.cNamedArgs > 0 && comServer().typeLibrary == nullptr) {
+    throw ComError(DISP_E_NONAMEDARGS);
+  }
   if (passed.cNamedArgs > passed.cArgs || passed.cArgs > places_.size()) {
     throw ComError(DISP_E_BADPARAMCOUNT);
   }
-  if (passed.cArgs > 0 && passed.rgvarg == nullptr) throw ComError(E_POINTER);
-  if (passed.cNamedArgs > 0 && passed.rgdispidNamedArgs == nullptr) throw ComError(E_POINTER);
+  const bool noValues = passed.cArgs > 0 && passed.rgvarg == nullptr;
+  const bool noNames = passed.cNamedArgs > 0 && passed.rgdispidNamedArgs == nullptr;
+  if (noValues || noNames) throw ComError(comServer().missingArray);
   for (UINT i = 0; i < passed.cArgs; ++i) {
     const HRESULT status = checkReferences(passed.rgvarg[i]);
     if (FAILED(status)) throw ComError(status, i);
@@ -76,7 +134,7 @@ void Arguments::checkComplete(const Member& member) const {
   }
 }
 
-void Arguments::put(std::size_t parameter, Variant value) const {
+void Arguments::put(std::size_t parameter, OwnedVariant value) const {
   const std::size_t place = places_[parameter];
   if (place == kNone) return;
   const VARIANT& argument = passed_.rgvarg[place];
@@ -88,7 +146,7 @@ void Arguments::put(std::size_t parameter, Variant value) const {
   }
   try {
     const auto type = static_cast<VARTYPE>(argument.vt & ~VT_BYREF);
-    Variant fitting = converted(value.get(), type);
+    OwnedVariant fitting = converted(value.get(), type);
     if (type == VT_BSTR) {
       SysFreeString(std::exchange(*argument.pbstrVal, fitting.release().bstrVal));
     } else {

@@ -6,12 +6,12 @@
 #include <memory>
 #include <vector>
 
-#include "com/com_class.h"
-#include "com/component.h"
+#include "automation/com_class.h"
+#include "automation/com_module.h"
 
 namespace tlpacscfg {
 
-/// Walks the items that a collection held when the walk began.
+/// Enumerates the items that a collection held when it was created.
 class ItemEnumerator final : public IEnumVARIANT {
  public:
   using Items = std::vector<std::shared_ptr<void>>;

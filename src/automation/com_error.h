@@ -42,7 +42,7 @@ SCODE scodeOf(std::int32_t errorNumber);
 Failure currentFailure();
 
 /// Leaves source and description for GetErrorInfo.
-void publish(const Failure& failure, REFGUID interfaceId);
+void publish(const Failure& failure, const wchar_t* source, REFGUID interfaceId);
 
 /// The border to COM: no exception passes. `report` turns a Failure into the result.
 template <class Work, class Report>

@@ -1,4 +1,4 @@
-#include "com/registration.h"
+#include "automation/registration.h"
 
 #include <oleauto.h>
 #include <olectl.h>
@@ -7,10 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "com/com_error.h"
-#include "com/component.h"
-#include "com/creatable_classes.h"
-#include "com/identities.h"
+#include "automation/com_module.h"
+#include "automation/com_server.h"
 #include "support/handle_win.h"
 
 namespace tlpacscfg {
@@ -35,26 +33,37 @@ std::wstring textOf(REFGUID id) {
 
 std::wstring classKey(const CreatableClass& type) { return L"CLSID\\" + textOf(type.id); }
 
+/// A server with a type library has versions of its classes.
+bool isVersioned() { return comServer().typeLibrary != nullptr; }
+
+std::wstring versioned(const std::wstring& progId) { return progId + kClassVersion; }
+
 std::vector<Entry> entriesOf(const CreatableClass& type) {
   const std::wstring key = classKey(type);
   const std::wstring progId = type.progId;
-  const std::wstring versioned = progId + kClassVersion;
-  return {
+  std::vector<Entry> entries = {
       {progId, L"", progId},
       {progId + L"\\CLSID", L"", textOf(type.id)},
-      {progId + L"\\CurVer", L"", versioned},
-      {versioned, L"", progId},
-      {versioned + L"\\CLSID", L"", textOf(type.id)},
       {key, L"", progId},
       {key + L"\\InprocServer32", L"", modulePath()},
       {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-      {key + L"\\ProgID", L"", versioned},
-      {key + L"\\VersionIndependentProgID", L"", progId},
-      {key + L"\\TypeLib", L"", textOf(LIBID_TLPACSCFG)},
-      {key + L"\\Version", L"",
-       std::to_wstring(kLibraryMajor) + L"." + std::to_wstring(kLibraryMinor)},
-      {key + L"\\Programmable", L"", L""},
+      {key + L"\\ProgID", L"", isVersioned() ? versioned(progId) : progId},
   };
+  if (isVersioned()) {
+    const std::wstring library =
+        std::to_wstring(kLibraryMajor) + L"." + std::to_wstring(kLibraryMinor);
+    const Entry more[] = {
+        {progId + L"\\CurVer", L"", versioned(progId)},
+        {versioned(progId), L"", progId},
+        {versioned(progId) + L"\\CLSID", L"", textOf(type.id)},
+        {key + L"\\VersionIndependentProgID", L"", progId},
+        {key + L"\\TypeLib", L"", textOf(*comServer().typeLibrary)},
+        {key + L"\\Version", L"", library},
+        {key + L"\\Programmable", L"", L""},
+    };
+    entries.insert(entries.end(), std::begin(more), std::end(more));
+  }
+  return entries;
 }
 
 using Key = UniqueHandle<HKEY, RegCloseKey>;
@@ -77,7 +86,7 @@ bool removeTree(const std::wstring& key) {
 }
 
 bool registerClasses() {
-  for (const CreatableClass& type : creatableClasses()) {
+  for (const CreatableClass& type : comServer().classes) {
     for (const Entry& entry : entriesOf(type)) {
       if (!write(entry)) return false;
     }
@@ -86,6 +95,7 @@ bool registerClasses() {
 }
 
 bool registerTypeLibrary() {
+  if (!comServer().typeLibrary) return true;
   std::wstring path = modulePath();
   ComPtr<ITypeLib> library;
   return SUCCEEDED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.out())) &&
@@ -101,24 +111,25 @@ bool keyExists(const std::wstring& path) {
 
 bool unregisterTypeLibrary() {
   constexpr SYSKIND kKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-  if (!keyExists(L"TypeLib\\" + textOf(LIBID_TLPACSCFG))) return true;
+  const GUID* const library = comServer().typeLibrary;
+  if (!library || !keyExists(L"TypeLib\\" + textOf(*library))) return true;
   return SUCCEEDED(
-      UnRegisterTypeLib(LIBID_TLPACSCFG, kLibraryMajor, kLibraryMinor, LOCALE_NEUTRAL, kKind));
+      UnRegisterTypeLib(*library, kLibraryMajor, kLibraryMinor, LOCALE_NEUTRAL, kKind));
 }
 
 }  // namespace
 
-HRESULT registerComponent() {
+HRESULT registerServer() {
   if (registerClasses() && registerTypeLibrary()) return S_OK;
-  unregisterComponent();
+  unregisterServer();
   return SELFREG_E_CLASS;
 }
 
-HRESULT unregisterComponent() {
+HRESULT unregisterServer() {
   bool removed = unregisterTypeLibrary();
-  for (const CreatableClass& type : creatableClasses()) {
+  for (const CreatableClass& type : comServer().classes) {
     const std::wstring progId = type.progId;
-    for (const std::wstring& key : {progId, progId + kClassVersion, classKey(type)}) {
+    for (const std::wstring& key : {progId, versioned(progId), classKey(type)}) {
       if (!removeTree(key)) removed = false;
     }
   }

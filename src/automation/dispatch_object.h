@@ -6,13 +6,13 @@
 #include <atomic>
 #include <memory>
 
-#include "com/com_class.h"
-#include "com/com_error.h"
-#include "com/component.h"
+#include "automation/com_class.h"
+#include "automation/com_error.h"
+#include "automation/com_module.h"
 
 namespace tlpacscfg {
 
-/// The way back from the face of an object to the object, within the component only.
+/// Leads from a COM object back to the C++ object behind it, within this DLL only.
 struct CoreObject : IUnknown {
   virtual std::shared_ptr<void> coreOf(const ComClass& type) = 0;
 };
@@ -59,7 +59,7 @@ class DispatchObject final : public IDispatch,
   HRESULT callDefaultOf(const Member& property, const Call& call, VARIANT* result);
   HRESULT report(const Failure& failure, EXCEPINFO* exception, UINT* badArgument) const;
 
-  // Last to go: the state of the module outlives the object's own.
+  // Destroyed last: the C++ object may use shared state until its own end.
   ObjectReference alive_;
   std::atomic<ULONG> references_ = 0;
   std::shared_ptr<void> core_;

@@ -6,12 +6,11 @@
 
 #include "automation/com_ptr.h"
 
-/// The component as a whole: what keeps it loaded, and what it holds while it has objects.
+/// The DLL as a whole: what keeps it loaded, and where its file and type library are.
 namespace tlpacscfg {
 
-inline constexpr const wchar_t* kComponentName = L"TLPACSCFG";
-
-/// One per living object. With the last of them the module-wide state is released.
+/// One for each living object. Throws ComError with RPC_E_WRONG_THREAD on a thread that may not
+/// create objects now (see ComServer::releaseSharedState).
 class ObjectReference {
  public:
   ObjectReference();
@@ -20,19 +19,18 @@ class ObjectReference {
   ObjectReference& operator=(const ObjectReference&) = delete;
 };
 
-/// Keeps the component loaded, no more.
+/// Throws ComError with RPC_E_WRONG_THREAD when the objects belong to another thread.
+void checkThread();
+
+/// Keep the DLL loaded, and nothing else.
 void lockServer();
 void unlockServer();
 
 bool mayUnload();
 
-HMODULE moduleHandle();
 std::wstring modulePath();
 
 /// The description of an interface or class in the embedded type library. Throws ComError.
 ComPtr<ITypeInfo> typeInfoOf(REFGUID id);
-
-/// Leaves connections to the process that ends: their drivers may be gone already.
-void abandonModuleState();
 
 }  // namespace tlpacscfg

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "com/arguments.h"
-#include "com/com_class.h"
+#include "automation/call_arguments.h"
+#include "automation/com_class.h"
 #include "support/scope_exit.h"
 #include "support/secret.h"
 
@@ -41,24 +41,24 @@ using ParameterTypes =
     typename std::conditional_t<std::is_member_function_pointer_v<Function>, Signature<Function>,
                                 WithoutFirst<typename Signature<Function>::Types>>::Types;
 
-inline Variant toVariant(Variant value) { return value; }
+inline OwnedVariant toVariant(OwnedVariant value) { return value; }
 template <class Value>
-Variant toVariant(const Value& value) {
-  return Variant(value);
+OwnedVariant toVariant(const Value& value) {
+  return OwnedVariant(value);
 }
 template <class Core>
-Variant toVariant(const std::shared_ptr<Core>& core) {
-  return Variant(wrap(core));
+OwnedVariant toVariant(const std::shared_ptr<Core>& core) {
+  return OwnedVariant(wrap(core));
 }
 
 /// Calls with the object, or with the pointer that owns it where the function wants that.
 template <class Function, class Core, class... Values>
-Variant call(const Function& function, const std::shared_ptr<Core>& core, Values&&... values) {
-  const auto run = [&](auto&& object) -> Variant {
+OwnedVariant call(const Function& function, const std::shared_ptr<Core>& core, Values&&... values) {
+  const auto run = [&](auto&& object) -> OwnedVariant {
     using Result = std::invoke_result_t<const Function&, decltype(object), Values...>;
     if constexpr (std::is_void_v<Result>) {
       std::invoke(function, object, std::forward<Values>(values)...);
-      return Variant();
+      return OwnedVariant();
     } else {
       return toVariant(std::invoke(function, object, std::forward<Values>(values)...));
     }
@@ -91,7 +91,7 @@ class MemberTable {
   /// A field with a text that stays in no other memory of the component.
   template <class Place>
   MemberTable& secret(const wchar_t* name, DISPID id, Place place) {
-    get(name, id, [place](Core& core) { return Variant(std::invoke(place, core)); });
+    get(name, id, [place](Core& core) { return OwnedVariant(std::invoke(place, core)); });
     members_.push_back({name,
                         id,
                         MemberKind::Put,
@@ -104,7 +104,7 @@ class MemberTable {
                           wipe(kept);
                           // A move would leave the letters where no wipe finds them.
                           kept = value;
-                          return Variant();
+                          return OwnedVariant();
                         }});
     return *this;
   }
@@ -132,7 +132,7 @@ class MemberTable {
   /// A method that picks its arguments itself: by-reference results, optional ones.
   MemberTable& rawMethod(const wchar_t* name, DISPID id, const Names& parameters,
                          std::size_t optional,
-                         std::function<Variant(Core& core, Arguments& arguments)> function) {
+                         std::function<OwnedVariant(Core& core, Arguments& arguments)> function) {
     members_.push_back({name, id, MemberKind::Method, parameters, optional,
                         [function](const std::shared_ptr<void>& core, Arguments& arguments) {
                           return function(*static_cast<Core*>(core.get()), arguments);
@@ -157,9 +157,9 @@ class MemberTable {
   }
 
   template <class Function, class... Values, std::size_t... Index>
-  static Variant invoke(const Function& function, const std::shared_ptr<Core>& core,
-                        [[maybe_unused]] Arguments& arguments, std::tuple<Values...>*,
-                        std::index_sequence<Index...>) {
+  static OwnedVariant invoke(const Function& function, const std::shared_ptr<Core>& core,
+                             [[maybe_unused]] Arguments& arguments, std::tuple<Values...>*,
+                             std::index_sequence<Index...>) {
     // Braces fix the order: the first argument that does not convert is the one reported.
     std::tuple<Values...> values{arguments.get<Values>(Index)...};
     return member_table::call(function, core, std::move(std::get<Index>(values))...);

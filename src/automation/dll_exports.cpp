@@ -1,14 +1,14 @@
 #include <windows.h>
 
-#include <olectl.h>
+#include <objbase.h>
 
 #include <algorithm>
 
-#include "com/class_factory.h"
-#include "com/com_error.h"
-#include "com/component.h"
-#include "com/creatable_classes.h"
-#include "com/registration.h"
+#include "automation/class_factory.h"
+#include "automation/com_error.h"
+#include "automation/com_module.h"
+#include "automation/com_server.h"
+#include "automation/registration.h"
 
 using namespace tlpacscfg;
 
@@ -16,7 +16,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** result) {
   if (result == nullptr) return E_POINTER;
   *result = nullptr;
   return guarded([&]() -> HRESULT {
-    const auto classes = creatableClasses();
+    const auto classes = comServer().classes;
     const auto type = std::ranges::find_if(
         classes, [&](const CreatableClass& candidate) { return candidate.id == classId; });
     if (type == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
@@ -28,19 +28,9 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** result) {
 STDAPI DllCanUnloadNow() { return mayUnload() ? S_OK : S_FALSE; }
 
 STDAPI DllRegisterServer() {
-  return guarded([] { return registerComponent(); });
+  return guarded([] { return registerServer(); });
 }
 
 STDAPI DllUnregisterServer() {
-  return guarded([] { return unregisterComponent(); });
-}
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
-  if (reason == DLL_PROCESS_DETACH && processEnds != nullptr) {
-    guarded([] {
-      abandonModuleState();
-      return S_OK;
-    });
-  }
-  return TRUE;
+  return guarded([] { return unregisterServer(); });
 }

@@ -1,4 +1,4 @@
-#include "com/dispatch_object.h"
+#include "automation/dispatch_object.h"
 
 #include <oleauto.h>
 
@@ -7,7 +7,9 @@
 #include <mutex>
 #include <utility>
 
-#include "com/arguments.h"
+#include "automation/call_arguments.h"
+#include "automation/com_server.h"
+#include "automation/read_variant.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 
@@ -18,14 +20,16 @@ const IID IID_CoreObject = {
 
 namespace {
 
-/// The faces that hosts hold now. They are not owned here.
-std::mutex facesMutex;
-std::map<std::pair<const void*, const ComClass*>, DispatchObject*> faces;
+/// The COM objects that hosts hold now; not owned here.
+std::mutex objectsMutex;
+std::map<std::pair<const void*, const ComClass*>, DispatchObject*> objects;
 
 bool isObject(const VARIANT& value) {
   const VARTYPE type = target(value).vt & ~VT_BYREF;
   return type == VT_DISPATCH || type == VT_UNKNOWN;
 }
+
+bool hasTypeLibrary() { return comServer().typeLibrary != nullptr; }
 
 constexpr WORD kReading = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
@@ -35,15 +39,15 @@ DispatchObject::DispatchObject(std::shared_ptr<void> core, const ComClass& type)
     : core_(std::move(core)), type_(type) {}
 
 DispatchObject::~DispatchObject() {
-  const std::scoped_lock lock(facesMutex);
-  faces.erase({core_.get(), &type_});
+  const std::scoped_lock lock(objectsMutex);
+  objects.erase({core_.get(), &type_});
 }
 
 ComPtr<IDispatch> wrapObject(const std::shared_ptr<void>& core, const ComClass& type) {
-  const std::scoped_lock lock(facesMutex);
-  DispatchObject*& face = faces[{core.get(), &type}];
-  if (face == nullptr) face = new DispatchObject(core, type);
-  return ComPtr<IDispatch>::sharing(face);
+  const std::scoped_lock lock(objectsMutex);
+  DispatchObject*& object = objects[{core.get(), &type}];
+  if (object == nullptr) object = new DispatchObject(core, type);
+  return ComPtr<IDispatch>::sharing(object);
 }
 
 std::shared_ptr<void> unwrapObject(const ComPtr<IUnknown>& object, const ComClass& type) {
@@ -62,7 +66,7 @@ HRESULT DispatchObject::QueryInterface(REFIID id, void** result) {
     *result = static_cast<IDispatch*>(this);
   } else if (id == IID_ISupportErrorInfo) {
     *result = static_cast<ISupportErrorInfo*>(this);
-  } else if (id == IID_IProvideClassInfo) {
+  } else if (id == IID_IProvideClassInfo && hasTypeLibrary()) {
     *result = static_cast<IProvideClassInfo*>(this);
   } else if (id == IID_CoreObject) {
     *result = static_cast<CoreObject*>(this);
@@ -83,14 +87,14 @@ ULONG DispatchObject::Release() {
 
 HRESULT DispatchObject::GetTypeInfoCount(UINT* count) {
   if (count == nullptr) return E_POINTER;
-  *count = 1;
+  *count = hasTypeLibrary() ? 1 : 0;
   return S_OK;
 }
 
 HRESULT DispatchObject::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
+  if (info) *info = nullptr;
+  if (index != 0 || !hasTypeLibrary()) return DISP_E_BADINDEX;
   if (info == nullptr) return E_POINTER;
-  *info = nullptr;
-  if (index != 0) return DISP_E_BADINDEX;
   return guarded([&] {
     *info = typeInfoOf(type_.interfaceId).detach();
     return S_OK;
@@ -113,10 +117,10 @@ HRESULT DispatchObject::InterfaceSupportsErrorInfo(REFIID id) {
 HRESULT DispatchObject::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID,
                                       DISPID* ids) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-  if (names == nullptr || ids == nullptr) return E_POINTER;
+  if (names == nullptr || ids == nullptr) return comServer().missingArray;
   if (count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
-  if (std::find(names, names + count, nullptr) != names + count) return E_POINTER;
+  if (std::find(names, names + count, nullptr) != names + count) return comServer().missingArray;
   return guarded([&]() -> HRESULT {
     const auto hasName = [&](const Member& member) {
       return equalIgnoringCase(member.name, names[0]);
@@ -144,7 +148,7 @@ HRESULT DispatchObject::Invoke(DISPID id, REFIID reserved, LCID, WORD flags, DIS
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (passed == nullptr) return E_INVALIDARG;
   if (result) VariantInit(result);
-  // A host may let go of the object while a call runs.
+  // A host may release the object while a call runs.
   const auto self = ComPtr<IDispatch>::sharing(this);
   SetErrorInfo(0, nullptr);
   const Call call{id, flags, *passed, exception, badArgument};
@@ -179,16 +183,17 @@ const Member& DispatchObject::select(const Call& call) const {
 }
 
 HRESULT DispatchObject::run(const Call& call, VARIANT* result) {
+  checkThread();
   const Member& member = select(call);
   if (member.kind == MemberKind::Get && call.passed.cArgs > 0) {
     return callDefaultOf(member, call, result);
   }
   Arguments arguments(call.passed, member);
-  Variant value = member.handler(core_, arguments);
+  OwnedVariant value = member.handler(core_, arguments);
   if (result) {
     *result = value.release();
   } else {
-    wipeText(value);
+    value.wipeText();
   }
   return S_OK;
 }
@@ -196,7 +201,7 @@ HRESULT DispatchObject::run(const Call& call, VARIANT* result) {
 HRESULT DispatchObject::callDefaultOf(const Member& property, const Call& call, VARIANT* result) {
   DISPPARAMS none{};
   Arguments noArguments(none, property);
-  const Variant value = property.handler(core_, noArguments);
+  const OwnedVariant value = property.handler(core_, noArguments);
   if (value.get().vt != VT_DISPATCH) throw ComError(DISP_E_BADPARAMCOUNT);
   if (value.get().pdispVal == nullptr) raise(ErrorNumber::ObjectNotSet);
   return value.get().pdispVal->Invoke(DISPID_VALUE, IID_NULL, LOCALE_INVARIANT, call.flags,
@@ -209,10 +214,10 @@ HRESULT DispatchObject::report(const Failure& failure, EXCEPINFO* exception,
   if (exception && failure.result == DISP_E_EXCEPTION) {
     *exception = {};
     exception->scode = failure.scode;
-    exception->bstrSource = SysAllocString(kComponentName);
+    exception->bstrSource = SysAllocString(comServer().name);
     exception->bstrDescription = SysAllocString(failure.description.c_str());
   }
-  publish(failure, type_.interfaceId);
+  publish(failure, comServer().name, type_.interfaceId);
   return failure.result;
 }
 

@@ -1,7 +1,7 @@
-#include "com/class_factory.h"
+#include "automation/class_factory.h"
 
-#include "com/com_error.h"
-#include "com/component.h"
+#include "automation/com_error.h"
+#include "automation/com_module.h"
 
 namespace tlpacscfg {
 
@@ -29,7 +29,16 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID id, void** result) 
   if (result == nullptr) return E_POINTER;
   *result = nullptr;
   if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-  return guarded([&] { return type_.create()->QueryInterface(id, result); });
+  return guarded(
+      [&] {
+        // The constructor of the first object uses shared state already.
+        const ObjectReference creating;
+        return type_.create()->QueryInterface(id, result);
+      },
+      [](const Failure& failure) {
+        publish(failure, comServer().name, IID_IClassFactory);
+        return failure.result;
+      });
 }
 
 HRESULT ClassFactory::LockServer(BOOL lock) {

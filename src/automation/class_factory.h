@@ -4,11 +4,11 @@
 
 #include <atomic>
 
-#include "com/creatable_classes.h"
+#include "automation/com_server.h"
 
 namespace tlpacscfg {
 
-/// Creates the objects of one class. A living factory keeps the component loaded.
+/// Creates the objects of one class. A living factory keeps the DLL loaded.
 class ClassFactory final : public IClassFactory {
  public:
   explicit ClassFactory(const CreatableClass& type);

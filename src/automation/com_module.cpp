@@ -1,0 +1,84 @@
+#include "automation/com_module.h"
+
+#include <oleauto.h>
+
+#include <array>
+#include <atomic>
+#include <mutex>
+
+#include "automation/com_error.h"
+#include "automation/com_server.h"
+
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
+namespace tlpacscfg {
+namespace {
+
+constexpr DWORD kNoThread = 0;
+
+std::mutex mutex;
+std::atomic<long> objects = 0;
+std::atomic<long> locks = 0;
+/// The thread that shared state belongs to, until it is released.
+std::atomic<DWORD> ownerThread = kNoThread;
+
+/// Never destroyed: at the end of the process, the code that frees type libraries may be gone.
+ComPtr<ITypeLib>& typeLibrary() {
+  static auto& library = *new ComPtr<ITypeLib>;
+  return library;
+}
+
+}  // namespace
+
+ObjectReference::ObjectReference() {
+  const std::scoped_lock lock(mutex);
+  checkThread();
+  if (comServer().releaseSharedState) ownerThread = GetCurrentThreadId();
+  ++objects;
+}
+
+ObjectReference::~ObjectReference() {
+  if (--objects > 0) return;
+  if (const auto release = comServer().releaseSharedState) {
+    guarded([&] {
+      release();
+      return S_OK;
+    });
+  }
+  const std::scoped_lock lock(mutex);
+  // Releasing may have let the host create an object.
+  if (objects == 0) ownerThread = kNoThread;
+  typeLibrary() = nullptr;
+}
+
+void checkThread() {
+  const DWORD owner = ownerThread;
+  if (owner != kNoThread && owner != GetCurrentThreadId()) throw ComError(RPC_E_WRONG_THREAD);
+}
+
+void lockServer() { ++locks; }
+void unlockServer() { --locks; }
+
+bool mayUnload() { return objects == 0 && locks == 0; }
+
+std::wstring modulePath() {
+  std::array<wchar_t, 32768> path{};
+  const DWORD length = GetModuleFileNameW(reinterpret_cast<HMODULE>(&__ImageBase), path.data(),
+                                          static_cast<DWORD>(path.size()));
+  return std::wstring(path.data(), length);
+}
+
+ComPtr<ITypeInfo> typeInfoOf(REFGUID id) {
+  const std::scoped_lock lock(mutex);
+  HRESULT status = S_OK;
+  if (!typeLibrary()) {
+    status = LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, typeLibrary().out());
+    if (FAILED(status)) throw ComError(status);
+  }
+  ComPtr<ITypeInfo> info;
+  status = typeLibrary()->GetTypeInfoOfGuid(id, info.out());
+  if (FAILED(status)) throw ComError(status);
+  return info;
+}
+
+}  // namespace tlpacscfg
