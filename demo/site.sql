@@ -1,7 +1,7 @@
 -- A hospital's reading rooms: ten configurations, one for each vendor format and one more, and
--- forty workstations. Three things that a real site has and nobody would make up: old rows with
+-- forty workstations. Irregular data as in real sites: old rows with
 -- NULL in the columns that came later (3), flags stored as -1 and as 1, and a workstation whose
--- configuration was deleted long ago (ANNEX-02).
+-- configuration no longer exists (ANNEX-02).
 
 BEGIN;
 

@@ -166,7 +166,7 @@ void place(Arguments arguments) {
                frame.top);
 }
 
-/// The middle of a control on the screen, for a mouse that is not ours.
+/// The middle of a control in screen coordinates, for a simulated mouse.
 void middle(Arguments arguments) {
   RECT frame{};
   GetWindowRect(controlIn(arguments), &frame);
