@@ -2,6 +2,7 @@
 #include <objbase.h>
 #include <oaidl.h>
 
+#include <filesystem>
 #include <stdexcept>
 
 #include "benchmarks/measurements.h"
@@ -43,14 +44,17 @@ void measureCreation(const std::wstring& component, const std::wstring& emptyCom
                      int repetitions) {
   CLSID classId{};
   require(SUCCEEDED(CLSIDFromProgID(L"TLPACSCFG.clsConfig", &classId)));
-  for (int i = 0; i < repetitions; ++i) {
-    Library library;
-    record("creation", 0, Series::Baseline,
-           secondsOf([&] { library = create(emptyComponent, classId); }));
-    library.reset();
-    record("creation", 0, Series::Component,
-           secondsOf([&] { library = create(component, classId); }));
-  }
+  Library library;
+  const auto creation = [&](const std::wstring& path) {
+    return Timed{[&] { library = create(path, classId); }, [&] { library.reset(); }};
+  };
+  compare("creation", 0, repetitions, creation(component), creation(emptyComponent));
+
+  const auto size = [](const std::wstring& file) {
+    return static_cast<double>(std::filesystem::file_size(std::filesystem::path(file)));
+  };
+  record("dll-size", 0, Series::Component, size(component));
+  record("dll-size", 0, Series::Baseline, size(emptyComponent));
 }
 
 }  // namespace tlpacscfg::bench

@@ -9,9 +9,6 @@
 namespace tlpacscfg::bench {
 namespace {
 
-constexpr DWORD kSettlingMilliseconds = 2'000;
-constexpr DWORD kIdleMilliseconds = 10'000;
-
 double processorSeconds() {
   FILETIME created{}, ended{}, kernel{}, user{};
   GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
@@ -25,14 +22,17 @@ double processorSeconds() {
 
 }  // namespace
 
-void measureIdle(const Site& site) {
+void measureIdle(const Site& site, int seconds) {
+  constexpr int kMilliseconds = 1000;
+  const auto observed = static_cast<DWORD>(seconds * kMilliseconds);
   const std::shared_ptr<clsConfig> config = initialised(site);
   const DWORD windowThread = GetCurrentThreadId();
   double used = 0;
   std::thread observer([&] {
-    Sleep(kSettlingMilliseconds);
+    // Until the window is settled.
+    Sleep(observed / 5);
     const double before = processorSeconds();
-    Sleep(kIdleMilliseconds);
+    Sleep(observed);
     used = processorSeconds() - before;
     PostThreadMessageW(windowThread, WM_QUIT, 0, 0);
   });
@@ -40,7 +40,7 @@ void measureIdle(const Site& site) {
   observer.join();
   MSG message;
   PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-  record("idle", site.workstations, Series::Component, used * 1000 / kIdleMilliseconds);
+  record("idle", site.workstations, Series::Component, used / seconds);
   disconnect();
 }
 

@@ -5,22 +5,25 @@
 #include <vector>
 
 #include "benchmarks/bare/list_view.h"
+#include "benchmarks/bare/odbc.h"
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
 #include "support/conversions.h"
+#include "support/system.h"
 #include "ui/workstation_list/view/workstation_list_window.h"
 #include "ui/resource.h"
 
 namespace tlpacscfg::bench {
 namespace {
 
-SIZE sizeOf(HWND window) {
-  RECT frame{};
-  GetWindowRect(window, &frame);
-  return {frame.right - frame.left, frame.bottom - frame.top};
-}
+/// Of the list in the window as it is designed.
+constexpr SIZE kListSize = {480, 400};
 
-/// The rows of the filter that the window begins with, as the model has them.
+/// Filling the list asks for the identifiers of all configurations.
+constexpr const wchar_t* kNumbering =
+    L"select config_id  from Interface_PACS_cfg order by config_id";
+
+/// The rows of the filter that the window begins with.
 WorkstationRows rowsOf(const clsConfig& config) {
   WorkstationRows rows;
   rows.fill(*config.m_colWorkstation, *config.m_colPACSConfig, WorkstationFilter::Assigned);
@@ -50,34 +53,70 @@ std::vector<std::int32_t> identifiersOf(const WorkstationRows& rows) {
   return identifiers;
 }
 
-}  // namespace
-
-void measureListWindow(const Site& site, int repetitions) {
-  const std::shared_ptr<clsConfig> config = initialised(site);
+void measureFilling(const Site& site, const std::shared_ptr<clsConfig>& config,
+                    const std::vector<bare::Row>& texts) {
   frmPACSList window(config);
   window.Show();
   const HWND list = window.item(IDC_frmPACSList_lvwPACSList);
-
-  const WorkstationRows rows = rowsOf(*config);
-  const std::vector<bare::Row> texts = textsOf(rows);
-  bare::ListView bareList(sizeOf(list));
-  compare("filling", site, repetitions, {[&] {
+  RECT frame{};
+  GetWindowRect(list, &frame);
+  bare::ListView bareList({frame.right - frame.left, frame.bottom - frame.top}, texts);
+  bare::Connection connection(site.connectString(Way::Direct));
+  compare("filling", site.workstations, site.repetitions, {[&] {
             window.FillPCList();
             UpdateWindow(list);
           }},
-          {[&] { bareList.fill(texts); }, [&] { bareList.clear(); }});
+          {[&] {
+            connection.fetch(kNumbering);
+            bareList.fill(WorkstationRows::kName, system::computerName());
+          }});
+  window.destroy();
+}
 
-  // In the order in which the window shows them when it opens.
-  WorkstationRows shown = rows;
+/// Begins in the order in which the window shows the rows when it opens.
+void measureSorting(const Site& site, WorkstationRows shown) {
   sort(shown, WorkstationRows::kName, SortType::Text);
   const std::vector<std::int32_t> identifiers = identifiersOf(shown);
   WorkstationRows sorted;
   std::vector<std::int32_t> keys;
-  compare("sorting", site, repetitions * 3,
+  compare("sorting", site.workstations, site.repetitions,
           {[&] { sort(sorted, WorkstationRows::kConfigID, SortType::WholeNumber); },
            [&] { sorted = shown; }},
           {[&] { std::stable_sort(keys.begin(), keys.end()); }, [&] { keys = identifiers; }});
-  window.destroy();
+}
+
+}  // namespace
+
+void measureListWindow(const Site& site) {
+  const std::shared_ptr<clsConfig> config = initialised(site);
+  const WorkstationRows rows = rowsOf(*config);
+  measureFilling(site, config, textsOf(rows));
+  measureSorting(site, rows);
+  disconnect();
+}
+
+void measureFirstOpening(const Site& site, Series series) {
+  const std::shared_ptr<clsConfig> config = initialised(site);
+  const auto time = [&](const std::function<void()>& action) {
+    record("opening-list", site.workstations, series, secondsOf(action));
+  };
+  if (series == Series::Component) {
+    frmPACSList window(config);
+    time([&] {
+      window.Show();
+      UpdateWindow(window.window());
+      UpdateWindow(window.item(IDC_frmPACSList_lvwPACSList));
+    });
+    window.destroy();
+  } else {
+    const std::vector<bare::Row> texts = textsOf(rowsOf(*config));
+    bare::Connection connection(site.connectString(Way::Direct));
+    time([&] {
+      bare::ListView list(kListSize, texts);
+      connection.fetch(kNumbering);
+      list.fill(WorkstationRows::kName, system::computerName());
+    });
+  }
   disconnect();
 }
 

@@ -8,17 +8,19 @@
 namespace tlpacscfg::bench {
 namespace {
 
-/// The workstation list's statement in SQLite's words.
-constexpr const wchar_t* kWorkstations =
-    L"select p.pc_name,(select key_value from system_workstation_cfg where key_name = 'PACSConfig' "
-    L"and pc_name = p.pc_name) AS key_value, access_string, p.flag2 from system_pc_names p";
+/// An Init of an object of its own; neither making nor dropping that is timed.
+Timed initOf(const Site& site, Way way, std::shared_ptr<clsConfig>& config) {
+  return {[&config] { init(*config); },
+          [&site, way, &config] {
+            disconnect();
+            config = configFor(site, way);
+          }};
+}
 
-using Fetch = std::size_t (bare::Connection::*)(const std::wstring&);
-
-void fetchAll(const Site& site, Fetch fetch) {
-  bare::Connection connection(site.connectString());
-  const std::size_t configurations = (connection.*fetch)(loadingStatement());
-  const std::size_t workstations = (connection.*fetch)(kWorkstations);
+void fetchAll(const Site& site, Way way, const std::wstring& listing) {
+  bare::Connection connection(site.connectString(way));
+  const std::size_t configurations = connection.fetch(loadingStatement());
+  const std::size_t workstations = connection.fetch(listing);
   if (configurations != static_cast<std::size_t>(site.configurations) ||
       workstations != static_cast<std::size_t>(site.workstations)) {
     throw std::runtime_error("The bare loop read another number of rows.");
@@ -27,19 +29,18 @@ void fetchAll(const Site& site, Fetch fetch) {
 
 }  // namespace
 
-void measureLoading(const Site& site, int repetitions) {
+void measureLoading(const Site& site, Way way) {
   std::shared_ptr<clsConfig> config;
-  const Timed init{[&] {
-                     if (!config->Init()) throw std::runtime_error("Init failed");
-                   },
-                   [&] {
-                     disconnect();
-                     config = configFor(site);
-                   }};
-  compare("loading-blocks", site, repetitions, init,
-          {[&] { fetchAll(site, &bare::Connection::fetchByBlocks); }});
-  compare("loading-cells", site, repetitions, init,
-          {[&] { fetchAll(site, &bare::Connection::fetchByCells); }});
+  const std::wstring listing = statementsAt(way, kListStatement).front();
+  compare(way == Way::Direct ? "loading" : "loading-server", site.workstations, site.repetitions,
+          initOf(site, way, config), {[&] { fetchAll(site, way, listing); }});
+  disconnect();
+}
+
+void measureServiceLoading(const Site& site) {
+  std::shared_ptr<clsConfig> config;
+  compare("loading-service", site.workstations, site.repetitions,
+          initOf(site, Way::Service, config), initOf(site, Way::Direct, config));
   disconnect();
 }
 

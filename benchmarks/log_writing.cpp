@@ -30,18 +30,19 @@ void appendLine(const std::wstring& file) {
 void measureLog(const std::wstring& folder, int repetitions) {
   const std::wstring bareLog = folder + L"\\bare.log";
   const std::wstring log = folder + L"\\component.log";
-  for (int repetition = 0; repetition < repetitions; ++repetition) {
-    DeleteFileW(bareLog.c_str());
-    record("log", kLines, Series::Baseline, secondsOf([&] {
-             for (int i = 0; i < kLines; ++i) appendLine(bareLog);
-           }));
-    DeleteFileW(log.c_str());
-    g_strLogFile = log;
-    record("log", kLines, Series::Component, secondsOf([] {
+  compare("log", 0, repetitions,
+          {[] {
              for (int i = 0; i < kLines; ++i) WriteLog(kMessage, log_level::kInformation);
-           }));
-    g_strLogFile.clear();
-  }
+           },
+           [&] {
+             DeleteFileW(log.c_str());
+             g_strLogFile = log;
+           }},
+          {[&] {
+             for (int i = 0; i < kLines; ++i) appendLine(bareLog);
+           },
+           [&] { DeleteFileW(bareLog.c_str()); }});
+  g_strLogFile.clear();
 }
 
 }  // namespace tlpacscfg::bench

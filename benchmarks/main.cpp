@@ -1,12 +1,15 @@
 #include <windows.h>
 #include <objbase.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "benchmarks/measurements.h"
-#include "benchmarks/measuring.h"
 #include "support/system.h"
 #include "support/text.h"
 
@@ -15,48 +18,77 @@ using namespace tlpacscfg::bench;
 
 namespace {
 
-struct Scale {
-  Site site;
-  int repetitions;
+/// What one run measures.
+struct Plan {
+  std::vector<Site> sites;
+  std::vector<Site> serverSites;  ///< The stand-in is too slow for the largest.
+  int repetitions;                ///< Of what does not depend on the site.
+  int idleSeconds;
 };
 
-/// The largest collection that 16-bit positions reach, and the most identifiers that leave one
-/// free.
-const Scale kScales[] = {
-    {{L"TlBenchSmall", 10, 10}, 30},
-    {{L"TlBenchMedium", 1'000, 1'000}, 15},
-    {{L"TlBenchFull", 32'766, 32'767}, 5},
-};
+const Site kSmallest = {L"TlBench10", 10, 10, 1};
 
-void measureAll(wchar_t** arguments) {
-  const std::wstring schema = arguments[0];
-  const std::wstring folder = arguments[1];
-  for (const Scale& scale : kScales) {
-    std::fprintf(stderr, "Making a site of %d workstations\n", scale.site.workstations);
-    makeSite(scale.site, schema);
+/// The growth is that from a quarter to the whole. The largest collection is the one that 16-bit
+/// positions reach, with the most identifiers that leave one free.
+Plan planFor(std::wstring_view scale) {
+  if (scale == L"smallest") return {{kSmallest}, {{L"TlBenchServer", 10, 10, 1}}, 1, 1};
+  return {{{L"TlBench1000", 1'000, 1'000, 11},
+           {L"TlBench8192", 8'192, 8'192, 5},
+           {L"TlBench32767", 32'766, 32'767, 5}},
+          {{L"TlBenchServer", 1'000, 1'000, 5}, {L"TlBenchServer", 4'000, 4'000, 5}},
+          15,
+          10};
+}
+
+void announce(const char* what, const Site& site) {
+  std::fprintf(stderr, "Measuring %s with %d workstations\n", what, site.workstations);
+}
+
+void measureAll(const Plan& plan, wchar_t** arguments) {
+  std::fprintf(stderr, "Making the sites\n");
+  const bool listed = plan.sites.front().dataSource == kSmallest.dataSource;
+  if (!listed) makeSite(kSmallest);
+  for (const Site& site : plan.sites) makeSite(site);
+  for (const Site& site : plan.sites) {
+    announce("SQLite", site);
+    measureMemory(site);
+    measureLoading(site, Way::Direct);
+    measureListWindow(site);
+    measureSettingsWindow(site, kSmallest);
+    measureSaving(site, Way::Direct);
+    announce("the remote service", site);
+    measureServiceLoading(site);
+    measureServiceSaving(site);
   }
-  for (const Scale& scale : kScales) {
-    std::fprintf(stderr, "Measuring with %d workstations\n", scale.site.workstations);
-    measureMemory(scale.site);
-    measureLoading(scale.site, scale.repetitions);
-    measureListWindow(scale.site, scale.repetitions);
-    measureSettingsWindow(scale.site, scale.repetitions);
-    measureSaving(scale.site, scale.repetitions);
+  for (const Site& site : plan.serverSites) {
+    announce("the stand-in for SQL Server", site);
+    makeServerSite(site);
+    measureLoading(site, Way::Server);
+    measureSaving(site, Way::Server);
   }
   std::fprintf(stderr, "Measuring what does not depend on the site\n");
-  measureLog(folder, 5);
-  measureCreation(arguments[2], arguments[3], 20);
-  measureIdle(kScales[2].site);
+  measureLog(arguments[0], plan.repetitions);
+  measureCreation(arguments[1], arguments[2], plan.repetitions);
+  measureIdle(plan.sites.back(), plan.idleSeconds);
+}
+
+void run(int count, wchar_t** arguments) {
+  const Plan plan = planFor(arguments[1]);
+  const std::wstring_view command = arguments[2];
+  if (command == L"all" && count == 6) return measureAll(plan, arguments + 3);
+  if (command == L"first-opening" && count == 4) {
+    const std::wstring_view series = arguments[3];
+    return measureFirstOpening(plan.sites.back(),
+                               series == L"component" ? Series::Component : Series::Baseline);
+  }
+  throw std::runtime_error("Run ./bench.");
 }
 
 }  // namespace
 
-/// tlpacscfg_bench SCHEMA FOLDER COMPONENT EMPTY-COMPONENT
+/// tlpacscfg_bench full|smallest all FOLDER COMPONENT EMPTY-COMPONENT
+/// tlpacscfg_bench full|smallest first-opening component|baseline
 int wmain(int count, wchar_t** arguments) {
-  if (count != 5) {
-    std::fprintf(stderr, "Run ./bench.\n");
-    return 2;
-  }
   system::showMessage = [](const system::Message& message) -> system::Answer {
     // Whether to save what the rules changed.
     if (message.buttons == system::Buttons::YesNoCancel) return system::Answer::No;
@@ -64,8 +96,9 @@ int wmain(int count, wchar_t** arguments) {
     std::_Exit(1);
   };
   try {
+    if (count < 4) throw std::runtime_error("Run ./bench.");
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    measureAll(arguments + 1);
+    run(count, arguments);
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());

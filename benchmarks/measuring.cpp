@@ -11,19 +11,29 @@ double secondsOf(const std::function<void()>& action) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-void record(const char* measurement, int workstations, Series series, double value) {
-  std::printf("%s\t%d\t%s\t%.9g\n", measurement, workstations,
+void record(const char* row, int size, Series series, double value) {
+  std::printf("%s\t%d\t%s\t%.9g\n", row, size,
               series == Series::Component ? "component" : "baseline", value);
   std::fflush(stdout);
 }
 
-void compare(const char* measurement, const Site& site, int repetitions, const Timed& component,
-             const Timed& baseline) {
+void measure(const char* row, int size, int repetitions, const Timed& component) {
   for (int i = 0; i < repetitions; ++i) {
-    baseline.prepare();
-    record(measurement, site.workstations, Series::Baseline, secondsOf(baseline.action));
     component.prepare();
-    record(measurement, site.workstations, Series::Component, secondsOf(component.action));
+    record(row, size, Series::Component, secondsOf(component.action));
+  }
+}
+
+void compare(const char* row, int size, int repetitions, const Timed& component,
+             const Timed& baseline) {
+  const auto time = [&](Series series) {
+    const Timed& timed = series == Series::Component ? component : baseline;
+    timed.prepare();
+    record(row, size, series, secondsOf(timed.action));
+  };
+  for (int i = 0; i < repetitions; ++i) {
+    time(i % 2 == 0 ? Series::Baseline : Series::Component);
+    time(i % 2 == 0 ? Series::Component : Series::Baseline);
   }
 }
 

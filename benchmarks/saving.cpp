@@ -1,32 +1,73 @@
+#include <stdexcept>
+
 #include "benchmarks/bare/odbc.h"
-#include "benchmarks/collector.h"
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
-#include "odbc/dialect.h"
+#include "data/workstation_key.h"
+#include "host/site_access.h"
+#include "workstation/assignments.h"
 
 namespace tlpacscfg::bench {
 namespace {
 
-/// The batches that saving sends, each already in the statements that the driver takes.
-std::vector<std::vector<std::wstring>> batchesOf(const clsConfig& config) {
-  std::vector<std::vector<std::wstring>> batches;
-  for (const std::wstring& text :
-       textsExecutedBy([&] { config.m_colWorkstation->SaveAllWorkStationSettings(); })) {
-    batches.push_back(statementsFor(Dialect::Sqlite, text));
+using Batches = std::vector<std::vector<std::wstring>>;
+
+Batches batchesOf(const clsConfig& config, Way way) {
+  std::vector<colWorkstation::Pointer> all;
+  for (const auto& workstation : config.m_colWorkstation->ColWorkStations->items()) {
+    all.push_back(workstation);
   }
+  Batches batches;
+  forEachAssignmentCommand(all, [&](const std::wstring& command, std::size_t) {
+    batches.push_back(statementsAt(way, command));
+  });
+  batches.push_back(statementsAt(way, kOfflineUpdateStatement));
   return batches;
+}
+
+void execute(bare::Connection& connection, const std::vector<std::wstring>& statements) {
+  for (const std::wstring& statement : statements) connection.execute(statement);
+}
+
+/// As closing the list does: with a look at what is stored before, and another one afterwards.
+void saveAsList(clsConfig& config) {
+  const SiteAccess access(config);
+  if (!saveAssignments(*config.m_colWorkstation, {}, [](std::size_t, std::size_t) {}).empty()) {
+    throw std::runtime_error("Nobody else has assigned anything.");
+  }
 }
 
 }  // namespace
 
-void measureSaving(const Site& site, int repetitions) {
-  const std::shared_ptr<clsConfig> config = initialised(site);
-  const std::vector<std::vector<std::wstring>> batches = batchesOf(*config);
-  bare::Connection connection(site.connectString());
-  compare("saving-assignments", site, repetitions,
-          {[&] { config->m_colWorkstation->SaveAllWorkStationSettings(); }}, {[&] {
-            for (const auto& batch : batches) connection.executeTogether(batch);
+void measureSaving(const Site& site, Way way) {
+  const std::shared_ptr<clsConfig> config = initialised(site, way);
+  const Batches batches = batchesOf(*config, way);
+  const std::wstring listing = statementsAt(way, kListStatement).front();
+  bare::Connection connection(site.connectString(way));
+  if (way == Way::Direct) {
+    compare("saving", site.workstations, site.repetitions,
+            {[&] { config->m_colWorkstation->SaveAllWorkStationSettings(); }}, {[&] {
+              for (const auto& batch : batches) {
+                connection.together([&] { execute(connection, batch); });
+              }
+            }});
+  }
+  compare(way == Way::Direct ? "saving-checked" : "saving-server", site.workstations,
+          site.repetitions, {[&] { saveAsList(*config); }}, {[&] {
+            connection.serializably([&] {
+              connection.fetch(listing);
+              for (const auto& batch : batches) execute(connection, batch);
+              connection.fetch(listing);
+            });
           }});
+  disconnect();
+}
+
+void measureServiceSaving(const Site& site) {
+  const std::shared_ptr<clsConfig> direct = initialised(site);
+  const std::shared_ptr<clsConfig> remote = initialised(site, Way::Service);
+  compare("saving-service", site.workstations, site.repetitions, {[&] { saveAsList(*remote); }},
+          {[&] { saveAsList(*direct); }});
   disconnect();
 }
 

@@ -1,9 +1,9 @@
 #include <windows.h>
+#include <commctrl.h>
 
+#include <optional>
 #include <stdexcept>
 
-#include "benchmarks/bare/odbc.h"
-#include "benchmarks/collector.h"
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
 #include "support/text.h"
@@ -42,56 +42,83 @@ void click(int controlId) {
   SendMessageW(button, BM_CLICK, 0, 0);
 }
 
-void draw() {
+/// Until everything is shown and drawn.
+void processMessages() {
   MSG message;
-  while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE)) {
-    DispatchMessageW(&message);
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+}
+
+/// The settings window beside the list window that it belongs to.
+class SettingsWindow {
+ public:
+  explicit SettingsWindow(const std::shared_ptr<clsConfig>& config) : list_(config) {
+    list_.Show();
+    processMessages();
   }
-}
-
-void open() {
-  click(IDC_frmPACSList_cmdEditConfig);
-  draw();
-  if (control(IDC_frmPACSSettings_btnExit) == nullptr) {
-    throw std::runtime_error("The settings window did not open.");
+  ~SettingsWindow() {
+    if (control(IDC_frmPACSSettings_btnExit) != nullptr) click(IDC_frmPACSSettings_btnExit);
+    list_.destroy();
   }
-}
+  SettingsWindow(const SettingsWindow&) = delete;
+  SettingsWindow& operator=(const SettingsWindow&) = delete;
 
-void close() {
-  if (control(IDC_frmPACSSettings_btnExit) != nullptr) click(IDC_frmPACSSettings_btnExit);
-}
+  static void open() {
+    click(IDC_frmPACSList_cmdEditConfig);
+    processMessages();
+    if (control(IDC_frmPACSSettings_btnExit) == nullptr) {
+      throw std::runtime_error("The settings window did not open.");
+    }
+  }
 
-/// The statement that saves one configuration, without the mark that follows.
-std::wstring savingStatement(const clsConfig& config) {
-  return textsExecutedBy([&] { config.m_colPACSConfig->Item(2)->SaveConfiguration(); }).front();
+  static void turnTo(int row) {
+    const HWND list = control(IDC_frmPACSSettings_lvwConfigs);
+    ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    processMessages();
+  }
+
+  static void describe(const std::wstring& text) {
+    SetWindowTextW(control(IDC_frmPACSSettings_txtDescription), text.c_str());
+    processMessages();
+  }
+
+  static void save() {
+    click(IDC_frmPACSSettings_btnSave);
+    processMessages();
+  }
+
+ private:
+  frmPACSList list_;
+};
+
+void measureOpening(const Site& site, const std::shared_ptr<clsConfig>& config,
+                    const std::shared_ptr<clsConfig>& smallest) {
+  std::optional<SettingsWindow> window;
+  const auto opening = [&window](const std::shared_ptr<clsConfig>& of) {
+    return Timed{&SettingsWindow::open, [&window, &of] {
+                   window.reset();
+                   window.emplace(of);
+                 }};
+  };
+  compare("opening-settings", site.workstations, site.repetitions, opening(config),
+          opening(smallest));
 }
 
 }  // namespace
 
-void measureSettingsWindow(const Site& site, int repetitions) {
+void measureSettingsWindow(const Site& site, const Site& smallest) {
+  const std::shared_ptr<clsConfig> few = initialised(smallest);
   const std::shared_ptr<clsConfig> config = initialised(site);
-  frmPACSList window(config);
-  window.Show();
-  for (int i = 0; i < repetitions; ++i) {
-    close();
-    record("opening-settings", site.workstations, Series::Component, secondsOf(open));
-  }
+  measureOpening(site, config, few);
 
-  const std::wstring update = savingStatement(*config);
-  bare::Connection connection(site.connectString());
+  SettingsWindow window(config);
+  SettingsWindow::open();
+  int row = 0;
+  measure("turning", site.workstations, site.repetitions,
+          {[&row] { SettingsWindow::turnTo(++row); }});
   int edits = 0;
-  compare("saving-configuration", site, repetitions,
-          {[] {
-             click(IDC_frmPACSSettings_btnSave);
-             draw();
-           },
-           [&] {
-             const std::wstring description = L"Edited " + decimal(++edits);
-             SetWindowTextW(control(IDC_frmPACSSettings_txtDescription), description.c_str());
-           }},
-          {[&] { connection.execute(update); }});
-  close();
-  window.destroy();
+  measure("saving-configuration", site.workstations, site.repetitions,
+          {&SettingsWindow::save,
+           [&edits] { SettingsWindow::describe(L"Edited " + decimal(++edits)); }});
   disconnect();
 }
 

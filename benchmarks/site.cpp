@@ -1,6 +1,7 @@
 #include "benchmarks/site.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,6 +13,7 @@
 #include "benchmarks/bare/odbc.h"
 #include "config/columns.h"
 #include "data/database.h"
+#include "odbc/dialect.h"
 #include "support/registry.h"
 #include "support/text.h"
 
@@ -23,8 +25,15 @@ std::wstring numbered(const wchar_t* prefix, int number) {
   return prefix + std::wstring(5 - digits.size(), L'0') + digits;
 }
 
-void makeTables(bare::Connection& database, const std::wstring& schema) {
-  std::ifstream stream(std::filesystem::path(schema), std::ios::binary);
+/// What ./bench tells through the surroundings.
+std::wstring told(const char* name) {
+  const char* const value = std::getenv(name);
+  if (value == nullptr) throw std::runtime_error(std::string(name) + " is not set: run ./bench.");
+  return fromUtf8(value);
+}
+
+void makeTables(bare::Connection& database) {
+  std::ifstream stream(std::filesystem::path(told("TL_BENCH_SCHEMA")), std::ios::binary);
   const std::wstring script = fromUtf8(std::string{std::istreambuf_iterator<char>(stream), {}});
   std::wstring text;
   for (const std::wstring_view line : split(script, L'\n')) {
@@ -106,34 +115,75 @@ void addWorkstations(bare::Connection& database, const Site& site) {
   database.insert(insertion(L"System_workstation_cfg", 6), std::move(assignments));
 }
 
-}  // namespace
-
-void makeSite(const Site& site, const std::wstring& schema) {
-  bare::Connection database(site.connectString());
-  makeTables(database, schema);
+void addRows(const Site& site) {
+  bare::Connection database(site.connectString(Way::Direct));
   addConfigurations(database, site.configurations);
   addWorkstations(database, site);
+}
 
-  const std::wstring key = L"SOFTWARE\\ODBC\\ODBC.INI\\" + site.dataSource;
+void setValue(const std::wstring& key, const std::wstring& name, const std::wstring& value) {
   registry::createKey(registry::Root::CurrentUser, key);
-  registry::write(registry::Root::CurrentUser, key, L"DATABASE", site.dataSource);
+  registry::write(registry::Root::CurrentUser, key, name, value);
 }
 
-std::shared_ptr<clsConfig> configFor(const Site& site) {
+}  // namespace
+
+std::wstring Site::connectString(Way way) const {
+  if (way == Way::Direct) return L"DSN=" + dataSource + L";";
+  return L"Driver={SQL Server};Server=127.0.0.1;Database=Talora;UID=sa;PWD=;";
+}
+
+void makeSite(const Site& site) {
+  bare::Connection database(site.connectString(Way::Direct));
+  makeTables(database);
+  addRows(site);
+  setValue(L"SOFTWARE\\ODBC\\ODBC.INI\\" + site.dataSource, L"DATABASE", site.dataSource);
+  setValue(L"SOFTWARE\\TlCommClient", L"Token", told("TL_BENCH_TOKEN"));
+  setValue(L"SOFTWARE\\TlCommClient", L"Transport", L"http");
+}
+
+void makeServerSite(const Site& site) {
+  bare::Connection control(L"Driver={SQL Server};Server=127.0.0.2;UID=test;PWD=test;");
+  control.execute(L"TELL '{\"command\":\"store\",\"path\":\"" + told("TL_SCRATCH") + L"/" +
+                  site.dataSource + L".db\"}'");
+  addRows(site);
+}
+
+std::shared_ptr<clsConfig> configFor(const Site& site, Way way) {
   auto config = std::make_shared<clsConfig>();
-  config->settings->SQLDSN = site.dataSource;
+  HostSettings& settings = *config->settings;
+  g_blnTlCommClientEnabled = way == Way::Service;
+  if (way == Way::Direct) settings.SQLDSN = site.dataSource;
+  if (way == Way::Server) {
+    settings.SqlServerName = L"127.0.0.1";
+    settings.SqlDbName = L"Talora";
+  }
+  if (way == Way::Service) {
+    settings.TlCommClientHostIP = L"127.0.0.1";
+    settings.TlCommClientHostPort = told("TL_BENCH_PORT");
+    settings.TlCommClientTimeout = L"60";
+    settings.SqlDbName = site.dataSource;
+  }
   return config;
 }
 
-std::shared_ptr<clsConfig> initialised(const Site& site) {
-  const std::shared_ptr<clsConfig> config = configFor(site);
-  if (!config->Init()) throw std::runtime_error("Init failed");
+std::shared_ptr<clsConfig> initialised(const Site& site, Way way) {
+  const std::shared_ptr<clsConfig> config = configFor(site, way);
+  init(*config);
   return config;
+}
+
+void init(clsConfig& config) {
+  if (!config.Init()) throw std::runtime_error("Init failed");
 }
 
 void disconnect() {
   g_rsQuery.reset();
   DisconnectDatabase();
+}
+
+std::vector<std::wstring> statementsAt(Way way, const std::wstring& text) {
+  return statementsFor(way == Way::Direct ? Dialect::Sqlite : Dialect::SqlServer, text);
 }
 
 }  // namespace tlpacscfg::bench

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <array>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -12,17 +13,22 @@ namespace tlpacscfg::bench::bare {
 
 using Row = std::array<std::wstring, 5>;
 
-/// A visible window with nothing but a list view that keeps its texts itself.
+/// A visible window with nothing but a virtual list view over finished texts.
 class ListView {
  public:
-  /// `size` is that of the list.
-  explicit ListView(SIZE size);
+  ListView(SIZE size, const std::vector<Row>& rows);
+  ListView(const ListView&) = delete;
+  ListView& operator=(const ListView&) = delete;
 
-  void clear();
-  /// Puts the rows in one by one, drawing them once at the end.
-  void fill(const std::vector<Row>& rows);
+  /// Sorts the rows by the column as Windows sorts names, shows and draws them, the row of that
+  /// name selected.
+  void fill(std::size_t column, const std::wstring& selected);
 
  private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+  const std::vector<Row>& rows_;
+  std::vector<std::size_t> order_;
   UniqueHandle<HWND, &DestroyWindow> window_;
   HWND list_ = nullptr;
 };

@@ -8,8 +8,24 @@
 namespace tlpacscfg::bench::bare {
 namespace {
 
-constexpr SQLULEN kRowsInBlock = 100;
-constexpr std::size_t kNarrowestColumn = 32;
+// The component's choices (see odbc/block_fetch.cpp).
+constexpr std::size_t kBlockBytes = 1 << 20;
+constexpr std::size_t kMaxRows = 2000;
+constexpr std::size_t kMinWidth = 32;
+constexpr std::size_t kMaxWidth = 4000;
+
+struct Buffer {
+  SQLSMALLINT type = SQL_C_WCHAR;
+  std::size_t cellBytes = 0;
+  std::vector<char> texts;
+  std::vector<SQLLEN> lengths;
+};
+
+bool isWholeNumber(SQLSMALLINT type) {
+  return type == SQL_TINYINT || type == SQL_SMALLINT || type == SQL_INTEGER || type == SQL_BIGINT;
+}
+
+SQLPOINTER attribute(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
 
 SQLWCHAR* mutableText(const std::wstring& text) {
   return const_cast<SQLWCHAR*>(reinterpret_cast<const SQLWCHAR*>(text.c_str()));
@@ -46,41 +62,34 @@ void Connection::check(SQLRETURN code) const {
   throw std::runtime_error("ODBC: " + toUtf8(reinterpret_cast<const wchar_t*>(text)));
 }
 
-SQLSMALLINT Connection::open(const std::wstring& sql) {
-  execute(sql);
+std::size_t Connection::fetch(const std::wstring& sql) {
+  check(SQLExecDirectW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size())));
   SQLSMALLINT columns = 0;
   check(SQLNumResultCols(statement_, &columns));
-  return columns;
-}
-
-void Connection::close() {
-  check(SQLFreeStmt(statement_, SQL_CLOSE));
-  check(SQLFreeStmt(statement_, SQL_UNBIND));
-}
-
-std::size_t Connection::fetchByBlocks(const std::wstring& sql) {
-  const SQLSMALLINT columns = open(sql);
-  SQLULEN fetched = 0;
-  const auto rowsInBlock = reinterpret_cast<SQLPOINTER>(kRowsInBlock);
-  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_ARRAY_SIZE, rowsInBlock, 0));
-  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0));
-
-  struct Buffer {
-    std::vector<SQLWCHAR> texts;
-    std::vector<SQLLEN> lengths;
-  };
   std::vector<Buffer> buffers(static_cast<std::size_t>(columns));
+  std::size_t rowBytes = sizeof(SQLUSMALLINT);
   for (SQLUSMALLINT i = 0; i < columns; ++i) {
     SQLULEN size = 0;
     SQLSMALLINT nameLength = 0, type = 0, digits = 0, nullable = 0;
     check(SQLDescribeColW(statement_, static_cast<SQLUSMALLINT>(i + 1), nullptr, 0, &nameLength,
                           &type, &size, &digits, &nullable));
-    const std::size_t width = std::max<std::size_t>(size, kNarrowestColumn) + 1;
-    buffers[i].texts.resize(width * kRowsInBlock);
-    buffers[i].lengths.resize(kRowsInBlock);
-    check(SQLBindCol(statement_, static_cast<SQLUSMALLINT>(i + 1), SQL_C_WCHAR,
-                     buffers[i].texts.data(), static_cast<SQLLEN>(width * sizeof(SQLWCHAR)),
-                     buffers[i].lengths.data()));
+    const std::size_t width = std::clamp<std::size_t>(size, kMinWidth, kMaxWidth) + 1;
+    buffers[i].type = isWholeNumber(type) ? SQL_C_CHAR : SQL_C_WCHAR;
+    buffers[i].cellBytes = width * (isWholeNumber(type) ? 1 : sizeof(SQLWCHAR));
+    rowBytes += buffers[i].cellBytes + sizeof(SQLLEN);
+  }
+  const std::size_t rowsInBlock = std::clamp<std::size_t>(kBlockBytes / rowBytes, 1, kMaxRows);
+  std::vector<SQLUSMALLINT> status(rowsInBlock);
+  SQLULEN fetched = 0;
+  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_ARRAY_SIZE, attribute(rowsInBlock), 0));
+  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_STATUS_PTR, status.data(), 0));
+  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0));
+  for (SQLUSMALLINT i = 0; i < columns; ++i) {
+    Buffer& buffer = buffers[i];
+    buffer.texts.resize(buffer.cellBytes * rowsInBlock);
+    buffer.lengths.resize(rowsInBlock);
+    check(SQLBindCol(statement_, static_cast<SQLUSMALLINT>(i + 1), buffer.type, buffer.texts.data(),
+                     static_cast<SQLLEN>(buffer.cellBytes), buffer.lengths.data()));
   }
 
   std::size_t rows = 0;
@@ -90,62 +99,63 @@ std::size_t Connection::fetchByBlocks(const std::wstring& sql) {
     check(code);
     rows += fetched;
   }
-  close();
-  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(1), 0));
+  check(SQLFreeStmt(statement_, SQL_CLOSE));
+  check(SQLFreeStmt(statement_, SQL_UNBIND));
+  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_ARRAY_SIZE, attribute(1), 0));
+  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0));
   check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0));
   return rows;
 }
 
-std::size_t Connection::fetchByCells(const std::wstring& sql) {
-  const SQLSMALLINT columns = open(sql);
-  std::vector<SQLWCHAR> text(4096);
-  std::size_t rows = 0;
-  for (;;) {
-    const SQLRETURN code = SQLFetch(statement_);
-    if (code == SQL_NO_DATA) break;
-    check(code);
-    ++rows;
-    for (SQLUSMALLINT i = 1; i <= columns; ++i) {
-      SQLLEN length = 0;
-      check(SQLGetData(statement_, i, SQL_C_WCHAR, text.data(),
-                       static_cast<SQLLEN>(text.size() * sizeof(SQLWCHAR)), &length));
-    }
-  }
-  close();
-  return rows;
-}
-
 void Connection::execute(const std::wstring& sql) {
-  check(SQLExecDirectW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size())));
+  SQLRETURN code =
+      SQLExecDirectW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size()));
+  check(code);
+  // An error of a later statement shows only where its result is asked for.
+  do {
+    code = SQLMoreResults(statement_);
+    check(code);
+  } while (code != SQL_NO_DATA);
 }
 
 void Connection::setAutocommit(bool on) {
-  const std::uintptr_t mode = on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
-  check(SQLSetConnectAttrW(connection_, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(mode),
+  check(SQLSetConnectAttrW(connection_, SQL_ATTR_AUTOCOMMIT,
+                           attribute(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
                            SQL_IS_UINTEGER));
 }
 
-void Connection::executeTogether(const std::vector<std::wstring>& statements) {
+void Connection::setIsolation(SQLUINTEGER level) {
+  check(SQLSetConnectAttrW(connection_, SQL_ATTR_TXN_ISOLATION, attribute(level), SQL_IS_UINTEGER));
+}
+
+void Connection::together(const std::function<void()>& work) {
   setAutocommit(false);
-  for (const std::wstring& statement : statements) execute(statement);
+  work();
   check(SQLEndTran(SQL_HANDLE_DBC, connection_, SQL_COMMIT));
   setAutocommit(true);
 }
 
+void Connection::serializably(const std::function<void()>& work) {
+  SQLUINTEGER before = 0;
+  check(SQLGetConnectAttrW(connection_, SQL_ATTR_TXN_ISOLATION, &before, sizeof(before), nullptr));
+  if (before != SQL_TXN_SERIALIZABLE) setIsolation(SQL_TXN_SERIALIZABLE);
+  together(work);
+  if (before != SQL_TXN_SERIALIZABLE) setIsolation(before);
+}
+
 void Connection::insert(const std::wstring& sql, std::vector<std::vector<std::wstring>> rows) {
-  setAutocommit(false);
-  check(SQLPrepareW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size())));
-  SQLLEN terminated = SQL_NTS;
-  for (std::vector<std::wstring>& row : rows) {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      check(SQLBindParameter(statement_, static_cast<SQLUSMALLINT>(i + 1), SQL_PARAM_INPUT,
-                             SQL_C_WCHAR, SQL_WVARCHAR, 4000, 0, row[i].data(), 0, &terminated));
+  together([&] {
+    check(SQLPrepareW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size())));
+    SQLLEN terminated = SQL_NTS;
+    for (std::vector<std::wstring>& row : rows) {
+      for (std::size_t i = 0; i < row.size(); ++i) {
+        check(SQLBindParameter(statement_, static_cast<SQLUSMALLINT>(i + 1), SQL_PARAM_INPUT,
+                               SQL_C_WCHAR, SQL_WVARCHAR, 4000, 0, row[i].data(), 0, &terminated));
+      }
+      check(SQLExecute(statement_));
     }
-    check(SQLExecute(statement_));
-  }
-  check(SQLFreeStmt(statement_, SQL_RESET_PARAMS));
-  check(SQLEndTran(SQL_HANDLE_DBC, connection_, SQL_COMMIT));
-  setAutocommit(true);
+    check(SQLFreeStmt(statement_, SQL_RESET_PARAMS));
+  });
 }
 
 }  // namespace tlpacscfg::bench::bare

@@ -5,6 +5,7 @@
 #include <sqlext.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,22 +20,24 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  /// Both read every row of the statement and return how many there were. Cells arrive as text: in
-  /// bound arrays of rows, or asked for one by one.
-  std::size_t fetchByBlocks(const std::wstring& sql);
-  std::size_t fetchByCells(const std::wstring& sql);
+  /// Reads every row into bound arrays, keeps none, and returns how many there were. The arrays
+  /// have the component's size and types.
+  std::size_t fetch(const std::wstring& sql);
 
+  /// One or several statements.
   void execute(const std::wstring& sql);
-  /// The statements in one transaction.
-  void executeTogether(const std::vector<std::wstring>& statements);
+
+  /// Runs the work in one transaction; it stays open when the work throws.
+  void together(const std::function<void()>& work);
+  /// The same, and serializable.
+  void serializably(const std::function<void()>& work);
 
   /// Runs the statement with parameters once for each row, in one transaction.
   void insert(const std::wstring& sql, std::vector<std::vector<std::wstring>> rows);
 
  private:
-  SQLSMALLINT open(const std::wstring& sql);
-  void close();
   void setAutocommit(bool on);
+  void setIsolation(SQLUINTEGER level);
   void check(SQLRETURN code) const;
 
   SQLHENV environment_ = SQL_NULL_HENV;
