@@ -13,6 +13,7 @@
 #include "benchmarks/bare/odbc.h"
 #include "config/columns.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "odbc/dialect.h"
 #include "support/registry.h"
 #include "support/text.h"
@@ -152,7 +153,7 @@ void makeServerSite(const Site& site) {
 std::shared_ptr<clsConfig> configFor(const Site& site, Way way) {
   auto config = std::make_shared<clsConfig>();
   HostSettings& settings = *config->settings;
-  g_blnTlCommClientEnabled = way == Way::Service;
+  modMain.g_blnTlCommClientEnabled = way == Way::Service;
   if (way == Way::Direct) settings.SQLDSN = site.dataSource;
   if (way == Way::Server) {
     settings.SqlServerName = L"127.0.0.1";
@@ -178,7 +179,7 @@ void init(clsConfig& config) {
 }
 
 void disconnect() {
-  g_rsQuery.reset();
+  modMain.g_rsQuery.reset();
   DisconnectDatabase();
 }
 

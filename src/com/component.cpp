@@ -7,10 +7,10 @@
 #include "automation/com_server.h"
 #include "com/identities.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
 #include "host/config.h"
 #include "support/brnkregs.h"
-#include "support/secret.h"
 
 namespace tlpacscfg {
 namespace {
@@ -26,15 +26,8 @@ const CreatableClass kClasses[] = {
 };
 
 void releaseModuleState() {
-  g_rsQuery.reset();
   DisconnectDatabase();
-  // A new object marks an open connection as closed; such a one is still held here.
-  g_conSql.reset();
-  g_envSql.reset();
-  g_conOffline.reset();
-  g_envOffline.reset();
-  g_objConfig.reset();
-  wipe(g_strSqlPassword);
+  releaseModMain();
 }
 
 template <class Pointer>
@@ -44,12 +37,8 @@ void abandon(Pointer& pointer) {
 
 /// Leaves connections to the process that ends: their drivers may be gone already.
 void abandonModuleState() {
-  abandon(g_rsQuery);
-  abandon(g_objTlCommClient);
-  abandon(g_conSql);
-  abandon(g_envSql);
-  abandon(g_conOffline);
-  abandon(g_envOffline);
+  abandon(modMain);
+  abandon(modTlCommClient);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "config/columns.h"
-#include "data/host_settings.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
 #include "log/log_support.h"
@@ -49,7 +49,9 @@ std::wstring encodedValue(const clsPACSConfiguration& record, const Column& colu
 
 }  // namespace
 
-std::wstring savingUser() { return decimal(g_objConfig ? g_objConfig->User_ID : std::int16_t{0}); }
+std::wstring savingUser() {
+  return decimal(modMain.g_objConfig ? modMain.g_objConfig->User_ID : std::int16_t{0});
+}
 
 void clsPACSConfiguration::FillFields(FieldValues values) {
   for (std::size_t i = 0; i < kColumnCount; ++i) {
@@ -94,10 +96,8 @@ std::wstring clsPACSConfiguration::savingStatement() const {
 std::int16_t clsPACSConfiguration::SaveConfiguration() {
   const std::wstring sql = savingStatement();
   if (ExistingConfig == kFalse) ExistingConfig = kTrue;
-  if (statementsAreExecuted()) {
-    ExecuteSQL(sql);
-    AddOfflineDbUpdate();
-  }
+  ExecuteSQL(sql);
+  AddOfflineDbUpdate();
   return 0;
 }
 

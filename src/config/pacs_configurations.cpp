@@ -1,16 +1,18 @@
 #include "config/pacs_configurations.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "config/columns.h"
-#include "data/database.h"
+#include "data/data_path.h"
+#include "data/mod_main.h"
 #include "data/row_error.h"
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"
 #include "log/log_support.h"
 #include "support/conversions.h"
-#include "support/system.h"
 #include "support/runtime_error.h"
+#include "support/system.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
@@ -45,48 +47,23 @@ void showDeleteError(std::int16_t configID, const RunTimeError& error) {
 }
 
 void colPACSConfiguration::GetPACSConfigurations() {
-  const std::wstring statement = loadingStatement();
-  std::shared_ptr<odbc::Connection> connection;
-  if (g_blnUseOfflineDB) {
-    if (g_blnOfflineConnected) connection = g_conOffline;
-  } else if (TlCommClientConnected()) {
-    return loadRemote(statement);
-  } else if (g_blnSqlConnected) {
-    connection = g_conSql;
-  }
-  if (!connection) return;
-  openShared(connection, statement);
+  const DataPath& path = loadingPath();
+  const auto rows = path.load(
+      loadingStatement(),
+      {L"[TLPACSCFG] Getting PACS configurations using TlCommClient", log_level::kOperation});
+  if (!rows) return;
   AddIntitialConfig();
-  loadRows(sharedResult(), connection->emptyTextsComeAsNull() ? RowSource::DatabaseWithoutEmptyTexts
-                                                              : RowSource::Database);
-}
-
-void colPACSConfiguration::loadRows(ResultSet& rows, RowSource source) {
-  ColPACSConfigs->reserve(ColPACSConfigs->count() + rows.RowsLeft());
-  for (std::size_t row = 1; !rows.EndOfData(); rows.MoveNext(), ++row) {
-    addRow([&](std::size_t column) { return rows.Column(column); }, row, source);
+  ColPACSConfigs->reserve(ColPACSConfigs->count() + rows->RowsLeft());
+  for (std::size_t row = 1; !rows->EndOfData(); rows->MoveNext(), ++row) {
+    addRow([&](std::size_t column) { return rows->Column(column); }, row, path.cellRules());
   }
-  rows.Close();
-}
-
-void colPACSConfiguration::loadRemote(const std::wstring& statement) {
-  WriteLog(L"[TLPACSCFG] Getting PACS configurations using TlCommClient", log_level::kOperation);
-  Table data;
-  if (TlCommClientQuery(statement) != 1 || !TlCommClientGetDataset(1, data)) return;
-  AddIntitialConfig();
-  for (std::size_t row = 0; row < data.rows(); ++row) {
-    const auto cell = [&](std::size_t column) {
-      if (column >= data.columns()) raise(ErrorNumber::SubscriptOutOfRange);
-      return data.at(column, row);
-    };
-    addRow(cell, row + 1, RowSource::RemoteClient);
-  }
+  rows->Close();
 }
 
 void colPACSConfiguration::addRow(const std::function<Cell(std::size_t)>& cell, std::size_t row,
-                                  RowSource source) {
+                                  CellRules rules) {
   try {
-    AddCurrenttoCollection(recordOfRow(cell, source));
+    AddCurrenttoCollection(recordOfRow(cell, rules));
   } catch (const RunTimeError& error) {
     throw RowError(error, L"row " + decimal(row) + L" (config_id " +
                               std::wstring(cell(0).value_or(L"Null")) + L")");
@@ -104,13 +81,15 @@ colPACSConfiguration::Pointer colPACSConfiguration::Item(std::int64_t position) 
   return ColPACSConfigs->at(static_cast<std::size_t>(position));
 }
 
+// A client is asked for the highest number alone. The other paths go through the rows of the shared
+// result set, whatever it holds while no database is open.
 std::int16_t colPACSConfiguration::GetNextConfigID() {
-  if (TlCommClientConnected()) {
+  if (dataPath().isRemote()) {
     WriteLog(kRemoteNumbering, log_level::kOperation);
     Table data;
-    TlCommClientQuery(kHighestStatement);
+    std::ignore = TlCommClientQuery(kHighestStatement);
     // Only the table counts: rows that came with an error are rows.
-    TlCommClientGetDataset(1, data);
+    std::ignore = TlCommClientGetDataset(1, data);
     return numberAfterFirst(data);
   }
   WriteLog(kNumbering, log_level::kOperation);
@@ -124,29 +103,25 @@ std::int16_t colPACSConfiguration::GetNextConfigID() {
 }
 
 std::int16_t colPACSConfiguration::RequireNextConfigID() {
-  if (TlCommClientConnected()) {
-    WriteLog(kRemoteNumbering, log_level::kOperation);
-    return numberAfterFirst(requireTlCommClientTable(kHighestStatement));
-  }
-  if (!g_blnSqlConnected) return GetNextConfigID();
-  WriteLog(kNumbering, log_level::kOperation);
+  const DataPath& path = dataPath();
+  if (!path.executes()) return GetNextConfigID();
+  WriteLog(path.isRemote() ? kRemoteNumbering : kNumbering, log_level::kOperation);
+  if (path.isRemote()) return numberAfterFirst(path.query(kHighestStatement));
   numberFromRows();
   return NextConfigID;
 }
 
-/// In the rows of the shared slot, which the SQL connection fills anew.
+/// In the rows of the shared result set, which the SQL connection fills anew.
 void colPACSConfiguration::numberFromRows() {
   NextConfigID = 1;
-  if (g_blnSqlConnected) {
-    g_rsQuery.reset();
-    openShared(g_conSql, std::wstring(L"select config_id ") + kLineBreak +
-                             L" from Interface_PACS_cfg " + kLineBreak + L"order by config_id");
-  }
-  if (!g_rsQuery) return;
-  for (; !g_rsQuery->EndOfData(); g_rsQuery->MoveNext()) {
-    NextConfigID = numberAfter(g_rsQuery->Column(0));
-  }
-  g_rsQuery->Close();
+  const DataPath& path = dataPath();
+  if (path.executes()) modMain.g_rsQuery.reset();
+  path.fillSharedResult(std::wstring(L"select config_id ") + kLineBreak +
+                        L" from Interface_PACS_cfg " + kLineBreak + L"order by config_id");
+  const auto rows = modMain.g_rsQuery;
+  if (!rows) return;
+  for (; !rows->EndOfData(); rows->MoveNext()) NextConfigID = numberAfter(rows->Column(0));
+  rows->Close();
 }
 
 colPACSConfiguration::Pointer colPACSConfiguration::find(std::int16_t configID) const {
@@ -167,14 +142,8 @@ void colPACSConfiguration::AddCurrenttoCollection(const Pointer& record) {
 
 void colPACSConfiguration::RemoveConfig(std::int16_t configID) {
   try {
-    const std::wstring statement = deletingStatement(configID);
-    if (TlCommClientConnected()) {
-      TlCommClientExecute(statement);
-      AddOfflineDbUpdate();
-    } else if (g_blnSqlConnected) {
-      openShared(g_conSql, statement);
-      AddOfflineDbUpdate();
-    }
+    dataPath().executeIntoSharedResult(deletingStatement(configID));
+    AddOfflineDbUpdate();
     ColPACSConfigs->remove(static_cast<std::size_t>(GetItemNumber(configID)));
   } catch (const std::exception& error) {
     showDeleteError(configID, describe(error));

@@ -6,7 +6,6 @@
 
 #include "config/pacs_configuration.h"
 #include "config/row_reading.h"
-#include "data/result_set.h"
 #include "support/keyed_collection.h"
 
 namespace tlpacscfg {
@@ -30,21 +29,21 @@ class colPACSConfiguration {
   std::int16_t NextConfigID = 0;
 
   /// Adds the placeholder and the stored configurations to what is there. Does nothing when no
-  /// way to the data is open. Throws when the statement fails, on a duplicate identifier, and for
+  /// data path is open. Throws when the statement fails, on a duplicate identifier, and for
   /// a value that does not convert.
   void GetPACSConfigurations();
 
   void AddIntitialConfig();
 
-  /// By 1-based position; nothing when there is none.
+  /// By 1-based position; null when there is none.
   Pointer Item(std::int64_t position) const;
 
   /// The highest stored identifier plus 1, or 1. Database errors are suppressed; throws Overflow
-  /// behind 32767.
+  /// above 32767.
   std::int16_t GetNextConfigID();
 
-  /// The same question for who must know the answer: throws when it was not answered. Without a
-  /// way to a database that could answer it is the same as GetNextConfigID.
+  /// The same for callers that must not miss a failure: throws when the database did not answer.
+  /// While no database is open it is the same as GetNextConfigID.
   std::int16_t RequireNextConfigID();
 
   /// Makes the record the current one; an unknown identifier gives a fresh record that is not in
@@ -67,9 +66,7 @@ class colPACSConfiguration {
   std::shared_ptr<colPACSConfiguration> deepCopy() const;
 
  private:
-  void loadRows(ResultSet& rows, RowSource source);
-  void loadRemote(const std::wstring& statement);
-  void addRow(const std::function<Cell(std::size_t)>& cell, std::size_t row, RowSource source);
+  void addRow(const std::function<Cell(std::size_t)>& cell, std::size_t row, CellRules rules);
   void numberFromRows();
   Pointer find(std::int16_t configID) const;
 };

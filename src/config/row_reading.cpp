@@ -35,16 +35,16 @@ void readRemoteCell(clsPACSConfiguration& record, const Column& column, Cell cel
 }  // namespace
 
 std::shared_ptr<clsPACSConfiguration> recordOfRow(const std::function<Cell(std::size_t)>& cell,
-                                                  RowSource source) {
+                                                  CellRules rules) {
   auto record = std::make_shared<clsPACSConfiguration>();
   for (std::size_t i = 0; i < kColumnCount; ++i) {
     const Column& column = *columnsInLoadOrder()[i];
     Cell value = cell(i);
-    if (source == RowSource::RemoteClient) {
+    if (rules == CellRules::RemoteClient) {
       readRemoteCell(*record, column, value);
       continue;
     }
-    const bool emptyText = !value && source == RowSource::DatabaseWithoutEmptyTexts;
+    const bool emptyText = !value && rules == CellRules::DatabaseWithoutEmptyTexts;
     readCell(*record, column, emptyText && isText(column.field) ? Cell(L"") : value);
   }
   record->MarkAsLoaded();

@@ -4,20 +4,15 @@
 #include <memory>
 
 #include "config/pacs_configuration.h"
+#include "data/data_path.h"
 #include "odbc/table.h"
 
 namespace tlpacscfg {
-
-enum class RowSource {
-  Database,
-  DatabaseWithoutEmptyTexts,  ///< Its driver does not tell an empty text from NULL.
-  RemoteClient,               ///< A later number that is no number becomes its substitute.
-};
 
 /// The record of a row, existing and unchanged. `cell` gives the cell of a column in load order.
 /// Throws InvalidUseOfNull, TypeMismatch and Overflow for a cell that does not convert, and what
 /// `cell` throws.
 std::shared_ptr<clsPACSConfiguration> recordOfRow(const std::function<Cell(std::size_t)>& cell,
-                                                  RowSource source);
+                                                  CellRules rules);
 
 }  // namespace tlpacscfg

@@ -6,10 +6,9 @@
 #include <utility>
 
 #include "config/row_reading.h"
+#include "data/tl_comm_client.h"
 #include "odbc/error.h"
 #include "odbc/sql_tokens.h"
-#include "data/statements.h"
-#include "data/tl_comm_client.h"
 #include "support/conversions.h"
 #include "support/system.h"
 #include "support/text.h"
@@ -78,7 +77,7 @@ std::optional<std::int64_t> minutesOf(std::wstring_view text) {
 bool isNow(std::wstring_view stored) {
   const system::LocalTime now = system::localTime();
   const auto found = minutesOf(stored);
-  if (!found) return TlCommClientConnected();
+  if (!found) return dataPath().isRemote();
   using namespace std::chrono;
   const sys_days today = year(now.year) / month(static_cast<unsigned>(now.month)) /
                          day(static_cast<unsigned>(now.day));
@@ -141,12 +140,12 @@ void checkQuotes(const clsPACSConfiguration& record) {
   }
 }
 
-Configuration configurationIn(const SiteCommand& command, const Table& rows) {
+Configuration configurationIn(const Table& rows) {
   if (rows.rows() == 0) return nullptr;
   if (rows.rows() > 1) raise(ErrorNumber::DuplicateKey);
   if (rows.columns() < kColumnCount) raise(ErrorNumber::SubscriptOutOfRange);
   return recordOfRow([&](std::size_t column) { return rows.at(column, 0); },
-                     command.isTransaction() ? RowSource::Database : RowSource::RemoteClient);
+                     dataPath().cellRules());
 }
 
 /// The rows that a statement left; null when a remote client that executed it cannot read them.
@@ -163,7 +162,7 @@ std::optional<Table> rowsWritten(SiteCommand& command, std::int16_t configID) {
 Configuration readBack(SiteCommand& command, std::int16_t configID) {
   const auto rows = rowsWritten(command, configID);
   if (!rows) return nullptr;
-  Configuration stored = configurationIn(command, *rows);
+  Configuration stored = configurationIn(*rows);
   if (!stored) throw notSaved(L"The configuration is not in the database.");
   return stored;
 }
@@ -219,7 +218,7 @@ std::wstring FieldError::descriptionFor(const std::wstring& fieldName) const {
 }
 
 Configuration storedConfiguration(SiteCommand& command, std::int16_t configID) {
-  return configurationIn(command, command.query(loadingStatement(configID)));
+  return configurationIn(command.query(loadingStatement(configID)));
 }
 
 bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& stored) {
@@ -230,7 +229,7 @@ bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& s
 }
 
 void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known) {
-  if (!statementsAreExecuted()) return;
+  if (!dataPath().executes()) return;
   checkQuotes(record);
   for (;; record.configID = toInt16(std::int64_t{record.configID} + 1)) {
     if (known.GetItemNumber(record.configID) != 0) continue;
@@ -241,14 +240,14 @@ void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known) {
     } catch (const FieldError&) {
       throw;
     } catch (const RunTimeError&) {
-      if (TlCommClientConnected() || !isStored(record.configID)) throw;
+      if (dataPath().isRemote() || !isStored(record.configID)) throw;
     }
   }
 }
 
 std::optional<ForeignChange> storeChanged(clsPACSConfiguration& record,
                                           const Configuration& loaded) {
-  if (!statementsAreExecuted()) return std::nullopt;
+  if (!dataPath().executes()) return std::nullopt;
   checkQuotes(record);
   SiteCommand command;
   const Configuration stored = storedConfiguration(command, record.configID);

@@ -5,30 +5,20 @@
 #include <optional>
 #include <utility>
 
-#include "odbc/error.h"
+#include "data/data_path.h"
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
-#include "support/system.h"
+#include "odbc/error.h"
 #include "support/registry.h"
 #include "support/runtime_error.h"
 #include "support/secret.h"
+#include "support/system.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
 
-bool g_blnSqlConnected = false;
-bool g_blnOfflineConnected = false;
-std::shared_ptr<const odbc::Environment> g_envSql;
-std::shared_ptr<odbc::Connection> g_conSql;
-std::shared_ptr<const odbc::Environment> g_envOffline;
-std::shared_ptr<odbc::Connection> g_conOffline;
-std::unique_ptr<ResultSet> g_rsQuery;
-std::wstring g_strSqlUser;
-std::wstring g_strSqlPassword;
-
 namespace {
-
-constexpr const wchar_t* kTestStatement = L"SELECT GetDate()";
 
 std::wstring errorText(const RunTimeError& error, const wchar_t* lastLine) {
   return L"Err.Description= " + error.description() + kLineBreak + L"Err.Number " +
@@ -105,16 +95,16 @@ std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
 }
 
 bool ConnectToDatabase(const HostSettings& config) {
-  if (g_blnSqlConnected) return true;
+  if (modMain.g_blnSqlConnected) return true;
   WriteLog(L"[TLPACSCFG] Connecting to database", log_level::kOperation);
-  g_strSqlUser = loginName(config);
-  wipe(g_strSqlPassword);
-  g_strSqlPassword = trimBlanks(config.Password);
+  modMain.g_strSqlUser = loginName(config);
+  wipe(modMain.g_strSqlPassword);
+  modMain.g_strSqlPassword = trimBlanks(config.Password);
   try {
     system::processPendingMessages();
-    g_conSql = openSqlConnection(config, std::chrono::seconds(config.SqlTimeout));
-    g_envSql = g_conSql->environment();
-    g_blnSqlConnected = true;
+    modMain.g_conSql = openSqlConnection(config, std::chrono::seconds(config.SqlTimeout));
+    modMain.g_envSql = modMain.g_conSql->environment();
+    modMain.g_blnSqlConnected = true;
     return true;
   } catch (const std::exception& error) {
     showConnectError(describe(error));
@@ -123,22 +113,22 @@ bool ConnectToDatabase(const HostSettings& config) {
 }
 
 bool ConnectToOfflineDatabase(const HostSettings&) {
-  if (g_blnOfflineConnected) return true;
+  if (modMain.g_blnOfflineConnected) return true;
   try {
     WriteLog(L"[TLPACSCFG] Connecting to offline database", log_level::kOperation);
-    if (!fileExists(g_strOfflineDbPath)) {
+    if (!fileExists(modMain.g_strOfflineDbPath)) {
       system::showMessage({.text =
                                L"Local configuration database was not set or could not be found.  "
                                L"Cannot load PACS configurations in Stand Alone mode"});
       return false;
     }
-    g_envOffline = std::make_shared<const odbc::Environment>(odbc::CursorLibrary::Used,
-                                                             std::chrono::seconds(10));
-    g_conOffline = std::make_shared<odbc::Connection>(
-        g_envOffline, L"", odbc::Prompt::ForMissingInformation,
+    modMain.g_envOffline = std::make_shared<const odbc::Environment>(odbc::CursorLibrary::Used,
+                                                                     std::chrono::seconds(10));
+    modMain.g_conOffline = std::make_shared<odbc::Connection>(
+        modMain.g_envOffline, L"", odbc::Prompt::ForMissingInformation,
         L"UID=;PWD=;DRIVERID=25;Driver={Microsoft Access Driver (*.mdb)};DBQ=" +
-            g_strOfflineDbPath + L";");
-    g_blnOfflineConnected = true;
+            modMain.g_strOfflineDbPath + L";");
+    modMain.g_blnOfflineConnected = true;
     return true;
   } catch (const std::exception& error) {
     system::showMessage(
@@ -155,51 +145,19 @@ void DisconnectDatabase() {
     connection.reset();
     environment.reset();
   };
-  if (g_blnSqlConnected) disconnect(g_conSql, g_envSql);
-  if (g_blnOfflineConnected) disconnect(g_conOffline, g_envOffline);
-  g_blnSqlConnected = false;
-  g_blnOfflineConnected = false;
+  if (modMain.g_blnSqlConnected) disconnect(modMain.g_conSql, modMain.g_envSql);
+  if (modMain.g_blnOfflineConnected) disconnect(modMain.g_conOffline, modMain.g_envOffline);
+  modMain.g_blnSqlConnected = false;
+  modMain.g_blnOfflineConnected = false;
 }
 
-bool TestDatabaseConnection() {
-  if (TlCommClientConnected()) return TlCommClientExecute(kTestStatement);
-  if (g_blnSqlConnected) {
-    g_rsQuery.reset();
-    try {
-      openShared(g_conSql, kTestStatement);
-    } catch (const std::exception& error) {
-      logFailure(L"Database connection test failed", describe(error));
-      return false;
-    }
-  }
-  if (!g_rsQuery) return false;
-  try {
-    const bool atEnd = g_rsQuery->EndOfData();
-    g_rsQuery->Close();
-    return !atEnd;
-  } catch (const std::exception&) {
-    // A result set closed earlier answers no question, which does not fail the test.
-    return true;
-  }
-}
+bool TestDatabaseConnection() { return dataPath().test(); }
 
 bool DSNDatabaseExists(const std::wstring& dsn) {
   if (dsn.empty()) return false;
   const std::wstring key = L"SOFTWARE\\ODBC\\ODBC.INI\\" + dsn;
   return !ReadRegString(registry::Root::LocalMachine, key, L"DATABASE").empty() ||
          !ReadRegString(registry::Root::CurrentUser, key, L"DATABASE").empty();
-}
-
-// The caller's pointer may be the module's own, which a callback may replace.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
-void openShared(std::shared_ptr<odbc::Connection> connection, const std::wstring& sql) {
-  if (!connection) raise(ErrorNumber::ObjectNotSet);
-  g_rsQuery = std::make_unique<ResultSet>(connection->query(sql));
-}
-
-ResultSet& sharedResult() {
-  if (!g_rsQuery) raise(ErrorNumber::ObjectNotSet);
-  return *g_rsQuery;
 }
 
 }  // namespace tlpacscfg

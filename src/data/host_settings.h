@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "support/secret.h"
@@ -29,18 +28,5 @@ struct HostSettings {
   std::int16_t Dynamic_DataSource = 0;
   std::wstring Talora_INIFile;
 };
-
-/// Settings that all configuration objects share.
-extern bool g_blnUseOfflineDB;
-extern bool g_blnTlCommClientEnabled;
-extern std::wstring g_strLocalTaloraDir;
-extern std::wstring g_strOfflineDbPath;
-extern std::wstring g_strNetworkRootDir;
-
-/// The settings of the configuration object created last.
-extern std::shared_ptr<HostSettings> g_objConfig;
-
-/// The offline database lies in the local directory, whose text is used as it stands.
-void setLocalTaloraDirectory(const std::wstring& directory);
 
 }  // namespace tlpacscfg

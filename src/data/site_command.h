@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "data/data_path.h"
 #include "odbc/connection.h"
-#include "odbc/table.h"
 #include "support/runtime_error.h"
 
 namespace tlpacscfg {
@@ -16,9 +16,9 @@ class OutcomeUnknown : public RunTimeError {
   explicit OutcomeUnknown(const RunTimeError& reason);
 };
 
-/// One command of the windows, from its first question to its last statement. On the direct way it
-/// is one transaction, the mark for offline copies included, and taken back unless it was
-/// committed. On the remote way each request is a transaction of its own. Whatever fails is a
+/// One command of the windows, from its first question to its last statement. On the direct path it
+/// is one transaction, the mark for offline copies included, and rolled back unless it was
+/// committed. On the remote path each request is a transaction of its own. Whatever fails is a
 /// RunTimeError.
 class SiteCommand {
  public:
@@ -26,19 +26,19 @@ class SiteCommand {
 
   /// False in stand-alone mode and while nothing is connected: then there is nothing to ask and
   /// nobody to tell.
-  bool reachesDatabase() const { return isTransaction() || remote_; }
-  /// Whether statements can still be taken back.
+  bool reachesDatabase() const { return path_.executes(); }
+  /// Whether statements can still be rolled back.
   bool isTransaction() const { return transaction_.has_value(); }
 
-  Table query(const std::wstring& sql);
-  void execute(const std::wstring& sql);
+  Table query(const std::wstring& sql) { return path_.query(sql); }
+  void execute(const std::wstring& sql) { path_.require(sql); }
 
-  /// Leaves the mark and commits. On the remote way, where the change is stored already, a mark
+  /// Leaves the mark and commits. On the remote path, where the change is stored already, a mark
   /// that fails is only logged.
   void markAndCommit();
 
  private:
-  bool remote_;
+  const DataPath& path_;
   std::shared_ptr<odbc::Connection> connection_;
   std::optional<odbc::Connection::Transaction> transaction_;
 };

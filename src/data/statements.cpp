@@ -1,23 +1,10 @@
 #include "data/statements.h"
 
-#include "data/database.h"
-#include "data/tl_comm_client.h"
-#include "log/log_support.h"
-#include "support/text.h"
+#include "data/data_path.h"
 
 namespace tlpacscfg {
 
-void ExecuteSQL(const std::wstring& sql) {
-  if (TlCommClientConnected()) {
-    TlCommClientExecute(sql);
-  } else if (g_blnSqlConnected) {
-    WriteLog(L"[TLPACSCFG] Executing query", log_level::kOperation);
-    WriteLog(std::wstring(L"[TLPACSCFG] Query:") + kLineBreak + sql, log_level::kStatementText);
-    const std::shared_ptr<odbc::Connection> connection = g_conSql;
-    if (!connection) raise(ErrorNumber::ObjectNotSet);
-    connection->execute(sql);
-  }
-}
+void ExecuteSQL(const std::wstring& sql) { dataPath().execute(sql); }
 
 std::wstring FixQuotes(const std::wstring& text) {
   std::wstring doubled;
@@ -28,7 +15,5 @@ std::wstring FixQuotes(const std::wstring& text) {
   }
   return doubled;
 }
-
-bool statementsAreExecuted() { return TlCommClientConnected() || g_blnSqlConnected; }
 
 }  // namespace tlpacscfg

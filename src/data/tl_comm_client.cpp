@@ -2,16 +2,15 @@
 
 #include <utility>
 
-#include "odbc/error.h"
 #include "log/log_support.h"
+#include "odbc/error.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
 
-std::shared_ptr<TlCommClientObject> g_objTlCommClient;
-std::wstring g_strTlDatabase;
+ModTlCommClient modTlCommClient;
 
 namespace {
 
@@ -47,7 +46,7 @@ Client connectedClient(const wchar_t* complaint = kNotConnected) {
     WriteLog(complaint, log_level::kOutcome);
     refuse(complaint + std::wstring_view(L"[TLPACSCFG] ").size());
   }
-  return g_objTlCommClient;
+  return modTlCommClient.g_objTlCommClient;
 }
 
 /// Throws the client's error, which is logged after the label.
@@ -74,7 +73,7 @@ void fetchArray(TlCommClientObject& client, Fetch fetch, const wchar_t* label) {
 std::int16_t queryTables(const std::wstring& sql) {
   logStatement(L"[TLPACSCFG] Querying DB using TlCommClient", sql);
   const Client client = connectedClient();
-  const std::int32_t count = client->SQLQueryTable(g_strTlDatabase, sql);
+  const std::int32_t count = client->SQLQueryTable(modTlCommClient.g_strTlDatabase, sql);
   checkError(*client, L"[TLPACSCFG] Query failed: ");
   if (count < 1) {
     WriteLog(L"[TLPACSCFG] Invalid table count returned", log_level::kError);
@@ -98,7 +97,7 @@ void fetchTable(std::int16_t index, Table& data) {
 void executeText(const std::wstring& sql) {
   logStatement(L"[TLPACSCFG] Executing query using TlCommClient", sql);
   const Client client = connectedClient();
-  if (client->SQLExecuteText(g_strTlDatabase, sql)) return;
+  if (client->SQLExecuteText(modTlCommClient.g_strTlDatabase, sql)) return;
   const std::wstring error = client->CheckForError();
   WriteLog(L"[TLPACSCFG] Query failed to execute: " + error, log_level::kError);
   refuse(error);
@@ -131,7 +130,7 @@ bool ConnectTlCommClient(const HostSettings& config) {
       }
     }
     WriteLog(L"[TLPACSCFG] Storing database name:" + config.SqlDbName, log_level::kStatementText);
-    g_strTlDatabase = config.SqlDbName;
+    modTlCommClient.g_strTlDatabase = config.SqlDbName;
     DisconnectTlCommClient();
 
     std::unique_ptr<TlCommClientObject> client = createTlCommClient();
@@ -141,23 +140,23 @@ bool ConnectTlCommClient(const HostSettings& config) {
                log_level::kError);
       return false;
     }
-    g_objTlCommClient = std::move(client);
+    modTlCommClient.g_objTlCommClient = std::move(client);
     WriteLog(L"[TLPACSCFG] TlCommClient connected successfully", log_level::kOutcome);
     return true;
   });
 }
 
 void DisconnectTlCommClient() {
-  const Client client = g_objTlCommClient;
+  const Client client = modTlCommClient.g_objTlCommClient;
   if (!client) return;
   const auto ignoringErrors = [](auto step) { orElse(false, [&] { return step(), true; }); };
   ignoringErrors([] { WriteLog(L"[TLPACSCFG] Disconnecting TlCommClient", log_level::kOutcome); });
   ignoringErrors([&] { client->DisconnectFromService(kApplication); });
   client->disconnected = true;
-  g_objTlCommClient.reset();
+  modTlCommClient.g_objTlCommClient.reset();
 }
 
-bool TlCommClientConnected() { return g_objTlCommClient != nullptr; }
+bool TlCommClientConnected() { return modTlCommClient.g_objTlCommClient != nullptr; }
 
 std::int16_t TlCommClientQuery(const std::wstring& sql) {
   return orElse(std::int16_t{0}, [&] { return queryTables(sql); });

@@ -43,29 +43,35 @@ class TlCommClientObject {
 /// Creates the registered client object; throws CannotCreateObject. Tests replace it.
 extern std::function<std::unique_ptr<TlCommClientObject>()> createTlCommClient;
 
-/// Null when not connected. A call in progress keeps its client alive.
-extern std::shared_ptr<TlCommClientObject> g_objTlCommClient;
-/// The database named with every statement.
-extern std::wstring g_strTlDatabase;
+/// The variables of the module.
+struct ModTlCommClient {
+  /// Null when not connected. A call in progress keeps its client alive.
+  std::shared_ptr<TlCommClientObject> g_objTlCommClient;
+  /// The database named with every statement.
+  std::wstring g_strTlDatabase;
+};
+
+extern ModTlCommClient modTlCommClient;
 
 /// None of these throws: what fails answers False or 0 and leaves its lines in the log.
-bool ConnectTlCommClient(const HostSettings& config);
+[[nodiscard]] bool ConnectTlCommClient(const HostSettings& config);
 void DisconnectTlCommClient();
-bool TlCommClientConnected();
+[[nodiscard]] bool TlCommClientConnected();
 
 /// The number of tables that the query gave.
-std::int16_t TlCommClientQuery(const std::wstring& sql);
+[[nodiscard]] std::int16_t TlCommClientQuery(const std::wstring& sql);
 /// `index` counts from 1.
-bool TlCommClientGetDataset(std::int16_t index, Table& data);
-bool TlCommClientExecute(const std::wstring& sql);
+[[nodiscard]] bool TlCommClientGetDataset(std::int16_t index, Table& data);
+[[nodiscard]] bool TlCommClientExecute(const std::wstring& sql);
 
 /// The same requests and log lines for callers that must not miss a failure: what answers 0 or
 /// False above is a RunTimeError in the client's words here.
 Table requireTlCommClientTable(const std::wstring& sql);
 void requireTlCommClientExecution(const std::wstring& sql);
 
-bool TlCommClientGetFileList(const std::wstring& directory, const std::wstring& pattern,
-                             std::vector<std::wstring>& files);
+[[nodiscard]] bool TlCommClientGetFileList(const std::wstring& directory,
+                                           const std::wstring& pattern,
+                                           std::vector<std::wstring>& files);
 
 /// The number in the text when it is numeric, else the default. Throws Overflow.
 std::int32_t ValOrDefault(std::wstring_view text, std::int32_t defaultValue);

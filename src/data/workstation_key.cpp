@@ -1,15 +1,12 @@
 #include "data/workstation_key.h"
 
-#include "data/database.h"
+#include "data/data_path.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
-#include "data/tl_comm_client.h"
 #include "log/log_support.h"
-#include "support/runtime_error.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
-
-std::wstring g_strWorkstationBatch;
 
 namespace {
 
@@ -28,20 +25,8 @@ std::int16_t WorkstationConfigExists(const std::wstring& pcName) {
   const std::wstring sql = lines({L"select key_value ", L"from System_Workstation_cfg",
                                   L"where pc_name = '" + pcName + L"' and ",
                                   L"application_id = 38 and ", L"key_name = 'PACSConfig'"});
-  if (TlCommClientConnected()) {
-    try {
-      WriteLog(L"[TLPACSCFG] Getting workstation user option using TlCommClient",
-               log_level::kOutcome);
-    } catch (const std::exception&) {
-      return 0;
-    }
-    Table data;
-    return TlCommClientQuery(sql) == 1 && TlCommClientGetDataset(1, data) && data.rows() > 0;
-  }
-  openShared(g_conSql, sql);
-  const bool found = !sharedResult().EndOfData();
-  sharedResult().Close();
-  return found;
+  return dataPath().hasRow(sql, {L"[TLPACSCFG] Getting workstation user option using TlCommClient",
+                                 log_level::kOutcome});
 }
 
 void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& configId) {
@@ -54,8 +39,8 @@ void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& config
             : lines({L"UPDATE system_workstation_cfg", L"SET key_value = '" + configId + L"'",
                      L"WHERE pc_name = '" + pcName + L"' and ", L"application_id = 38 and ",
                      L"key_name = 'PACSConfig'"});
-    g_strWorkstationBatch += kLineBreak;
-    g_strWorkstationBatch += kLineBreak + statement;
+    modMain.g_strWorkstationBatch += kLineBreak;
+    modMain.g_strWorkstationBatch += kLineBreak + statement;
   } catch (const std::exception&) {
     // The batch is only kept as text: a statement that could not be built is left out.
   }

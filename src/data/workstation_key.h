@@ -7,14 +7,12 @@
 /// of the database about a change.
 namespace tlpacscfg {
 
-/// Statements appended by SetWorkstationConfig, each behind two line breaks. Nothing runs them.
-extern std::wstring g_strWorkstationBatch;
-
 /// 1 when the workstation's row exists, else 0. The name goes into the statement as it stands.
 /// Throws when the direct connection fails.
 std::int16_t WorkstationConfigExists(const std::wstring& pcName);
 
-/// Appends the INSERT or the UPDATE of the workstation's row to the batch. Errors are swallowed.
+/// Appends the INSERT or the UPDATE of the workstation's row to g_strWorkstationBatch. Errors are
+/// swallowed.
 void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& configId);
 
 /// The statement of the mark that tells offline copies about a change.

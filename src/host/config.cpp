@@ -1,20 +1,21 @@
 #include "host/config.h"
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/row_error.h"
 #include "data/tl_comm_client.h"
 #include "host/version.h"
 #include "log/log_support.h"
-#include "support/system.h"
 #include "support/ini_file.h"
 #include "support/runtime_error.h"
+#include "support/system.h"
 #include "support/text.h"
 
 namespace tlpacscfg {
 
 clsConfig::clsConfig() {
-  g_blnSqlConnected = false;
-  g_objConfig = settings;
+  modMain.g_blnSqlConnected = false;
+  modMain.g_objConfig = settings;
 }
 
 bool clsConfig::Init() {
@@ -28,13 +29,13 @@ bool clsConfig::Init() {
     m_colPACSConfig->GetPACSConfigurations();
     step = L"Init failed";
     m_colWorkstation = std::make_shared<colWorkstation>();
-    if (g_blnUseOfflineDB) {
+    if (modMain.g_blnUseOfflineDB) {
       m_colWorkstation->GetOfflineWorkstationInfo();
     } else {
       m_colWorkstation->GetWorkstationsList();
     }
     ReadNetworkRootDir();
-    way = SiteWay::ofModules(*settings);
+    path = OpenedPath::ofModules(*settings);
     Initialized = true;
     return true;
   } catch (const std::exception& error) {
@@ -46,8 +47,8 @@ bool clsConfig::Init() {
 }
 
 bool clsConfig::openDataPath() {
-  if (g_blnUseOfflineDB) return ConnectToOfflineDatabase(*settings);
-  if (g_blnTlCommClientEnabled && ConnectTlCommClient(*settings)) return true;
+  if (modMain.g_blnUseOfflineDB) return ConnectToOfflineDatabase(*settings);
+  if (modMain.g_blnTlCommClientEnabled && ConnectTlCommClient(*settings)) return true;
   return ConnectToDatabase(*settings);
 }
 
@@ -56,10 +57,10 @@ std::wstring clsConfig::Version() const {
 }
 
 void ReadNetworkRootDir() {
-  if (!g_objConfig || g_objConfig->Talora_INIFile.empty()) return;
-  g_strNetworkRootDir =
-      trimBlanks(readIniValue(g_objConfig->Talora_INIFile, L"System", L"NetworkRootDir"));
-  if (g_strNetworkRootDir.empty()) {
+  if (!modMain.g_objConfig || modMain.g_objConfig->Talora_INIFile.empty()) return;
+  modMain.g_strNetworkRootDir =
+      trimBlanks(readIniValue(modMain.g_objConfig->Talora_INIFile, L"System", L"NetworkRootDir"));
+  if (modMain.g_strNetworkRootDir.empty()) {
     system::showMessage({.text = L"Error - NetworkRootDir was not specified in the TALORA.INI "
                                  L"Configuration file.",
                          .icon = system::Icon::Critical,

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "config/pacs_configurations.h"
+#include "data/data_path.h"
 #include "data/host_settings.h"
 #include "host/site_access.h"
 #include "workstation/workstation.h"
@@ -21,10 +22,12 @@ class clsConfig {
   bool ConfigLoaded = false;
   bool Initialized = false;
 
-  /// The way to the data that Init opened, for the windows.
-  SiteWay way;
+  /// The data path that Init opened, for the windows.
+  OpenedPath path;
+  /// Whether what fails on it cannot be rolled back.
+  bool isRemote() const { return path.client != nullptr || dataPath().isRemote(); }
 
-  /// Opens the way to the data and loads both collections. False when that failed, and false
+  /// Opens the data path and loads both collections. False when that failed, and false
   /// without doing anything when it was done before.
   bool Init();
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "data/database.h"
-#include "odbc/error.h"
 #include "host/config.h"
+#include "odbc/error.h"
 
 namespace tlpacscfg {
 namespace {
@@ -21,44 +21,38 @@ std::shared_ptr<TlCommClientObject> reconnected(const HostSettings& settings) {
   if (!ConnectTlCommClient(settings)) {
     throw RunTimeError(odbc::kOdbcFailed, L"The remote data client could not connect.");
   }
-  return g_objTlCommClient;
+  return modTlCommClient.g_objTlCommClient;
 }
 
 }  // namespace
 
-SiteWay SiteWay::ofModules(const HostSettings& settings) {
-  SiteWay way;
-  way.settings = settings;
-  way.standAlone = g_blnUseOfflineDB;
-  if (way.standAlone) return way;
-  way.client = g_objTlCommClient;
-  if (!way.client) way.connection = g_conSql;
-  return way;
-}
-
-SiteAccess::ModuleState SiteAccess::moduleState() {
-  return {g_blnUseOfflineDB, g_blnSqlConnected, g_conSql,
-          g_objTlCommClient, g_strTlDatabase,   g_objConfig};
+OpenedPath OpenedPath::ofModules(const HostSettings& settings) {
+  OpenedPath path;
+  path.settings = settings;
+  path.standAlone = modMain.g_blnUseOfflineDB;
+  if (path.standAlone) return path;
+  path.client = modTlCommClient.g_objTlCommClient;
+  if (!path.client) path.connection = modMain.g_conSql;
+  return path;
 }
 
 void SiteAccess::setModuleState(ModuleState state) {
-  g_blnUseOfflineDB = state.useOfflineDB;
-  g_blnSqlConnected = state.sqlConnected;
-  g_envSql = state.connection ? state.connection->environment() : nullptr;
-  g_conSql = std::move(state.connection);
-  g_objTlCommClient = std::move(state.client);
-  g_strTlDatabase = std::move(state.clientDatabase);
-  g_objConfig = std::move(state.settings);
+  static_cast<CurrentSite&>(modMain) = std::move(state.site);
+  modTlCommClient = std::move(state.client);
 }
 
 SiteAccess::SiteAccess(clsConfig& config) : accessedBefore_(accessed) {
-  SiteWay& way = config.way;
-  if (accessed == &config || (!way.connection && !way.client && !way.standAlone)) return;
-  before_ = moduleState();
+  const OpenedPath& path = config.path;
+  if (accessed == &config || (!path.connection && !path.client && !path.standAlone)) return;
+  before_ = ModuleState{.site = modMain, .client = modTlCommClient};
   try {
-    setModuleState({way.standAlone, way.connection != nullptr, way.connection, way.client,
-                    way.settings.SqlDbName, config.settings});
-    openWay(config);
+    setModuleState({.site = {.g_blnUseOfflineDB = path.standAlone,
+                             .g_blnSqlConnected = path.connection != nullptr,
+                             .g_envSql = path.connection ? path.connection->environment() : nullptr,
+                             .g_conSql = path.connection,
+                             .g_objConfig = config.settings},
+                    .client = {path.client, path.settings.SqlDbName}});
+    reopenPath(config);
   } catch (...) {
     setModuleState(*before_);
     throw;
@@ -71,23 +65,27 @@ SiteAccess::~SiteAccess() {
   if (!before_) return;
   accessed = accessedBefore_;
   // What another object made of the modules meanwhile stays.
-  if (g_objConfig == settings_) setModuleState(std::move(*before_));
+  if (modMain.g_objConfig == settings_) setModuleState(std::move(*before_));
 }
 
-/// Whoever held the way that was lost holds the new one afterwards.
-void SiteAccess::openWay(clsConfig& config) {
-  SiteWay& way = config.way;
-  if (way.connection && (way.connection->isLost() || !way.connection->answers())) {
-    const auto fresh = reopened(way.settings);
-    if (before_->connection == way.connection) before_->connection = fresh;
-    g_conSql = way.connection = fresh;
-    g_envSql = fresh->environment();
+/// Whoever held the path that was lost holds the new one afterwards.
+void SiteAccess::reopenPath(clsConfig& config) {
+  OpenedPath& path = config.path;
+  if (path.connection && (path.connection->isLost() || !path.connection->answers())) {
+    const auto fresh = reopened(path.settings);
+    if (before_->site.g_conSql == path.connection) {
+      before_->site.g_conSql = fresh;
+      before_->site.g_envSql = fresh->environment();
+    }
+    modMain.g_conSql = path.connection = fresh;
+    modMain.g_envSql = fresh->environment();
   }
-  if (way.client && way.client->disconnected) {
-    g_objTlCommClient.reset();
-    const auto fresh = reconnected(way.settings);
-    if (before_->client == way.client) before_->client = fresh;
-    way.client = fresh;
+  if (path.client && path.client->disconnected) {
+    modTlCommClient.g_objTlCommClient.reset();
+    const auto fresh = reconnected(path.settings);
+    auto& clientBefore = before_->client.g_objTlCommClient;
+    if (clientBefore == path.client) clientBefore = fresh;
+    path.client = fresh;
   }
 }
 

@@ -4,32 +4,31 @@
 #include <optional>
 #include <string>
 
-#include "data/host_settings.h"
-#include "odbc/connection.h"
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
 
 namespace tlpacscfg {
 
 class clsConfig;
 
-/// The way to the data that an object's Init opened; empty until then.
-struct SiteWay {
-  std::shared_ptr<odbc::Connection> connection;  ///< Of the direct way.
-  std::shared_ptr<TlCommClientObject> client;    ///< Of the remote way.
+/// The data path that an object's Init opened; empty until then.
+struct OpenedPath {
+  std::shared_ptr<odbc::Connection> connection;  ///< Of the direct path.
+  std::shared_ptr<TlCommClientObject> client;    ///< Of the remote path.
   bool standAlone = false;
   /// What it was opened with, to open it again.
   HostSettings settings;
 
-  static SiteWay ofModules(const HostSettings& settings);
+  static OpenedPath ofModules(const HostSettings& settings);
 };
 
 /// Lets the windows of a configuration object reach their own site: while it lives, the modules
-/// hold that object's settings and its way to the data, whatever another object made of them. A
-/// direct connection that is lost, and any way that was closed, is opened again first. One access
-/// is for one step, as a host may do anything while a message box waits. May be nested.
+/// hold that object's settings and its data path, whatever another object made of them. A direct
+/// connection that is lost, and any path that was closed, is opened again first. One access is for
+/// one step, as a host may do anything while a message box waits. May be nested.
 class SiteAccess {
  public:
-  /// Throws RunTimeError when the way cannot be opened again; the modules are as they were then.
+  /// Throws RunTimeError when the path cannot be opened again; the modules are as they were then.
   explicit SiteAccess(clsConfig& config);
   ~SiteAccess();
   SiteAccess(const SiteAccess&) = delete;
@@ -37,18 +36,13 @@ class SiteAccess {
 
  private:
   struct ModuleState {
-    bool useOfflineDB;
-    bool sqlConnected;
-    std::shared_ptr<odbc::Connection> connection;
-    std::shared_ptr<TlCommClientObject> client;
-    std::wstring clientDatabase;
-    std::shared_ptr<HostSettings> settings;
+    CurrentSite site;
+    ModTlCommClient client;
   };
-  static ModuleState moduleState();
   static void setModuleState(ModuleState state);
-  void openWay(clsConfig& config);
+  void reopenPath(clsConfig& config);
 
-  /// Null in a nested access, and for an object that has no way of its own.
+  /// Null in a nested access, and for an object that has no path of its own.
   std::optional<ModuleState> before_;
   clsConfig* accessedBefore_ = nullptr;
   std::shared_ptr<HostSettings> settings_;

@@ -5,11 +5,11 @@
 #include <span>
 #include <utility>
 
+#include "data/data_path.h"
+#include "data/mod_main.h"
+#include "data/workstation_key.h"
 #include "odbc/error.h"
 #include "odbc/sql_tokens.h"
-#include "data/statements.h"
-#include "data/tl_comm_client.h"
-#include "data/workstation_key.h"
 #include "support/conversions.h"
 #include "support/text.h"
 
@@ -22,8 +22,7 @@ using Assignments = std::unordered_map<std::wstring, std::wstring>;
 /// As a load understands the text; null for one that fails it.
 std::optional<std::int16_t> configIDOf(const std::wstring& stored) {
   try {
-    if (TlCommClientConnected() && !isNumeric(stored)) return std::int16_t{0};
-    return toInt16(stored);
+    return assignedConfigID(stored);
   } catch (const RunTimeError&) {
     return std::nullopt;
   }
@@ -141,8 +140,8 @@ bool isAssigned(SiteCommand& command, const colWorkstation& workstations, std::i
 std::vector<AssignmentConflict> saveAssignments(
     const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled,
     const std::function<void(std::size_t done, std::size_t total)>& progress) {
-  g_strWorkstationBatch.clear();
-  if (!statementsAreExecuted()) return {};
+  modMain.g_strWorkstationBatch.clear();
+  if (!dataPath().executes()) return {};
   SiteCommand command;
   const Merge merged = merge(workstations, storedAssignments(command), overruled);
   if (!merged.conflicts.empty()) return merged.conflicts;
@@ -163,7 +162,7 @@ std::vector<AssignmentConflict> saveAssignments(
   } catch (const OutcomeUnknown&) {
     throw;
   } catch (...) {
-    // A transaction that is taken back leaves nothing to be confirmed.
+    // A transaction that is rolled back leaves nothing to be confirmed.
     if (command.isTransaction()) forgetUnconfirmed(merged.toWrite);
     throw;
   }

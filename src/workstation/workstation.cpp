@@ -1,5 +1,7 @@
 #include "workstation/workstation.h"
 
+#include "data/data_path.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
 #include "support/conversions.h"
@@ -67,6 +69,12 @@ std::int16_t colWorkstation::GetItemNumber(const std::wstring& WorkStation) cons
   return 0;
 }
 
+std::int16_t assignedConfigID(const Cell& cell) {
+  // A client's answer that is no number is no assignment; the database's is an error.
+  if (!cell || *cell == L"0" || (dataPath().isRemote() && !isNumeric(*cell))) return 0;
+  return toInt16(*cell);
+}
+
 void forEachAssignmentCommand(
     const std::vector<std::shared_ptr<clsWorkstation>>& workstations,
     const std::function<void(const std::wstring& command, std::size_t workstationsDone)>& run) {
@@ -82,7 +90,7 @@ void forEachAssignmentCommand(
 }
 
 void colWorkstation::SaveAllWorkStationSettings() const {
-  g_strWorkstationBatch.clear();
+  modMain.g_strWorkstationBatch.clear();
   std::vector<Pointer> all;
   all.reserve(ColWorkStations->count());
   for (const Pointer& workstation : ColWorkStations->items()) all.push_back(workstation);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "data/result_set.h"
 #include "support/keyed_collection.h"
 
 namespace tlpacscfg {
@@ -41,6 +42,10 @@ inline constexpr const wchar_t* kListStatement =
     L"from system_pc_names p";
 enum ListColumn : std::size_t { kListName = 0, kListConfig = 1, kListFlag2 = 3 };
 
+/// The configuration that the cell of kListConfig assigns, as the data path in use understands it.
+/// Throws TypeMismatch and Overflow.
+std::int16_t assignedConfigID(const Cell& cell);
+
 /// The statements that rewrite the assignments, 100 workstations in each command: what is called
 /// with a command may throw, which ends the rest.
 void forEachAssignmentCommand(
@@ -56,7 +61,7 @@ class colWorkstation {
 
   std::shared_ptr<Workstations> ColWorkStations = std::make_shared<Workstations>();
 
-  /// By 1-based position; nothing when there is none.
+  /// By 1-based position; null when there is none.
   Pointer Item(std::int64_t position) const;
 
   /// Throws DuplicateKey.
@@ -81,7 +86,7 @@ class colWorkstation {
  private:
   Pointer add(std::int16_t configID, std::wstring_view name, std::int16_t flag2);
   void addStored(std::int16_t configID, std::wstring_view name, std::int16_t flag2);
-  void loadDirect();
+  void addRows(ResultSet& rows);
   void loadRemote();
 };
 

@@ -1,10 +1,11 @@
-#include "data/database.h"
+#include "data/data_path.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "log/log_support.h"
 #include "support/conversions.h"
-#include "support/system.h"
 #include "support/runtime_error.h"
+#include "support/system.h"
 #include "support/text.h"
 #include "workstation/workstation.h"
 
@@ -26,30 +27,28 @@ void showError(const RunTimeError& error) {
       {.text = L"Error " + decimal(error.number()) + L" Error Desc " + error.description()});
 }
 
-/// The first row of the statement on the offline connection, in the shared slot; false when none.
-bool firstOfflineRow(const std::wstring& sql) {
-  openShared(g_conOffline, sql);
-  return !sharedResult().EndOfData();
+std::shared_ptr<ResultSet> offlineRows(const std::wstring& sql) {
+  return openSharedResult(modMain.g_conOffline, sql);
 }
 
 }  // namespace
 
 void colWorkstation::GetWorkstationsList() {
-  if (TlCommClientConnected()) return loadRemote();
+  // A client's failures have messages of their own, and end the load only where a row is wrong.
+  if (dataPath().isRemote()) return loadRemote();
   try {
-    loadDirect();
+    dataPath().fillSharedResult(kListStatement);
+    if (!modMain.g_rsQuery) raise(ErrorNumber::ObjectNotSet);
+    addRows(*modMain.g_rsQuery);
   } catch (const std::exception& error) {
     showError(describe(error));
   }
 }
 
-void colWorkstation::loadDirect() {
-  if (g_blnSqlConnected) openShared(g_conSql, kListStatement);
-  ResultSet& rows = sharedResult();
+void colWorkstation::addRows(ResultSet& rows) {
   ColWorkStations->reserve(ColWorkStations->count() + rows.RowsLeft());
   for (; !rows.EndOfData(); rows.MoveNext()) {
-    const Cell config = rows.Column(kListConfig);
-    const std::int16_t configID = !config || *config == L"0" ? std::int16_t{0} : toInt16(*config);
+    const std::int16_t configID = assignedConfigID(rows.Column(kListConfig));
     const std::wstring_view name = trimBlanks(requiredText(rows.Column(kListName)));
     addStored(configID, name, requiredInt16(rows.Column(kListFlag2)));
   }
@@ -67,14 +66,8 @@ void colWorkstation::loadRemote() {
       system::showMessage({.text = L"Unable to get the workstation list information.",
                            .modality = system::Modality::Application});
     }
-    for (std::size_t row = 0; row < data.rows(); ++row) {
-      if (data.columns() <= kListFlag2) raise(ErrorNumber::SubscriptOutOfRange);
-      const Cell config = data.at(kListConfig, row);
-      const bool assigned = config && isNumeric(*config);
-      const std::wstring_view name = trimBlanks(requiredText(data.at(kListName, row)));
-      addStored(assigned ? toInt16(*config) : std::int16_t{0}, name,
-                requiredInt16(data.at(kListFlag2, row)));
-    }
+    ResultSet rows(std::move(data));
+    addRows(rows);
   } catch (const std::exception& thrown) {
     const RunTimeError error = describe(thrown);
     try {
@@ -92,17 +85,19 @@ void colWorkstation::GetOfflineWorkstationInfo() {
     const std::wstring name = system::computerName();
     const std::wstring quoted = L"'" + FixQuotes(name) + L"'";
     std::int16_t configID = 0;
-    if (firstOfflineRow(L"SELECT key_value FROM System_workstation_cfg WHERE key_name = "
-                        L"'PACSConfig' AND pc_name = " +
-                        quoted)) {
-      const Cell config = sharedResult().Column(0);
-      if (config) configID = toInt16(*config);
+    const auto assignment = offlineRows(
+        L"SELECT key_value FROM System_workstation_cfg WHERE key_name = 'PACSConfig' AND pc_name "
+        L"= " +
+        quoted);
+    if (!assignment->EndOfData()) {
+      if (const Cell config = assignment->Column(0)) configID = toInt16(*config);
     }
-    if (firstOfflineRow(L"SELECT access_string, flag2 FROM System_pc_names WHERE pc_name = " +
-                        quoted)) {
-      addStored(configID, name, requiredInt16(sharedResult().Column(1)));
+    const auto workstation =
+        offlineRows(L"SELECT access_string, flag2 FROM System_pc_names WHERE pc_name = " + quoted);
+    if (!workstation->EndOfData()) {
+      addStored(configID, name, requiredInt16(workstation->Column(1)));
     }
-    sharedResult().Close();
+    workstation->Close();
   } catch (const std::exception& error) {
     showError(describe(error));
   }

@@ -1,11 +1,12 @@
 #include "config/pacs_configurations.h"
 #include "data/database.h"
-#include "odbc/error.h"
-#include "log/log_support.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/records.h"
+#include "log/log_support.h"
+#include "odbc/error.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -15,7 +16,7 @@ const std::wstring kMark =
 
 class EditingTest : public SiteTest {
  protected:
-  EditingTest() { g_objConfig = std::make_shared<HostSettings>(config); }
+  EditingTest() { modMain.g_objConfig = std::make_shared<HostSettings>(config); }
 
   void load(std::initializer_list<int> ids) {
     for (const int id : ids) addConfiguration(id);
@@ -77,7 +78,7 @@ TEST_F(EditingTest, WithoutAConnectionTheNumberIsOne) {
 TEST_F(EditingTest, WithoutAServerWhatTheSharedSlotHoldsIsNumbered) {
   Table held(1);
   for (const wchar_t* id : {L"3", L"9"}) held.append(id);
-  g_rsQuery = std::make_unique<ResultSet>(held);
+  modMain.g_rsQuery = std::make_unique<ResultSet>(held);
   EXPECT_EQ(configurations.GetNextConfigID(), 10);
   EXPECT_EQ(configurations.GetNextConfigID(), 1) << "The result set is closed now.";
 }

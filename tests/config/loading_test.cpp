@@ -3,13 +3,14 @@
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
 #include "data/database.h"
-#include "odbc/error.h"
-#include "log/log_support.h"
-#include "support/text.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/records.h"
+#include "log/log_support.h"
+#include "odbc/error.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -99,7 +100,7 @@ TEST_F(LoadingTest, NullInAnOlderColumnFailsTheLoadAndKeepsTheRowsBefore) {
     addConfiguration(2);
     if (position == 0) continue;
     site.run(L"UPDATE Interface_PACS_cfg SET " + column + L" = NULL WHERE config_id = 2");
-    g_blnSqlConnected = false;
+    modMain.g_blnSqlConnected = false;
     connect();
     configurations = colPACSConfiguration();
     EXPECT_RUNTIME_ERROR(configurations.GetPACSConfigurations(), 94, L"Invalid use of Null")
@@ -120,7 +121,7 @@ TEST_F(LoadingTest, ANumberBeyond16BitsFailsTheLoadInEveryColumnButThePort) {
     if (isText(column->field)) continue;
     site.run(L"DELETE FROM Interface_PACS_cfg");
     addConfiguration(1, std::wstring(column->name) + L" = 32768");
-    g_blnSqlConnected = false;
+    modMain.g_blnSqlConnected = false;
     connect();
     configurations = colPACSConfiguration();
     if (column->property == std::wstring(L"Port")) {
@@ -192,7 +193,7 @@ TEST_F(LoadingTest, StandAloneModeNeverReadsTheServer) {
   addConfiguration(1);
   connect();
   connectFakeClient();
-  g_blnUseOfflineDB = true;
+  modMain.g_blnUseOfflineDB = true;
   configurations.GetPACSConfigurations();
   EXPECT_TRUE(identifiers().empty());
 }
@@ -200,8 +201,8 @@ TEST_F(LoadingTest, StandAloneModeNeverReadsTheServer) {
 TEST_F(LoadingTest, TheResultSetStaysInTheSharedSlotClosed) {
   connect();
   configurations.GetPACSConfigurations();
-  ASSERT_NE(g_rsQuery, nullptr);
-  EXPECT_RUNTIME_ERROR(g_rsQuery->EndOfData(), 91,
+  ASSERT_NE(modMain.g_rsQuery, nullptr);
+  EXPECT_RUNTIME_ERROR(modMain.g_rsQuery->EndOfData(), 91,
                        L"Object variable or With block variable not set");
 }
 

@@ -2,12 +2,13 @@
 
 #include "config/columns.h"
 #include "data/database.h"
-#include "odbc/error.h"
-#include "log/log_support.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/records.h"
+#include "log/log_support.h"
+#include "odbc/error.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -42,7 +43,7 @@ const std::wstring kMark =
 class RecordTest : public SiteTest {
  protected:
   RecordTest() {
-    g_objConfig = std::make_shared<HostSettings>(config);
+    modMain.g_objConfig = std::make_shared<HostSettings>(config);
     logOn();
   }
 
@@ -202,7 +203,7 @@ TEST_F(RecordTest, SavingANewRecordTwiceInsertsAndThenUpdates) {
 
 TEST_F(RecordTest, WithoutAHostObjectTheUserIsZero) {
   connectSilently();
-  g_objConfig.reset();
+  modMain.g_objConfig.reset();
   clsPACSConfiguration record;
   record.ExistingConfig = -1;
   record.SaveConfiguration();
@@ -238,8 +239,8 @@ TEST_F(RecordTest, WithoutADatabaseASaveDoesNothing) {
 }
 
 TEST_F(RecordTest, InStandAloneModeASaveDoesNothing) {
-  g_blnUseOfflineDB = true;
-  g_blnOfflineConnected = true;
+  modMain.g_blnUseOfflineDB = true;
+  modMain.g_blnOfflineConnected = true;
   EXPECT_EQ(distinctRecord().SaveConfiguration(), 0);
   EXPECT_EQ(log(), "");
 }

@@ -1,11 +1,12 @@
 #include "config/stored_configuration.h"
 
 #include "data/database.h"
-#include "odbc/error.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/records.h"
+#include "odbc/error.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -13,7 +14,7 @@ namespace {
 class StoredConfigurationTest : public SiteTest {
  protected:
   StoredConfigurationTest() {
-    g_objConfig = std::make_shared<HostSettings>(config);
+    modMain.g_objConfig = std::make_shared<HostSettings>(config);
     addConfiguration(7, L"description = 'Seven'");
     connect();
   }

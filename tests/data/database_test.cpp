@@ -1,13 +1,14 @@
 #include "data/database.h"
 
-#include "log/log_support.h"
-#include "support/registry.h"
-#include "support/text.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/registry_key.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
+#include "support/registry.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -20,32 +21,32 @@ TEST_F(ConnectionTest, ARegisteredDataSourceIsConnectedByItsName) {
   config.SqlDbName = L"nothing";
   logOn();
   EXPECT_TRUE(ConnectToDatabase(config));
-  EXPECT_TRUE(g_blnSqlConnected);
-  EXPECT_NE(g_conSql, nullptr);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
+  EXPECT_NE(modMain.g_conSql, nullptr);
   EXPECT_TRUE(messages.empty());
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to database"));
 }
 
 TEST_F(ConnectionTest, WithoutAUserNameTheLoginIsSa) {
   connect();
-  EXPECT_EQ(g_strSqlUser, L"sa");
-  EXPECT_EQ(g_strSqlPassword, L"");
+  EXPECT_EQ(modMain.g_strSqlUser, L"sa");
+  EXPECT_EQ(modMain.g_strSqlPassword, L"");
 }
 
 TEST_F(ConnectionTest, ThePasswordIsTakenWithoutTheBlanksAroundItAndTheUserNameAsItIs) {
   config.SqlUserName = L" admin ";
   config.Password = L"  se cret  ";
   connect();
-  EXPECT_EQ(g_strSqlUser, L" admin ");
-  EXPECT_EQ(g_strSqlPassword, L"se cret");
+  EXPECT_EQ(modMain.g_strSqlUser, L" admin ");
+  EXPECT_EQ(modMain.g_strSqlPassword, L"se cret");
 }
 
 TEST_F(ConnectionTest, ASecondConnectWhileConnectedAnswersTrueWithoutALogLine) {
   connect();
   logOn();
-  const auto connection = g_conSql;
+  const auto connection = modMain.g_conSql;
   EXPECT_TRUE(ConnectToDatabase(config));
-  EXPECT_EQ(g_conSql, connection);
+  EXPECT_EQ(modMain.g_conSql, connection);
   EXPECT_EQ(log(), "");
 }
 
@@ -53,7 +54,7 @@ TEST_F(ConnectionTest, PendingMessagesAreProcessedOnceBeforeConnecting) {
   int pumped = 0;
   system::processPendingMessages = [&] {
     ++pumped;
-    EXPECT_FALSE(g_blnSqlConnected);
+    EXPECT_FALSE(modMain.g_blnSqlConnected);
   };
   connect();
   EXPECT_EQ(pumped, 1);
@@ -62,7 +63,7 @@ TEST_F(ConnectionTest, PendingMessagesAreProcessedOnceBeforeConnecting) {
 TEST_F(ConnectionTest, AnUnwritableLogFailsBeforeAnythingIsTried) {
   logTo(scratchPath(L"missing/directory.log"));
   EXPECT_RUNTIME_ERROR(ConnectToDatabase(config), 75, L"Path/File access error");
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   EXPECT_TRUE(messages.empty());
 }
 
@@ -74,7 +75,7 @@ TEST_F(ConnectionTest, AClosedPortShowsTheTimeOutBox) {
   config.SqlTimeout = 5;
   logOn();
   EXPECT_FALSE(ConnectToDatabase(config));
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   ASSERT_EQ(messages.size(), 1U);
   const std::wstring& text = messages[0].text;
   EXPECT_TRUE(text.ends_with(L"\r\n-2147467259\r\nSQL Timeout, Please try again.")) << toUtf8(text);
@@ -122,13 +123,13 @@ TEST_F(ConnectionTest, AFailedConnectCanBeTriedAgain) {
 
 TEST_F(ConnectionTest, DisconnectingClosesEverything) {
   connect();
-  const std::weak_ptr<odbc::Connection> connection = g_conSql;
-  const std::weak_ptr<const odbc::Environment> environment = g_envSql;
+  const std::weak_ptr<odbc::Connection> connection = modMain.g_conSql;
+  const std::weak_ptr<const odbc::Environment> environment = modMain.g_envSql;
   const auto client = connectFakeClient();
-  g_blnOfflineConnected = true;
+  modMain.g_blnOfflineConnected = true;
   DisconnectDatabase();
-  EXPECT_FALSE(g_blnSqlConnected);
-  EXPECT_FALSE(g_blnOfflineConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnOfflineConnected);
   EXPECT_TRUE(connection.expired());
   EXPECT_TRUE(environment.expired());
   EXPECT_EQ(client->calls, (std::vector<std::wstring>{L"DisconnectFromService(TLPACSCFG.DLL)"}));
@@ -145,9 +146,9 @@ TEST_F(ConnectionTest, DisconnectingTwiceIsHarmless) {
 TEST_F(ConnectionTest, AResultSetOutlivesItsConnection) {
   addWorkstation(L"PC1");
   connect();
-  openShared(g_conSql, L"select pc_name from System_pc_names");
+  openSharedResult(modMain.g_conSql, L"select pc_name from System_pc_names");
   DisconnectDatabase();
-  EXPECT_EQ(sharedResult().Column(0), L"PC1");
+  EXPECT_EQ((*modMain.g_rsQuery).Column(0), L"PC1");
 }
 
 TEST_F(ConnectionTest, TheTestPassesOnTheOpenConnection) {
@@ -155,8 +156,8 @@ TEST_F(ConnectionTest, TheTestPassesOnTheOpenConnection) {
   logOn();
   EXPECT_TRUE(TestDatabaseConnection());
   EXPECT_EQ(log(), "");
-  ASSERT_NE(g_rsQuery, nullptr);
-  EXPECT_RUNTIME_ERROR(g_rsQuery->EndOfData(), 91,
+  ASSERT_NE(modMain.g_rsQuery, nullptr);
+  EXPECT_RUNTIME_ERROR(modMain.g_rsQuery->EndOfData(), 91,
                        L"Object variable or With block variable not set");
 }
 
@@ -173,13 +174,13 @@ TEST_F(ConnectionTest, TheTestFailsWithoutAnyConnectionOrResultSet) {
 TEST_F(ConnectionTest, WithoutTheServerAnOpenResultSetWithARowPassesTheTest) {
   Table held(1);
   held.append(L"x");
-  g_rsQuery = std::make_unique<ResultSet>(held);
+  modMain.g_rsQuery = std::make_unique<ResultSet>(held);
   EXPECT_TRUE(TestDatabaseConnection());
   EXPECT_TRUE(TestDatabaseConnection()) << "Closed, it is still held.";
 }
 
 TEST_F(ConnectionTest, WithoutTheServerAnEmptyResultSetFailsTheTest) {
-  g_rsQuery = std::make_unique<ResultSet>(Table(1));
+  modMain.g_rsQuery = std::make_unique<ResultSet>(Table(1));
   EXPECT_FALSE(TestDatabaseConnection());
 }
 
@@ -190,7 +191,7 @@ TEST_F(ConnectionTest, TheRemoteClientTestsWithItsOwnCommand) {
   EXPECT_TRUE(TestDatabaseConnection());
   EXPECT_EQ(client->calls,
             (std::vector<std::wstring>{L"SQLExecuteText(talora, SELECT GetDate())"}));
-  EXPECT_EQ(g_rsQuery, nullptr);
+  EXPECT_EQ(modMain.g_rsQuery, nullptr);
   client->executes = false;
   EXPECT_FALSE(TestDatabaseConnection());
 }

@@ -1,11 +1,12 @@
 #include "config/pacs_configurations.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
-#include "log/log_support.h"
-#include "support/text.h"
 #include "harness/errors.h"
 #include "harness/offline_test.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
+#include "support/text.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {
@@ -16,9 +17,9 @@ using OfflineConnectionTest = OfflineTest;
 TEST_F(OfflineConnectionTest, TheLocalDatabaseIsConnected) {
   logOn();
   EXPECT_TRUE(ConnectToOfflineDatabase(config));
-  EXPECT_TRUE(g_blnOfflineConnected);
-  EXPECT_NE(g_conOffline, nullptr);
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnOfflineConnected);
+  EXPECT_NE(modMain.g_conOffline, nullptr);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   EXPECT_TRUE(messages.empty());
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to offline database"));
 }
@@ -31,10 +32,10 @@ TEST_F(OfflineConnectionTest, ASecondConnectWhileConnectedAnswersTrueWithoutALog
 }
 
 TEST_F(OfflineConnectionTest, WithoutALocalDirectoryThereIsNoDatabase) {
-  g_strOfflineDbPath.clear();
+  modMain.g_strOfflineDbPath.clear();
   logOn();
   EXPECT_FALSE(ConnectToOfflineDatabase(config));
-  EXPECT_FALSE(g_blnOfflineConnected);
+  EXPECT_FALSE(modMain.g_blnOfflineConnected);
   expectPlainBox(
       L"Local configuration database was not set or could not be found.  Cannot load PACS "
       L"configurations in Stand Alone mode");
@@ -52,7 +53,7 @@ TEST_F(OfflineConnectionTest, AMissingFileIsNotConnected) {
 TEST_F(OfflineConnectionTest, AFileThatIsNoDatabaseShowsTheErrorBox) {
   install("This is no database.");
   EXPECT_FALSE(ConnectToOfflineDatabase(config));
-  EXPECT_FALSE(g_blnOfflineConnected);
+  EXPECT_FALSE(modMain.g_blnOfflineConnected);
   ASSERT_EQ(messages.size(), 1U);
   const std::wstring& text = messages[0].text;
   EXPECT_TRUE(text.starts_with(L"Err.Description= ")) << toUtf8(text);
@@ -71,9 +72,9 @@ TEST_F(OfflineConnectionTest, AnUnwritableLogIsShownLikeAnyOtherFailure) {
 
 TEST_F(OfflineConnectionTest, DisconnectingClosesTheDatabase) {
   connectOffline();
-  const std::weak_ptr<odbc::Connection> connection = g_conOffline;
+  const std::weak_ptr<odbc::Connection> connection = modMain.g_conOffline;
   DisconnectDatabase();
-  EXPECT_FALSE(g_blnOfflineConnected);
+  EXPECT_FALSE(modMain.g_blnOfflineConnected);
   EXPECT_TRUE(connection.expired());
   EXPECT_TRUE(ConnectToOfflineDatabase(config));
 }
@@ -90,7 +91,7 @@ TEST_F(OfflineConnectionTest, TheConnectionTestPassesOnlyAfterALoad) {
 TEST_F(OfflineConnectionTest, StatementsAreNeverRunAgainstTheDatabase) {
   connectOffline();
   EXPECT_NO_THROW(ExecuteSQL(L"DELETE FROM Interface_PACS_cfg"));
-  EXPECT_EQ(readBytes(g_strOfflineDbPath), fixture);
+  EXPECT_EQ(readBytes(modMain.g_strOfflineDbPath), fixture);
 }
 
 using OfflineLoadingTest = OfflineTest;
@@ -240,8 +241,8 @@ TEST_F(OfflineWorkstationTest, AComputerThatIsNotListedGivesAnEmptyCollection) {
 
 TEST_F(OfflineWorkstationTest, TheResultSetIsClosedAndHeld) {
   loadAs(L"READ-01");
-  ASSERT_NE(g_rsQuery, nullptr);
-  EXPECT_RUNTIME_ERROR(g_rsQuery->EndOfData(), 91,
+  ASSERT_NE(modMain.g_rsQuery, nullptr);
+  EXPECT_RUNTIME_ERROR(modMain.g_rsQuery->EndOfData(), 91,
                        L"Object variable or With block variable not set");
 }
 
@@ -267,7 +268,7 @@ TEST_F(OfflineWorkstationTest, ReadingLeavesEveryByteOfTheFile) {
   configurations.RemoveConfig(7);
   workstations.SaveAllWorkStationSettings();
   DisconnectDatabase();
-  EXPECT_EQ(readBytes(g_strOfflineDbPath), fixture);
+  EXPECT_EQ(readBytes(modMain.g_strOfflineDbPath), fixture);
 }
 
 }  // namespace

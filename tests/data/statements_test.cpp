@@ -1,12 +1,14 @@
 #include "data/statements.h"
 
+#include "data/data_path.h"
 #include "data/database.h"
-#include "odbc/error.h"
-#include "log/log_support.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
+#include "odbc/error.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -31,7 +33,7 @@ TEST_F(ExecuteSqlTest, WhatAStatementAnswersIsDiscarded) {
   addWorkstation(L"PC1");
   connect();
   ExecuteSQL(L"select * from System_pc_names");
-  EXPECT_EQ(g_rsQuery, nullptr);
+  EXPECT_EQ(modMain.g_rsQuery, nullptr);
   ExecuteSQL(L"DELETE FROM System_pc_names");
   EXPECT_EQ(count(), L"0");
 }
@@ -44,10 +46,10 @@ TEST_F(ExecuteSqlTest, AStatementThatTouchesNoRowIsNoError) {
 
 TEST_F(ExecuteSqlTest, OfflineNothingRunsAndNothingIsLogged) {
   connect();
-  g_blnSqlConnected = false;
-  g_blnUseOfflineDB = true;
-  g_blnOfflineConnected = true;
-  g_conOffline = g_conSql;
+  modMain.g_blnSqlConnected = false;
+  modMain.g_blnUseOfflineDB = true;
+  modMain.g_blnOfflineConnected = true;
+  modMain.g_conOffline = modMain.g_conSql;
   logOn();
   ExecuteSQL(kInsert);
   EXPECT_EQ(count(), L"0");
@@ -109,14 +111,14 @@ TEST_F(ExecuteSqlTest, AnUnwritableLogKeepsTheStatementFromRunning) {
 }
 
 TEST_F(ExecuteSqlTest, StatementsAreExecutedOnTheServerAndThroughTheClientOnly) {
-  EXPECT_FALSE(statementsAreExecuted());
-  g_blnOfflineConnected = true;
-  EXPECT_FALSE(statementsAreExecuted());
-  g_blnSqlConnected = true;
-  EXPECT_TRUE(statementsAreExecuted());
-  g_blnSqlConnected = false;
+  EXPECT_FALSE(dataPath().executes());
+  modMain.g_blnOfflineConnected = true;
+  EXPECT_FALSE(dataPath().executes());
+  modMain.g_blnSqlConnected = true;
+  EXPECT_TRUE(dataPath().executes());
+  modMain.g_blnSqlConnected = false;
   connectFakeClient();
-  EXPECT_TRUE(statementsAreExecuted());
+  EXPECT_TRUE(dataPath().executes());
 }
 
 TEST(FixQuotesTest, EverySingleQuoteIsDoubled) {

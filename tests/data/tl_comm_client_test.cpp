@@ -1,10 +1,12 @@
 #include "data/tl_comm_client.h"
 
-#include "log/log_support.h"
+#include <tuple>
+
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -40,7 +42,7 @@ class ConnectedClientTest : public TlCommClientTest {
 TEST_F(TlCommClientTest, ConnectingTellsTheClientWhoAndWhere) {
   EXPECT_TRUE(ConnectTlCommClient(config));
   EXPECT_TRUE(TlCommClientConnected());
-  EXPECT_EQ(g_strTlDatabase, L"talora");
+  EXPECT_EQ(modTlCommClient.g_strTlDatabase, L"talora");
   EXPECT_EQ(client->calls, (Calls{L"ConnectToService(TLPACSCFG.DLL, 10.0.0.7, 8080, 30)"}));
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
                        debugLine(10, L"[TLPACSCFG] Storing database name:talora") +
@@ -76,7 +78,7 @@ TEST_F(TlCommClientTest, WithoutATimeoutNoObjectIsCreated) {
   config.TlCommClientTimeout = L"";
   EXPECT_FALSE(ConnectTlCommClient(config));
   EXPECT_EQ(client->created, 0);
-  EXPECT_EQ(g_strTlDatabase, L"");
+  EXPECT_EQ(modTlCommClient.g_strTlDatabase, L"");
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
                        errorBlock(L"[TLPACSCFG] No TlCommClient Timeout provided"));
 }
@@ -105,7 +107,7 @@ TEST_F(TlCommClientTest, AnObjectThatIsNotRegisteredEndsTheConnectingQuietly) {
     raise(ErrorNumber::CannotCreateObject);
   };
   EXPECT_FALSE(ConnectTlCommClient(config));
-  EXPECT_EQ(g_strTlDatabase, L"talora");
+  EXPECT_EQ(modTlCommClient.g_strTlDatabase, L"talora");
 }
 
 TEST_F(TlCommClientTest, ConnectingAgainDropsTheEarlierClient) {
@@ -401,10 +403,10 @@ TEST_F(ConnectedClientTest, ACallThatDisconnectsTheClientLeavesItAliveUntilItIsO
     };
     Table data;
     std::vector<std::wstring> files;
-    TlCommClientQuery(L"select");
-    TlCommClientGetDataset(1, data);
-    TlCommClientExecute(L"delete");
-    TlCommClientGetFileList(L"X:", L"*.XML", files);
+    std::ignore = TlCommClientQuery(L"select");
+    std::ignore = TlCommClientGetDataset(1, data);
+    std::ignore = TlCommClientExecute(L"delete");
+    std::ignore = TlCommClientGetFileList(L"X:", L"*.XML", files);
     EXPECT_EQ(destroyedInside, 0) << method;
     EXPECT_EQ(client->destroyed, 1) << method;
   }
@@ -428,7 +430,7 @@ TEST_F(ConnectedClientTest, WhoMustNotMissAFailureGetsItInTheClientsWords) {
   EXPECT_RUNTIME_ERROR(requireTlCommClientTable(L"select"), 40002, L"No such table.");
   client->tableCount = 2;
   EXPECT_RUNTIME_ERROR(requireTlCommClientTable(L"select"), 40002, L"Invalid table count returned");
-  g_objTlCommClient.reset();
+  modTlCommClient.g_objTlCommClient.reset();
   EXPECT_RUNTIME_ERROR(requireTlCommClientTable(L"select"), 40002,
                        L"Cannot process query because TlCommClient is not connected");
 }

@@ -1,12 +1,13 @@
 #include "data/workstation_key.h"
 
 #include "data/database.h"
-#include "odbc/error.h"
-#include "log/log_support.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
+#include "odbc/error.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -56,8 +57,8 @@ TEST_F(WorkstationKeyTest, TheDirectPathWritesNothingToTheLogAndClosesTheSharedR
   logOn();
   WorkstationConfigExists(L"PC1");
   EXPECT_EQ(log(), "");
-  ASSERT_NE(g_rsQuery, nullptr);
-  EXPECT_RUNTIME_ERROR(g_rsQuery->EndOfData(), 91,
+  ASSERT_NE(modMain.g_rsQuery, nullptr);
+  EXPECT_RUNTIME_ERROR(modMain.g_rsQuery->EndOfData(), 91,
                        L"Object variable or With block variable not set");
 }
 
@@ -112,7 +113,7 @@ TEST_F(WorkstationKeyTest, TheRemoteAnswerIsZeroForEmptyDataAndForEveryFailure) 
 TEST_F(WorkstationKeyTest, AnUnassignedWorkstationQueuesAnInsert) {
   connect();
   SetWorkstationConfig(L"PC1", L"7");
-  EXPECT_EQ(g_strWorkstationBatch, kInsert1);
+  EXPECT_EQ(modMain.g_strWorkstationBatch, kInsert1);
   EXPECT_EQ(site.value(L"SELECT count(*) FROM System_workstation_cfg"), L"0");
 }
 
@@ -120,7 +121,7 @@ TEST_F(WorkstationKeyTest, AnAssignedWorkstationQueuesAnUpdate) {
   assign(L"PC1", L"'3'");
   connect();
   SetWorkstationConfig(L"PC1", L"7");
-  EXPECT_EQ(g_strWorkstationBatch, kUpdate1);
+  EXPECT_EQ(modMain.g_strWorkstationBatch, kUpdate1);
   EXPECT_EQ(site.value(L"SELECT key_value FROM System_workstation_cfg"), L"3");
 }
 
@@ -129,24 +130,25 @@ TEST_F(WorkstationKeyTest, TwoCallsLeaveTwoStatementsEachBehindTwoLineBreaks) {
   SetWorkstationConfig(L"PC1", L"7");
   assign(L"PC1", L"'3'");
   SetWorkstationConfig(L"PC1", L"7");
-  EXPECT_EQ(g_strWorkstationBatch, kInsert1 + kUpdate1);
+  EXPECT_EQ(modMain.g_strWorkstationBatch, kInsert1 + kUpdate1);
 }
 
 TEST_F(WorkstationKeyTest, AStatementThatCannotBeBuiltIsLeftOut) {
-  g_strWorkstationBatch = L"before";
+  modMain.g_strWorkstationBatch = L"before";
   SetWorkstationConfig(L"PC1", L"7");
-  EXPECT_EQ(g_strWorkstationBatch, L"before") << "no connection";
+  EXPECT_EQ(modMain.g_strWorkstationBatch, L"before") << "no connection";
   connect();
   SetWorkstationConfig(L"O'BRIEN-PC", L"7");
-  EXPECT_EQ(g_strWorkstationBatch, L"before") << "a quote in the name";
+  EXPECT_EQ(modMain.g_strWorkstationBatch, L"before") << "a quote in the name";
   EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(WorkstationKeyTest, RemotelyANameWithAQuoteQueuesAnInsertAsItStands) {
   connectFakeClient();
   SetWorkstationConfig(L"O'BRIEN-PC", L"7");
-  EXPECT_NE(g_strWorkstationBatch.find(L"VALUES('O'BRIEN-PC', 38, 'PACSConfig', '7', -1, 0)"),
-            std::wstring::npos);
+  EXPECT_NE(
+      modMain.g_strWorkstationBatch.find(L"VALUES('O'BRIEN-PC', 38, 'PACSConfig', '7', -1, 0)"),
+      std::wstring::npos);
 }
 
 TEST_F(WorkstationKeyTest, TheMarkForOfflineCopiesIsOneRow) {

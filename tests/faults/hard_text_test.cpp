@@ -4,10 +4,11 @@
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "faults/hard_texts.h"
-#include "support/text.h"
 #include "harness/core_test.h"
+#include "support/text.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {
@@ -33,7 +34,7 @@ std::wstring spelled(const std::wstring& text) {
 class HardTextTest : public SiteTest {
  protected:
   HardTextTest() {
-    g_objConfig = std::make_shared<HostSettings>(config);
+    modMain.g_objConfig = std::make_shared<HostSettings>(config);
     connectSilently();
   }
 

@@ -5,10 +5,11 @@
 
 #include "config/columns.h"
 #include "data/database.h"
+#include "data/mod_main.h"
+#include "harness/scratch.h"
 #include "log/log_support.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
-#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -132,7 +133,7 @@ void Journey::begin() {
       fillDisk();
       break;
     case Fault::ReadOnly:
-      g_conSql->query(L"PRAGMA query_only = 1");
+      modMain.g_conSql->query(L"PRAGMA query_only = 1");
       break;
     case Fault::FileGone:
       std::filesystem::rename(asPath(siteFile()), asPath(siteFile() + L".gone"));
@@ -150,8 +151,10 @@ void Journey::relent() {
   if (fault_ == Fault::FileGone && fileExists(siteFile() + L".gone")) {
     std::filesystem::rename(asPath(siteFile() + L".gone"), asPath(siteFile()));
   }
-  if (g_conSql && fault_ == Fault::ReadOnly) g_conSql->query(L"PRAGMA query_only = 0");
-  if (g_conSql && fault_ == Fault::DiskFull) g_conSql->query(L"PRAGMA max_page_count = 1000000");
+  if (modMain.g_conSql && fault_ == Fault::ReadOnly)
+    modMain.g_conSql->query(L"PRAGMA query_only = 0");
+  if (modMain.g_conSql && fault_ == Fault::DiskFull)
+    modMain.g_conSql->query(L"PRAGMA max_page_count = 1000000");
   if (!repair_.empty()) site.runAll(std::exchange(repair_, {}));
   fault_ = Fault::None;
 }
@@ -167,13 +170,13 @@ void Journey::inflict(Damage damage) {
 }
 
 void Journey::fillDisk() {
-  const Table pages = g_conSql->query(L"PRAGMA page_count");
-  g_conSql->query(L"PRAGMA max_page_count = " + std::wstring(*pages.at(0, 0)));
+  const Table pages = modMain.g_conSql->query(L"PRAGMA page_count");
+  modMain.g_conSql->query(L"PRAGMA max_page_count = " + std::wstring(*pages.at(0, 0)));
   for (int length = 2000; length > 0; length /= 2) {
     for (;;) {
       try {
-        g_conSql->query(L"INSERT INTO System_offline_db_updates VALUES(-9, 3, '', 0, '" +
-                        std::wstring(static_cast<std::size_t>(length), L'x') + L"')");
+        modMain.g_conSql->query(L"INSERT INTO System_offline_db_updates VALUES(-9, 3, '', 0, '" +
+                                std::wstring(static_cast<std::size_t>(length), L'x') + L"')");
       } catch (const RunTimeError&) {
         break;
       }

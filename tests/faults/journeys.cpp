@@ -1,6 +1,7 @@
 #include "faults/journeys.h"
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "host/config.h"
 #include "support/text.h"
 
@@ -66,7 +67,7 @@ class SaveJourney : public Journey {
   explicit SaveJourney(bool stored) : stored_(stored) {}
 
   void start() override {
-    g_objConfig = std::make_shared<HostSettings>(config);
+    modMain.g_objConfig = std::make_shared<HostSettings>(config);
     if (stored_) addConfiguration(7, L"description = 'before'");
     connectSilently();
     edit();
@@ -104,7 +105,7 @@ class SaveJourney : public Journey {
 class SaveAllJourney : public Journey {
  public:
   void start() override {
-    g_objConfig = std::make_shared<HostSettings>(config);
+    modMain.g_objConfig = std::make_shared<HostSettings>(config);
     for (int i = 1; i <= 3; ++i) addConfiguration(i);
     connectSilently();
     configurations_.AddIntitialConfig();
@@ -233,7 +234,7 @@ class ConnectionTestJourney : public Journey {
  public:
   void start() override { connectSilently(); }
   std::wstring memory() const override {
-    return g_blnSqlConnected ? L"connected" : L"not connected";
+    return modMain.g_blnSqlConnected ? L"connected" : L"not connected";
   }
 
  protected:

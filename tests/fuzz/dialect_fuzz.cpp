@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "odbc/sql_tokens.h"
+#include "data/tl_comm_client.h"
 #include "fuzz/fuzz_tools.h"
+#include "odbc/sql_tokens.h"
 #include "support/text.h"
 #include "workstation/workstation.h"
 
@@ -75,7 +76,7 @@ void checkBatch(FuzzedDataProvider& input) {
     expected.push_back(L"INSERT|" + name + L"|PACSConfig|7");
   }
   std::vector<std::wstring> executed;
-  g_objTlCommClient = std::make_unique<fuzz::FixedClient>(Table(), &executed);
+  modTlCommClient.g_objTlCommClient = std::make_unique<fuzz::FixedClient>(Table(), &executed);
   workstations.SaveAllWorkStationSettings();
   require(executed.size() == 2, "few workstations are one batch, and the mark follows");
 

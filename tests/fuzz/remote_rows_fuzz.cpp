@@ -1,3 +1,4 @@
+#include "data/tl_comm_client.h"
 #include "fuzz/expected_load.h"
 
 using namespace tlpacscfg;
@@ -11,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t columns =
       complete ? fuzz::kConfigurationColumns
                : input.ConsumeIntegralInRange<std::size_t>(1, fuzz::kConfigurationColumns);
-  g_objTlCommClient =
+  modTlCommClient.g_objTlCommClient =
       std::make_unique<fuzz::FixedClient>(fuzz::tableOf(configurations, columns), nullptr);
   fuzz::requireSame(fuzz::loadedConfigurations(),
                     fuzz::expectedConfigurations(Path::Remote, configurations, columns),
@@ -21,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t listColumns =
       complete ? fuzz::kWorkstationColumns
                : input.ConsumeIntegralInRange<std::size_t>(1, fuzz::kWorkstationColumns);
-  g_objTlCommClient =
+  modTlCommClient.g_objTlCommClient =
       std::make_unique<fuzz::FixedClient>(fuzz::tableOf(workstations, listColumns), nullptr);
   fuzz::Load expected = fuzz::expectedWorkstations(Path::Remote, workstations, listColumns);
   // The message box of the remote path names no number.

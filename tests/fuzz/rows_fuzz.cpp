@@ -3,6 +3,7 @@
 
 #include "config/columns.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "fuzz/expected_load.h"
 #include "support/text.h"
@@ -25,14 +26,14 @@ std::wstring configurationColumns() {
 
 /// A database in memory; its columns have no types and keep whatever text they are given.
 void openDatabase() {
-  if (g_blnSqlConnected) return;
-  g_envSql =
+  if (modMain.g_blnSqlConnected) return;
+  modMain.g_envSql =
       std::make_shared<odbc::Environment>(odbc::CursorLibrary::NotUsed, std::chrono::seconds(0));
-  g_conSql = std::make_shared<odbc::Connection>(g_envSql, L"", odbc::Prompt::Never,
-                                                L"DRIVER={SQLite3};Database=:memory:;");
-  g_blnSqlConnected = true;
+  modMain.g_conSql = std::make_shared<odbc::Connection>(modMain.g_envSql, L"", odbc::Prompt::Never,
+                                                        L"DRIVER={SQLite3};Database=:memory:;");
+  modMain.g_blnSqlConnected = true;
   const auto create = [](const std::wstring& table, const std::wstring& columns) {
-    g_conSql->query(L"CREATE TABLE " + table + L" (" + columns + L")");
+    modMain.g_conSql->query(L"CREATE TABLE " + table + L" (" + columns + L")");
   };
   create(L"Interface_PACS_cfg", configurationColumns());
   create(L"system_pc_names", kPcColumns);
@@ -47,7 +48,7 @@ std::wstring literal(const std::optional<std::wstring>& cell) {
 void insert(const std::wstring& table, const std::vector<std::optional<std::wstring>>& cells) {
   std::wstring values;
   for (const auto& cell : cells) values += (values.empty() ? L"" : L", ") + literal(cell);
-  g_conSql->execute(L"INSERT INTO " + table + L" VALUES (" + values + L")");
+  modMain.g_conSql->execute(L"INSERT INTO " + table + L" VALUES (" + values + L")");
 }
 
 /// The driver manager knows no characters that need two units of UTF-16.
@@ -91,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FuzzedDataProvider input(data, size);
 
   fuzz::Rows configurations = withinOneUnit(fuzz::takeConfigurations(input));
-  g_conSql->execute(L"DELETE FROM Interface_PACS_cfg");
+  modMain.g_conSql->execute(L"DELETE FROM Interface_PACS_cfg");
   for (const auto& row : configurations) insert(L"Interface_PACS_cfg", row);
   sortByIdentifier(configurations);
   fuzz::requireSame(
@@ -101,8 +102,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   fuzz::Rows workstations = withinOneUnit(fuzz::takeWorkstations(input));
   if (namesRepeat(workstations)) return 0;
-  g_conSql->execute(L"DELETE FROM system_pc_names");
-  g_conSql->execute(L"DELETE FROM system_workstation_cfg");
+  modMain.g_conSql->execute(L"DELETE FROM system_pc_names");
+  modMain.g_conSql->execute(L"DELETE FROM system_workstation_cfg");
   for (auto& row : workstations) {
     insert(L"system_pc_names", {row[0], row[2], row[3]});
     insert(L"system_workstation_cfg", {row[0], L"PACSConfig", row[1]});

@@ -4,40 +4,24 @@
 #include <ostream>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
-#include "data/workstation_key.h"
+#include "harness/scratch.h"
 #include "log/log_support.h"
 #include "support/list_sort.h"
 #include "support/registry.h"
 #include "support/text.h"
-#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {
 
 void resetModules() {
-  g_objTlCommClient.reset();
-  g_strTlDatabase.clear();
-  g_rsQuery.reset();
-  g_conSql.reset();
-  g_envSql.reset();
-  g_conOffline.reset();
-  g_envOffline.reset();
-  g_blnSqlConnected = false;
-  g_blnOfflineConnected = false;
-  g_strSqlUser.clear();
-  g_strSqlPassword.clear();
-  g_strWorkstationBatch.clear();
+  modMain = {};
+  modTlCommClient = {};
   g_strLogFile.clear();
   g_intDebugMode = 0;
   g_intSortColumn = 0;
   g_intSortOrder = kAscending;
-  g_blnUseOfflineDB = false;
-  g_blnTlCommClientEnabled = false;
-  g_strLocalTaloraDir.clear();
-  g_strOfflineDbPath.clear();
-  g_strNetworkRootDir.clear();
-  g_objConfig.reset();
 }
 
 struct System {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "data/tl_comm_client.h"
 #include "odbc/connection.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
@@ -96,8 +97,8 @@ std::shared_ptr<ClientScript> installFakeClient() {
 
 std::shared_ptr<ClientScript> connectFakeClient(const std::wstring& database) {
   auto script = installFakeClient();
-  g_objTlCommClient = createTlCommClient();
-  g_strTlDatabase = database;
+  modTlCommClient.g_objTlCommClient = createTlCommClient();
+  modTlCommClient.g_strTlDatabase = database;
   return script;
 }
 

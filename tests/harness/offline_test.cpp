@@ -4,8 +4,9 @@
 #include <sstream>
 
 #include "data/database.h"
-#include "support/text.h"
+#include "data/mod_main.h"
 #include "harness/scratch.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -35,15 +36,15 @@ std::vector<std::optional<std::string>> cellsOf(const std::string& line) {
 }  // namespace
 
 OfflineTest::OfflineTest() : fixture(readBytes(sourcePath("tests/fixtures/SYSTEM.MDB"))) {
-  g_blnUseOfflineDB = true;
+  modMain.g_blnUseOfflineDB = true;
   setLocalTaloraDirectory(scratchPath(L"local"));
   install(fixture);
 }
 
 void OfflineTest::install(const std::string& bytes) {
   // Where a backslash separates nothing, the directory stays empty: the file's name holds it.
-  makeDirectory(g_strLocalTaloraDir + L"\\OFFLINE");
-  writeBytes(g_strOfflineDbPath, bytes);
+  makeDirectory(modMain.g_strLocalTaloraDir + L"\\OFFLINE");
+  writeBytes(modMain.g_strOfflineDbPath, bytes);
 }
 
 void OfflineTest::connectOffline() {

@@ -1,12 +1,13 @@
 #include "host/config.h"
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
-#include "log/log_support.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/offline_test.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -49,8 +50,8 @@ TEST_F(InitTest, ANewObjectHasNothing) {
 TEST_F(InitTest, CreatingAnObjectForgetsTheConnectionAndMakesItTheCurrentOne) {
   connect();
   const clsConfig fresh;
-  EXPECT_FALSE(g_blnSqlConnected);
-  EXPECT_EQ(g_objConfig, fresh.settings);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
+  EXPECT_EQ(modMain.g_objConfig, fresh.settings);
 }
 
 TEST_F(InitTest, TheDirectPathLoadsBothCollectionsAndTheNetworkRoot) {
@@ -60,22 +61,22 @@ TEST_F(InitTest, TheDirectPathLoadsBothCollectionsAndTheNetworkRoot) {
   writeIni("[System]\r\nNetworkRootDir= \\\\srv\\talora \r\n");
   EXPECT_TRUE(host.Init());
   EXPECT_TRUE(host.Initialized);
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
   EXPECT_EQ(host.m_colPACSConfig->ColPACSConfigs->count(), 2U);
   EXPECT_EQ(host.m_colWorkstation->Item(1)->configID, 1);
-  EXPECT_EQ(g_strNetworkRootDir, L"\\\\srv\\talora");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"\\\\srv\\talora");
   EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(InitTest, ASecondInitReportsFailureAndChangesNothing) {
   ASSERT_TRUE(host.Init());
-  const auto connection = g_conSql;
+  const auto connection = modMain.g_conSql;
   const auto configurations = host.m_colPACSConfig;
   logOn();
   EXPECT_FALSE(host.Init());
   EXPECT_TRUE(host.Initialized);
-  EXPECT_EQ(g_conSql, connection);
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_EQ(modMain.g_conSql, connection);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
   EXPECT_EQ(host.m_colPACSConfig, configurations);
   EXPECT_EQ(log(), "");
 }
@@ -85,7 +86,7 @@ TEST_F(InitTest, TheInitOfAnotherObjectReopensTheConnection) {
   clsConfig other;
   *other.settings = config;
   EXPECT_TRUE(other.Init());
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
 }
 
 TEST_F(InitTest, InitClosesTheRemoteClientOfBefore) {
@@ -173,7 +174,7 @@ TEST_F(InitTest, WorkstationsThatCannotBeLoadedDoNotFailInit) {
 class RemoteInitTest : public InitTest {
  protected:
   RemoteInitTest() {
-    g_blnTlCommClientEnabled = true;
+    modMain.g_blnTlCommClientEnabled = true;
     host.settings->TlCommClientHostIP = L"10.0.0.7";
     host.settings->TlCommClientHostPort = L"8080";
     host.settings->TlCommClientTimeout = L"30";
@@ -187,7 +188,7 @@ TEST_F(RemoteInitTest, AConnectedClientLeavesTheServerAlone) {
   logOn(9);
   EXPECT_TRUE(host.Init());
   EXPECT_TRUE(TlCommClientConnected());
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   EXPECT_EQ(log().find("Connecting to database"), std::string::npos);
   EXPECT_EQ(client->calls.front(), L"ConnectToService(TLPACSCFG.DLL, 10.0.0.7, 8080, 30)");
   EXPECT_EQ(host.m_colPACSConfig->ColPACSConfigs->count(), 1U);
@@ -198,7 +199,7 @@ TEST_F(RemoteInitTest, AClientThatCannotConnectGivesWayToTheServerSilently) {
   client->connects = false;
   EXPECT_TRUE(host.Init());
   EXPECT_FALSE(TlCommClientConnected());
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
   EXPECT_TRUE(messages.empty());
 }
 
@@ -206,22 +207,22 @@ TEST_F(RemoteInitTest, WithoutAHostAddressInitGoesOnWithTheServer) {
   host.settings->TlCommClientHostIP = L"";
   logOn(0);
   EXPECT_TRUE(host.Init());
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
   EXPECT_EQ(client->created, 0);
   EXPECT_EQ(log(), errorBlock(L"[TLPACSCFG] No TlCommClient Host IP provided"));
 }
 
 TEST_F(RemoteInitTest, AClientThatIsNotEnabledIsNotCreated) {
-  g_blnTlCommClientEnabled = false;
+  modMain.g_blnTlCommClientEnabled = false;
   EXPECT_TRUE(host.Init());
   EXPECT_EQ(client->created, 0);
 }
 
 TEST_F(RemoteInitTest, StandAloneModeComesFirst) {
-  g_blnUseOfflineDB = true;
+  modMain.g_blnUseOfflineDB = true;
   EXPECT_FALSE(host.Init());
   EXPECT_EQ(client->created, 0);
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   expectPlainBox(
       L"Local configuration database was not set or could not be found.  Cannot load PACS "
       L"configurations in Stand Alone mode");
@@ -230,43 +231,43 @@ TEST_F(RemoteInitTest, StandAloneModeComesFirst) {
 TEST_F(InitTest, ReadingTheNetworkRootTrimsBlanks) {
   writeIni("[System]\nNetworkRootDir=   C:\\x  \n");
   ReadNetworkRootDir();
-  EXPECT_EQ(g_strNetworkRootDir, L"C:\\x");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"C:\\x");
   EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(InitTest, WithoutAnIniFileNameTheNetworkRootKeepsItsValue) {
-  g_strNetworkRootDir = L"before";
+  modMain.g_strNetworkRootDir = L"before";
   ReadNetworkRootDir();
-  EXPECT_EQ(g_strNetworkRootDir, L"before");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"before");
   EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(InitTest, WithoutAHostObjectTheNetworkRootKeepsItsValue) {
-  g_strNetworkRootDir = L"before";
-  g_objConfig.reset();
+  modMain.g_strNetworkRootDir = L"before";
+  modMain.g_objConfig.reset();
   ReadNetworkRootDir();
-  EXPECT_EQ(g_strNetworkRootDir, L"before");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"before");
 }
 
 TEST_F(InitTest, AnIniFileWithoutTheKeyIsShownOnceAndInitSucceeds) {
-  g_strNetworkRootDir = L"before";
+  modMain.g_strNetworkRootDir = L"before";
   writeIni("[System]\nOther=1\n");
   EXPECT_TRUE(host.Init());
-  EXPECT_EQ(g_strNetworkRootDir, L"");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"");
   expectCriticalBox();
 }
 
 TEST_F(InitTest, AMissingIniFileIsShownInTheSameBox) {
   host.settings->Talora_INIFile = scratchPath(L"MISSING.INI");
   ReadNetworkRootDir();
-  EXPECT_EQ(g_strNetworkRootDir, L"");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"");
   expectCriticalBox();
 }
 
 TEST_F(InitTest, AValueOfBlanksIsShownInTheSameBox) {
   writeIni("[System]\nNetworkRootDir=\"   \"\n");
   ReadNetworkRootDir();
-  EXPECT_EQ(g_strNetworkRootDir, L"");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"");
   expectCriticalBox();
 }
 
@@ -276,7 +277,7 @@ TEST_F(InitTest, TheIniFileOfTheObjectCreatedLastIsRead) {
   other.settings->Talora_INIFile = scratchPath(L"OTHER.INI");
   writeBytes(other.settings->Talora_INIFile, "[System]\nNetworkRootDir=second\n");
   EXPECT_TRUE(host.Init());
-  EXPECT_EQ(g_strNetworkRootDir, L"second");
+  EXPECT_EQ(modMain.g_strNetworkRootDir, L"second");
 }
 
 TEST_F(InitTest, TheVersionIsThreePlainNumbers) {
@@ -295,12 +296,12 @@ TEST_F(InitTest, TheVersionIsThreePlainNumbers) {
 
 TEST(LocalDirectoryTest, TheOfflinePathFollowsTheDirectoryAsItStands) {
   setLocalTaloraDirectory(L"C:\\Prog");
-  EXPECT_EQ(g_strLocalTaloraDir, L"C:\\Prog");
-  EXPECT_EQ(g_strOfflineDbPath, L"C:\\Prog\\OFFLINE\\SYSTEM.MDB");
+  EXPECT_EQ(modMain.g_strLocalTaloraDir, L"C:\\Prog");
+  EXPECT_EQ(modMain.g_strOfflineDbPath, L"C:\\Prog\\OFFLINE\\SYSTEM.MDB");
   setLocalTaloraDirectory(L"C:\\Prog\\");
-  EXPECT_EQ(g_strOfflineDbPath, L"C:\\Prog\\\\OFFLINE\\SYSTEM.MDB");
+  EXPECT_EQ(modMain.g_strOfflineDbPath, L"C:\\Prog\\\\OFFLINE\\SYSTEM.MDB");
   setLocalTaloraDirectory(L"");
-  EXPECT_EQ(g_strOfflineDbPath, L"\\OFFLINE\\SYSTEM.MDB");
+  EXPECT_EQ(modMain.g_strOfflineDbPath, L"\\OFFLINE\\SYSTEM.MDB");
 }
 
 class OfflineInitTest : public OfflineTest {
@@ -311,7 +312,7 @@ class OfflineInitTest : public OfflineTest {
 TEST_F(OfflineInitTest, StandAloneModeLoadsTheFileAndTheLocalComputer) {
   system::computerName = [] { return std::wstring(L"READ-08"); };
   EXPECT_TRUE(host.Init());
-  EXPECT_TRUE(g_blnOfflineConnected);
+  EXPECT_TRUE(modMain.g_blnOfflineConnected);
   EXPECT_EQ(host.m_colPACSConfig->ColPACSConfigs->count(), 9U);
   ASSERT_EQ(host.m_colWorkstation->ColWorkStations->count(), 1U);
   EXPECT_EQ(host.m_colWorkstation->Item(1)->configID, 12);

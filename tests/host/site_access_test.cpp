@@ -1,12 +1,14 @@
 #include "host/site_access.h"
 
+#include "data/data_path.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
-#include "host/config.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
+#include "host/config.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -33,17 +35,17 @@ class SiteAccessTest : public SiteTest {
 TEST_F(SiteAccessTest, WhatAnotherObjectMadeOfTheModulesIsPutBackAfterwards) {
   const auto host = initialised();
   const auto other = std::make_shared<clsConfig>();
-  ASSERT_FALSE(g_blnSqlConnected);
+  ASSERT_FALSE(modMain.g_blnSqlConnected);
   saveNumber(1);
   EXPECT_EQ(count(), L"0") << "A host's own save goes nowhere now.";
   {
     const SiteAccess access(*host);
-    EXPECT_EQ(g_objConfig, host->settings);
+    EXPECT_EQ(modMain.g_objConfig, host->settings);
     saveNumber(2);
     EXPECT_EQ(count(), L"1");
   }
-  EXPECT_FALSE(g_blnSqlConnected);
-  EXPECT_EQ(g_objConfig, other->settings);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
+  EXPECT_EQ(modMain.g_objConfig, other->settings);
 }
 
 TEST_F(SiteAccessTest, AWayThatAnotherObjectClosedIsOpenedAgain) {
@@ -54,7 +56,7 @@ TEST_F(SiteAccessTest, AWayThatAnotherObjectClosedIsOpenedAgain) {
     saveNumber(1);
     EXPECT_EQ(count(), L"1");
   }
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   const SiteAccess again(*host);
   saveNumber(2);
   EXPECT_EQ(count(), L"2");
@@ -63,12 +65,12 @@ TEST_F(SiteAccessTest, AWayThatAnotherObjectClosedIsOpenedAgain) {
 TEST_F(SiteAccessTest, AWayThatCannotBeOpenedAgainIsAnErrorAndTheNextTryWorks) {
   const auto host = initialised();
   DisconnectDatabase();
-  host->way.settings.SQLDSN = L"TlMissingSite";
+  host->path.settings.SQLDSN = L"TlMissingSite";
   registerDataSource(L"TlMissingSite", L"site");
   EXPECT_THROW(SiteAccess{*host}, RunTimeError);
-  EXPECT_EQ(g_conSql, nullptr);
-  EXPECT_FALSE(g_blnSqlConnected);
-  host->way.settings.SQLDSN = L"TlTestSite";
+  EXPECT_EQ(modMain.g_conSql, nullptr);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
+  host->path.settings.SQLDSN = L"TlTestSite";
   const SiteAccess access(*host);
   saveNumber(1);
   EXPECT_EQ(count(), L"1");
@@ -77,43 +79,43 @@ TEST_F(SiteAccessTest, AWayThatCannotBeOpenedAgainIsAnErrorAndTheNextTryWorks) {
 TEST_F(SiteAccessTest, TheOtherObjectsSiteStaysItsOwn) {
   const auto host = initialised();
   const auto other = initialised();
-  const auto others = g_conSql;
-  ASSERT_NE(host->way.connection, others);
+  const auto others = modMain.g_conSql;
+  ASSERT_NE(host->path.connection, others);
   {
     const SiteAccess access(*host);
-    EXPECT_NE(g_conSql, others);
+    EXPECT_NE(modMain.g_conSql, others);
     const SiteAccess nested(*host);
-    EXPECT_NE(g_conSql, others);
+    EXPECT_NE(modMain.g_conSql, others);
   }
-  EXPECT_EQ(g_conSql, others);
-  EXPECT_EQ(g_objConfig, other->settings);
+  EXPECT_EQ(modMain.g_conSql, others);
+  EXPECT_EQ(modMain.g_objConfig, other->settings);
 }
 
 TEST_F(SiteAccessTest, ALostConnectionIsReplacedForTheHostToo) {
   const auto host = initialised();
-  const auto lost = g_conSql;
+  const auto lost = modMain.g_conSql;
   lost->close();
   EXPECT_THROW(ExecuteSQL(L"DELETE FROM Interface_PACS_cfg"), RunTimeError);
   { const SiteAccess access(*host); }
-  EXPECT_NE(g_conSql, lost);
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_NE(modMain.g_conSql, lost);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
   saveNumber(1);
   EXPECT_EQ(count(), L"1");
 }
 
 TEST_F(SiteAccessTest, AnObjectInStandAloneModeWritesToNoOtherObjectsSite) {
   const auto host = std::make_shared<clsConfig>();
-  host->way.standAlone = true;
+  host->path.standAlone = true;
   const auto other = initialised();
   const SiteAccess access(*host);
-  EXPECT_FALSE(statementsAreExecuted());
+  EXPECT_FALSE(dataPath().executes());
   saveNumber(1);
   EXPECT_EQ(count(), L"0");
 }
 
-TEST_F(SiteAccessTest, ARemoteWayThatWasClosedIsConnectedAgainWithItsOwnSettings) {
+TEST_F(SiteAccessTest, ARemotePathThatWasClosedIsConnectedAgainWithItsOwnSettings) {
   const auto script = installFakeClient();
-  g_blnTlCommClientEnabled = true;
+  modMain.g_blnTlCommClientEnabled = true;
   const auto host = std::make_shared<clsConfig>();
   host->settings->TlCommClientHostIP = L"10.0.0.1";
   host->settings->TlCommClientHostPort = L"7000";
@@ -133,7 +135,7 @@ TEST_F(SiteAccessTest, ARemoteWayThatWasClosedIsConnectedAgainWithItsOwnSettings
   EXPECT_FALSE(TlCommClientConnected());
   DisconnectTlCommClient();
   script->connects = false;
-  host->way.client->disconnected = true;
+  host->path.client->disconnected = true;
   EXPECT_RUNTIME_ERROR(SiteAccess{*host}, 40002, L"The remote data client could not connect.");
 }
 
@@ -143,10 +145,10 @@ TEST_F(SiteAccessTest, ANestedAccessChangesNothing) {
   const SiteAccess access(*host);
   {
     const SiteAccess nested(*host);
-    EXPECT_TRUE(g_blnSqlConnected);
+    EXPECT_TRUE(modMain.g_blnSqlConnected);
   }
-  EXPECT_TRUE(g_blnSqlConnected);
-  EXPECT_EQ(g_objConfig, host->settings);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
+  EXPECT_EQ(modMain.g_objConfig, host->settings);
 }
 
 TEST_F(SiteAccessTest, AnObjectThatIsInitialisedMeanwhileKeepsItsOwnWay) {
@@ -156,8 +158,8 @@ TEST_F(SiteAccessTest, AnObjectThatIsInitialisedMeanwhileKeepsItsOwnWay) {
     const SiteAccess access(*host);
     other = initialised();
   }
-  EXPECT_EQ(g_conSql, other->way.connection);
-  EXPECT_EQ(g_objConfig, other->settings);
+  EXPECT_EQ(modMain.g_conSql, other->path.connection);
+  EXPECT_EQ(modMain.g_objConfig, other->settings);
 }
 
 }  // namespace

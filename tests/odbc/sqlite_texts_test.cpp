@@ -1,4 +1,5 @@
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "harness/core_test.h"
 
@@ -11,10 +12,10 @@ TEST_P(SqliteTextsTest, ComeBackAsTheyWereStored) {
   connect();
   const std::wstring literal = L"'" + FixQuotes(GetParam()) + L"'";
   ExecuteSQL(L"INSERT INTO System_pc_names VALUES('PC', " + literal + L", 1)");
-  openShared(g_conSql,
-             L"select access_string from System_pc_names where access_string = " + literal);
-  ASSERT_FALSE(sharedResult().EndOfData());
-  EXPECT_EQ(sharedResult().Column(0), GetParam());
+  openSharedResult(modMain.g_conSql,
+                   L"select access_string from System_pc_names where access_string = " + literal);
+  ASSERT_FALSE((*modMain.g_rsQuery).EndOfData());
+  EXPECT_EQ((*modMain.g_rsQuery).Column(0), GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, SqliteTextsTest,

@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "faults/commands/command_site.h"
 #include "support/text.h"
 #include "wire/wire_test.h"
@@ -115,8 +116,8 @@ class WireCommandTest : public WireTest {
   /// A fresh site, and an administrator who is about to give the command.
   void begin(Command command) {
     administrator.reset();
-    g_conSql.reset();
-    g_envSql.reset();
+    modMain.g_conSql.reset();
+    modMain.g_envSql.reset();
     tellAll(command);
     administrator = std::make_unique<Administrator>(config);
     administrator->prepare(command);
@@ -139,7 +140,7 @@ class WireCommandTest : public WireTest {
 
   /// Nobody has to wait for a transaction of the command's.
   void expectNothingOpen() {
-    if (administrator->host->way.connection->isLost()) waitForSessions(0);
+    if (administrator->host->path.connection->isLost()) waitForSessions(0);
     EXPECT_NO_THROW(runAtSite(kHarmlessChange));
   }
 
@@ -294,7 +295,7 @@ TEST_P(EachWireCommandTest, ARollbackThatIsRefusedTooLeavesTheSiteAsItWas) {
     if (refusedRollbacks == 2) failAt(At::request(commit + 3), 9002, L"It is full.");
     give();
     EXPECT_EQ(faultsLeft(), 0);
-    EXPECT_EQ(administrator->host->way.connection->isLost(), refusedRollbacks == 2);
+    EXPECT_EQ(administrator->host->path.connection->isLost(), refusedRollbacks == 2);
     const char ending = letter(done);
     EXPECT_EQ(ending, kUndone);
     expectGoesWellNow(command, ending, done);
@@ -352,7 +353,7 @@ TEST_P(WireStallTest, AServerThatFallsSilentEndsTheCommandAfterItsTime) {
   const auto& [command, request, executes, ending] = GetParam();
   const std::wstring done = undisturbed(command);
   begin(command);
-  administrator->host->way.connection->limitStatements({.time = std::chrono::seconds(1)});
+  administrator->host->path.connection->limitStatements({.time = std::chrono::seconds(1)});
   if (executes == Executes::Yes) {
     stallAfter(At::request(request));
   } else {

@@ -2,8 +2,9 @@
 
 #include "config/pacs_configurations.h"
 #include "data/database.h"
-#include "odbc/error.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
+#include "odbc/error.h"
 #include "support/text.h"
 #include "wire/wire_test.h"
 #include "workstation/workstation.h"
@@ -71,10 +72,10 @@ TEST_F(WireFailureTest, AStatementBeyondItsTimeIsTakenBack) {
   stall(L"SELECT");
   stall(L"DELETE");
   connect();
-  g_conSql->limitStatements({.time = std::chrono::seconds(1)});
-  EXPECT_THROW(g_conSql->query(L"SELECT 1"), odbc::Error);
+  modMain.g_conSql->limitStatements({.time = std::chrono::seconds(1)});
+  EXPECT_THROW(modMain.g_conSql->query(L"SELECT 1"), odbc::Error);
   EXPECT_THAT(newRecord(), ElementsAre(batch(L"SELECT 1"), takenBack()));
-  EXPECT_THROW(g_conSql->execute(kTwoStatements), odbc::Error);
+  EXPECT_THROW(modMain.g_conSql->execute(kTwoStatements), odbc::Error);
   EXPECT_THAT(newRecord(), ElementsAre(transaction("begin"), batch(kTwoStatements), takenBack(),
                                        transaction("rollback")));
 }

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "odbc/handle.h"
 #include "odbc/platform.h"
 #include "wire/wire_test.h"
@@ -31,7 +32,7 @@ class WireFaultTest : public WireTest {
 
   /// The driver opens a transaction, the batch follows, then the commit and the end of the mode in
   /// which transactions are left open.
-  static void save() { g_conSql->execute(kTwoRows); }
+  static void save() { modMain.g_conSql->execute(kTwoRows); }
 
   static odbc::Error failureOf(const std::function<void()>& action) {
     try {
@@ -47,7 +48,7 @@ class WireFaultTest : public WireTest {
   void expectLostSave() {
     failureOf(save);
     EXPECT_EQ(faultsLeft(), 0);
-    failureOf([] { g_conSql->query(L"SELECT 1"); });
+    failureOf([] { modMain.g_conSql->query(L"SELECT 1"); });
   }
 
   ProbeRows stored() const { return siteRows(kSelect); }
@@ -75,13 +76,13 @@ TEST_F(WireFaultTest, AHangUpAfterTheBatchUndoesIt) {
 
 TEST_F(WireFaultTest, AHangUpAfterABatchWithoutATransactionKeepsWhatItStored) {
   hangUpAfter(At::batch(L"INSERT"));
-  failureOf([] { g_conSql->query(kTwoRows); });
+  failureOf([] { modMain.g_conSql->query(kTwoRows); });
   EXPECT_EQ(stored(), kBoth);
 }
 
 TEST_F(WireFaultTest, AHangUpInsideABatchExecutesTheAnsweredStatements) {
   hangUpInside(At::batch(L"INSERT"), Statements{1});
-  failureOf([] { g_conSql->query(kTwoRows); });
+  failureOf([] { modMain.g_conSql->query(kTwoRows); });
   EXPECT_EQ(stored(), ProbeRows({{L"A"}}));
 }
 
@@ -99,7 +100,7 @@ TEST_F(WireFaultTest, AHangUpInsideTheRowsFailsTheQuery) {
   save();
   for (const int sent : {0, 1, 2}) {
     hangUpInside(At::batch(L"SELECT"), Rows{sent});
-    failureOf([] { g_conSql->query(kSelect); });
+    failureOf([] { modMain.g_conSql->query(kSelect); });
     EXPECT_EQ(faultsLeft(), 0);
     DisconnectDatabase();
     connect();
@@ -177,7 +178,7 @@ TEST_F(WireFaultTest, ARollbackThatIsRefusedForGoodClosesTheConnection) {
   failureOf(save);
   EXPECT_EQ(faultsLeft(), 0);
   waitForSessions(0);
-  EXPECT_TRUE(g_conSql->isLost());
+  EXPECT_TRUE(modMain.g_conSql->isLost());
   runAtSite(L"INSERT INTO System_pc_names VALUES('C', '', 1)");
   EXPECT_EQ(stored(), ProbeRows({{L"C"}}));
 }
@@ -214,7 +215,7 @@ TEST_F(WireFaultTest, AFailedBeginFailsTheSave) {
 
 TEST_F(WireFaultTest, AStalledServerNeverAnswersTheAttention) {
   stallBefore(At::batch(L"INSERT"));
-  g_conSql->limitStatements({.time = std::chrono::seconds(1)});
+  modMain.g_conSql->limitStatements({.time = std::chrono::seconds(1)});
   const odbc::Error error = failureOf(save);
   EXPECT_EQ(error.sqlState(), L"HYT00");
   EXPECT_THAT(record(), ::testing::Not(::testing::Contains(takenBack())));
@@ -223,8 +224,8 @@ TEST_F(WireFaultTest, AStalledServerNeverAnswersTheAttention) {
 
 TEST_F(WireFaultTest, AStalledServerMayHaveExecutedTheBatch) {
   stallAfter(At::batch(L"INSERT"));
-  g_conSql->limitStatements({.time = std::chrono::seconds(1)});
-  EXPECT_EQ(failureOf([] { g_conSql->query(kTwoRows); }).sqlState(), L"HYT00");
+  modMain.g_conSql->limitStatements({.time = std::chrono::seconds(1)});
+  EXPECT_EQ(failureOf([] { modMain.g_conSql->query(kTwoRows); }).sqlState(), L"HYT00");
   EXPECT_EQ(stored(), kBoth);
 }
 
@@ -241,20 +242,20 @@ TEST_F(WireFaultTest, AStalledCommitWaitsUntilTheServerIsRestarted) {
 
 TEST_F(WireFaultTest, ACommitInWordsIsACommit) {
   hangUpAfter(At::commit());
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(kTwoRows);
-  failureOf([] { g_conSql->query(L"COMMIT TRANSACTION"); });
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(kTwoRows);
+  failureOf([] { modMain.g_conSql->query(L"COMMIT TRANSACTION"); });
   EXPECT_EQ(stored(), kBoth);
 }
 
 TEST_F(WireFaultTest, ARestartUndoesWhatIsOpenAndTakesNewConnections) {
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(kTwoRows);
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(kTwoRows);
   waitForSessions(1);
   restartServer();
   waitForSessions(0);
   EXPECT_THAT(stored(), IsEmpty());
-  failureOf([] { g_conSql->query(L"SELECT 1"); });
+  failureOf([] { modMain.g_conSql->query(L"SELECT 1"); });
   DisconnectDatabase();
   connect();
   save();
@@ -275,7 +276,7 @@ TEST_F(WireFaultTest, AStoppedServerRefusesConnectionsUntilItIsStarted) {
 TEST_F(WireFaultTest, ASecondAdministratorChangesRowsInTheMiddleOfACommand) {
   save();
   changeSiteAt(At::batch(L"SELECT"), L"DELETE FROM System_pc_names WHERE pc_name = 'A'");
-  EXPECT_EQ(g_conSql->query(kSelect).rows(), 1U);
+  EXPECT_EQ(modMain.g_conSql->query(kSelect).rows(), 1U);
 }
 
 TEST_F(WireFaultTest, ASecondAdministratorWaitsForTheEndOfATransaction) {

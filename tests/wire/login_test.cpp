@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "support/text.h"
 #include "wire/wire_test.h"
 
@@ -26,13 +27,13 @@ TEST_F(WireLoginTest, TheServerSeesLoginPasswordApplicationAndDatabase) {
   config.SqlUserName = L"talora_admin";
   EXPECT_TRUE(ConnectToDatabase(config));
   EXPECT_THAT(record(), ElementsAre(login(L"talora_admin", L"geheim", L"Talora")));
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
 }
 
 TEST_F(WireLoginTest, WithoutAUserNameTheLoginIsSa) {
   EXPECT_TRUE(ConnectToDatabase(config));
   EXPECT_THAT(record(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
-  EXPECT_EQ(g_strSqlUser, L"sa");
+  EXPECT_EQ(modMain.g_strSqlUser, L"sa");
 }
 
 TEST_F(WireLoginTest, ThePasswordIsSentWithoutTheBlanksAroundIt) {
@@ -87,7 +88,7 @@ TEST_F(WireLoginTest, ASecondConnectWhileConnectedDoesNotLogInAgain) {
 TEST_F(WireLoginTest, AfterDisconnectingTheNextConnectLogsInAgain) {
   connect();
   DisconnectDatabase();
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   EXPECT_TRUE(ConnectToDatabase(config));
   EXPECT_THAT(newRecord(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
 }
@@ -95,7 +96,7 @@ TEST_F(WireLoginTest, AfterDisconnectingTheNextConnectLogsInAgain) {
 TEST_F(WireLoginTest, ARefusedLoginShowsTheTimeOutBox) {
   refuseLogin(18456, L"Login failed for user 'sa'.");
   EXPECT_FALSE(ConnectToDatabase(config));
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
   expectTimeOutBox(L"Login failed for user 'sa'.");
 }
 

@@ -2,6 +2,7 @@
 
 #include "config/pacs_configurations.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
 #include "wire/wire_test.h"
@@ -183,7 +184,7 @@ TEST_F(WireStatementTest, TheNextIdentifierComesFromTheLastRow) {
 }
 
 TEST_F(WireStatementTest, AnExistingConfigurationIsUpdatedInATransactionOfItsOwn) {
-  g_objConfig = std::make_shared<HostSettings>(config);
+  modMain.g_objConfig = std::make_shared<HostSettings>(config);
   connect();
   clsPACSConfiguration record;
   record.configID = 12;

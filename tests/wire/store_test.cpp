@@ -3,9 +3,10 @@
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
 #include "data/database.h"
-#include "odbc/error.h"
+#include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
+#include "odbc/error.h"
 #include "wire/wire_test.h"
 #include "workstation/workstation.h"
 
@@ -23,10 +24,10 @@ class WireStoreTest : public WireTest {
     connect();
   }
 
-  static void execute(const std::wstring& sql) { g_conSql->execute(sql); }
+  static void execute(const std::wstring& sql) { modMain.g_conSql->execute(sql); }
 
   static std::wstring answered(const std::wstring& sql) {
-    const Table table = g_conSql->query(sql);
+    const Table table = modMain.g_conSql->query(sql);
     std::wstring text;
     for (std::size_t row = 0; row < table.rows(); ++row) {
       if (row > 0) text += L'\n';
@@ -40,7 +41,7 @@ class WireStoreTest : public WireTest {
 
   static void expectFailure(const std::wstring& sql, std::int32_t number) {
     try {
-      g_conSql->execute(sql);
+      modMain.g_conSql->execute(sql);
       ADD_FAILURE() << "The statement did not fail.";
     } catch (const odbc::Error& error) {
       EXPECT_EQ(error.nativeError(), number) << toUtf8(error.description());
@@ -117,7 +118,7 @@ TEST_F(WireStoreTest, ASelectOfOneConfigurationFindsIt) {
   record.SaveConfiguration();
   std::wstring statement = loadingStatement();
   statement.replace(statement.find(L" order by"), statement.npos, L" where config_id = 7");
-  const Table table = g_conSql->query(statement);
+  const Table table = modMain.g_conSql->query(statement);
   ASSERT_EQ(table.rows(), 1U);
   EXPECT_EQ(table.columns(), kColumnCount);
   EXPECT_EQ(table.at(0, 0), L"7");
@@ -167,7 +168,7 @@ TEST_F(WireStoreTest, SettingsAndTransactionsInWordsNeedNoStore) {
   newRecord();
   for (const wchar_t* const text :
        {L"SET TRANSACTION ISOLATION LEVEL SERIALIZABLE", L"BEGIN TRANSACTION", L"COMMIT"}) {
-    g_conSql->query(text);
+    modMain.g_conSql->query(text);
   }
   EXPECT_THAT(newRecord(), ElementsAre(batch(L"SET TRANSACTION ISOLATION LEVEL SERIALIZABLE"),
                                        batch(L"BEGIN TRANSACTION"), transaction("begin"),
@@ -211,32 +212,32 @@ TEST_F(WireStoreTest, AFailedConversionUndoesTheTransactionByItself) {
 
 TEST_F(WireStoreTest, ATransactionMayBeWrittenInStatements) {
   useSite();
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(insertName(L"A"));
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(insertName(L"A"));
   EXPECT_THAT(siteRows(L"SELECT * FROM System_pc_names"), IsEmpty());
-  g_conSql->query(L"ROLLBACK TRANSACTION");
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(insertName(L"B"));
-  g_conSql->query(L"COMMIT TRANSACTION");
+  modMain.g_conSql->query(L"ROLLBACK TRANSACTION");
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(insertName(L"B"));
+  modMain.g_conSql->query(L"COMMIT TRANSACTION");
   EXPECT_EQ(siteRows(L"SELECT pc_name FROM System_pc_names"), ProbeRows({{L"B"}}));
 }
 
 TEST_F(WireStoreTest, ABatchMayAskForTheTransactionAndForTheRowsChanged) {
   useSite();
-  g_conSql->query(insertName(L"A") + L"\r\n" + insertName(L"B"));
-  g_conSql->query(L"UPDATE System_pc_names SET flag2 = 2");
+  modMain.g_conSql->query(insertName(L"A") + L"\r\n" + insertName(L"B"));
+  modMain.g_conSql->query(L"UPDATE System_pc_names SET flag2 = 2");
   EXPECT_EQ(answered(L"SELECT @@ROWCOUNT"), L"2");
   EXPECT_EQ(answered(L"SELECT @@TRANCOUNT"), L"0");
   const std::wstring clear = L" DELETE FROM System_pc_names";
-  g_conSql->query(L"IF @@TRANCOUNT > 0" + clear);
+  modMain.g_conSql->query(L"IF @@TRANCOUNT > 0" + clear);
   EXPECT_EQ(answered(L"SELECT count(*) FROM System_pc_names"), L"2");
-  g_conSql->query(L"BEGIN TRANSACTION IF @@TRANCOUNT = 1" + clear + L" COMMIT TRANSACTION");
+  modMain.g_conSql->query(L"BEGIN TRANSACTION IF @@TRANCOUNT = 1" + clear + L" COMMIT TRANSACTION");
   EXPECT_EQ(answered(L"SELECT count(*) FROM System_pc_names"), L"0");
 }
 
 TEST_F(WireStoreTest, AnyErrorUndoesTheTransactionWhereThatIsSet) {
   useSite();
-  g_conSql->query(L"SET XACT_ABORT ON");
+  modMain.g_conSql->query(L"SET XACT_ABORT ON");
   newRecord();
   const std::wstring twice = insertName(L"A") + L"\r\n" + insertName(L"A");
   expectFailure(twice, 2627);
@@ -250,35 +251,35 @@ TEST_F(WireStoreTest, ReadingHoldsTheRowsOnlyWhenItIsToldTo) {
   const std::wstring clear = L"DELETE FROM System_pc_names";
   const std::wstring select = L"SELECT pc_name FROM System_pc_names";
 
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(select);
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(select);
   runAtSite(other);
   EXPECT_EQ(answered(select), L"OTHER");
-  g_conSql->query(L"ROLLBACK");
+  modMain.g_conSql->query(L"ROLLBACK");
   runAtSite(clear);
 
-  g_conSql->query(L"SET TRANSACTION ISOLATION LEVEL SERIALIZABLE");
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(select);
+  modMain.g_conSql->query(L"SET TRANSACTION ISOLATION LEVEL SERIALIZABLE");
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(select);
   EXPECT_THROW(runAtSite(other), std::runtime_error);
-  g_conSql->query(L"ROLLBACK");
+  modMain.g_conSql->query(L"ROLLBACK");
 
-  g_conSql->query(L"SET TRANSACTION ISOLATION LEVEL READ COMMITTED");
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(select + L" WITH (UPDLOCK, HOLDLOCK)");
+  modMain.g_conSql->query(L"SET TRANSACTION ISOLATION LEVEL READ COMMITTED");
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(select + L" WITH (UPDLOCK, HOLDLOCK)");
   EXPECT_THROW(runAtSite(other), std::runtime_error);
-  g_conSql->query(L"COMMIT");
+  modMain.g_conSql->query(L"COMMIT");
   runAtSite(other);
 }
 
 TEST_F(WireStoreTest, AWriterWaitsForAnotherConnectionUntilItsTimeIsOver) {
   useSite();
-  g_conSql->query(L"BEGIN TRANSACTION");
-  g_conSql->query(insertName(L"A"));
-  const auto waiting = g_conSql;
-  g_blnSqlConnected = false;
+  modMain.g_conSql->query(L"BEGIN TRANSACTION");
+  modMain.g_conSql->query(insertName(L"A"));
+  const auto waiting = modMain.g_conSql;
+  modMain.g_blnSqlConnected = false;
   connect();
-  g_conSql->limitStatements({.time = std::chrono::seconds(1)});
+  modMain.g_conSql->limitStatements({.time = std::chrono::seconds(1)});
   EXPECT_THROW(execute(insertName(L"B")), odbc::Error);
   waiting->query(L"COMMIT");
   execute(insertName(L"C"));

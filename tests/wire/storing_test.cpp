@@ -2,8 +2,9 @@
 
 #include "config/stored_configuration.h"
 #include "data/database.h"
-#include "odbc/error.h"
+#include "data/mod_main.h"
 #include "harness/errors.h"
+#include "odbc/error.h"
 #include "wire/wire_test.h"
 #include "workstation/assignments.h"
 
@@ -24,7 +25,7 @@ class WireStoringTest : public WireTest {
  protected:
   void open(const SiteTraits& traits = {}) {
     storeSite(traits);
-    g_objConfig = std::make_shared<HostSettings>(config);
+    modMain.g_objConfig = std::make_shared<HostSettings>(config);
     connect();
     runAtSite(kInsert);
   }
@@ -133,7 +134,7 @@ TEST_F(WireStoringTest, AssignmentsAreOneTransactionWhateverTheirNumber) {
 
 TEST_F(WireStoringTest, EveryStatementOfTheConnectionHasATimeLimit) {
   connect();
-  EXPECT_EQ(g_conSql->limits().time, kStatementTime);
+  EXPECT_EQ(modMain.g_conSql->limits().time, kStatementTime);
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #include "data/database.h"
-#include "log/log_support.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
 #include "harness/fake_client.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {
@@ -150,7 +151,7 @@ TEST_F(WorkstationLoadingTest, WithoutAConnectionThereIsNoResultSetToRead) {
 TEST_F(WorkstationLoadingTest, WithoutAConnectionTheHeldResultSetIsReadAsItStands) {
   Table held(4);
   for (const wchar_t* cell : {L"HELD", L"5", L"", L"1"}) held.append(cell);
-  g_rsQuery = std::make_unique<ResultSet>(held);
+  modMain.g_rsQuery = std::make_unique<ResultSet>(held);
   workstations.GetWorkstationsList();
   EXPECT_EQ(loaded(), (std::vector<Loaded>{{5, L"HELD", 1}}));
 }

@@ -1,13 +1,14 @@
 #include "workstation/workstation.h"
 
 #include "data/database.h"
-#include "odbc/error.h"
+#include "data/mod_main.h"
 #include "data/workstation_key.h"
-#include "log/log_support.h"
-#include "support/text.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
+#include "log/log_support.h"
+#include "odbc/error.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -121,7 +122,7 @@ TEST_F(WorkstationsTest, SavingOneWorkstationQueuesItsStatement) {
   workstation.WorkStation = L"PC1";
   workstation.configID = 7;
   workstation.SaveWorkstation();
-  EXPECT_EQ(g_strWorkstationBatch,
+  EXPECT_EQ(modMain.g_strWorkstationBatch,
             L"\r\n\r\nINSERT into system_workstation_cfg\r\n"
             L"(pc_name, application_id, key_name, key_value, user_id, flag1)\r\n"
             L"VALUES('PC1', 38, 'PACSConfig', '7', -1, 0)");
@@ -137,9 +138,9 @@ TEST_F(WorkstationsTest, SavingAllRewritesEveryAssignmentInOneCommand) {
   assign(L"PC3", L"'4'");
   site.run(L"INSERT INTO System_workstation_cfg VALUES('PC1', 38, 'Other', 'x', 5, 6)");
   site.run(L"INSERT INTO System_workstation_cfg VALUES('PC1', 39, 'PACSConfig', 'y', 5, 6)");
-  g_strWorkstationBatch = L"dropped";
+  modMain.g_strWorkstationBatch = L"dropped";
   workstations.SaveAllWorkStationSettings();
-  EXPECT_EQ(g_strWorkstationBatch, L"");
+  EXPECT_EQ(modMain.g_strWorkstationBatch, L"");
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Executing query") +
                        debugLine(10, L"[TLPACSCFG] Query:\r\n" + statements(L"PC1", L"7") +
                                          statements(L"PC2", L"0")) +
@@ -161,7 +162,7 @@ TEST_F(WorkstationsTest, AHundredWorkstationsMakeABatch) {
     workstations = colWorkstation();
     add(size);
     site.runAll({L"DELETE FROM System_workstation_cfg", L"DELETE FROM System_offline_db_updates"});
-    g_blnSqlConnected = false;
+    modMain.g_blnSqlConnected = false;
     connect();
     logOn();
     const int before = batches();
@@ -196,18 +197,18 @@ TEST_F(WorkstationsTest, AfterAFailedBatchEachStatementCommitsItselfAgain) {
   connect();
   workstations.AddWS(3, L"O'BRIEN-PC");
   EXPECT_THROW(workstations.SaveAllWorkStationSettings(), odbc::Error);
-  g_conSql->query(L"INSERT INTO System_pc_names VALUES('NEW', '', 1)");
+  modMain.g_conSql->query(L"INSERT INTO System_pc_names VALUES('NEW', '', 1)");
   EXPECT_EQ(count(L"System_pc_names"), L"1") << "seen from another connection";
 }
 
 TEST_F(WorkstationsTest, StandAloneModeSavesNothing) {
   add(1);
-  g_blnUseOfflineDB = true;
-  g_blnOfflineConnected = true;
-  g_strWorkstationBatch = L"dropped";
+  modMain.g_blnUseOfflineDB = true;
+  modMain.g_blnOfflineConnected = true;
+  modMain.g_strWorkstationBatch = L"dropped";
   logOn();
   workstations.SaveAllWorkStationSettings();
-  EXPECT_EQ(g_strWorkstationBatch, L"");
+  EXPECT_EQ(modMain.g_strWorkstationBatch, L"");
   EXPECT_EQ(log(), "");
 }
 

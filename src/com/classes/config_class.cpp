@@ -2,6 +2,7 @@
 #include "com/identities.h"
 #include "automation/member_table.h"
 #include "data/host_settings.h"
+#include "data/mod_main.h"
 #include "host/config.h"
 #include "log/log_support.h"
 #include "support/conversions.h"
@@ -35,10 +36,10 @@ std::vector<Member> members() {
   };
   return MemberTable<clsConfig>()
       .get(L"TlCommClientEnabled", 1,
-           [](clsConfig&) { return std::wstring(truthWord(g_blnTlCommClientEnabled)); })
+           [](clsConfig&) { return std::wstring(truthWord(modMain.g_blnTlCommClientEnabled)); })
       .put(L"TlCommClientEnabled", 1,
            [](clsConfig&, const std::wstring& v_blnEnabled) {
-             g_blnTlCommClientEnabled = toBoolean(v_blnEnabled);
+             modMain.g_blnTlCommClientEnabled = toBoolean(v_blnEnabled);
            })
       .field(L"TlCommClientHostIP", 2, setting(&HostSettings::TlCommClientHostIP))
       .field(L"TlCommClientHostPort", 3, setting(&HostSettings::TlCommClientHostPort))
@@ -65,8 +66,8 @@ std::vector<Member> members() {
       .field(L"SqlTimeout", 19, setting(&HostSettings::SqlTimeout))
       .field(L"Dynamic_DataSource", 20, setting(&HostSettings::Dynamic_DataSource))
       .field(L"Talora_INIFile", 21, setting(&HostSettings::Talora_INIFile))
-      .field(L"UseOfflineDB", 22, shared(g_blnUseOfflineDB))
-      .get(L"LocalTaloraDirectory", 23, [](clsConfig&) { return g_strLocalTaloraDir; })
+      .field(L"UseOfflineDB", 22, shared(modMain.g_blnUseOfflineDB))
+      .get(L"LocalTaloraDirectory", 23, [](clsConfig&) { return modMain.g_strLocalTaloraDir; })
       .put(L"LocalTaloraDirectory", 23,
            [](clsConfig&, const std::wstring& p_strLocalTaloraDir) {
              setLocalTaloraDirectory(p_strLocalTaloraDir);

@@ -2,9 +2,10 @@
 #include <iostream>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "faults/commands/sqlite_command_test.h"
-#include "support/text.h"
 #include "harness/fake_client.h"
+#include "support/text.h"
 
 /// The windows' commands through a remote data client, with a fault at every call of its methods.
 /// Each statement is a transaction of its own there.
@@ -75,7 +76,7 @@ class RemoteFaultTest : public SqliteCommandTest, public ::testing::WithParamInt
     config.TlCommClientHostPort = L"7000";
     config.TlCommClientTimeout = L"5";
     config.SqlDbName = L"site";
-    g_blnTlCommClientEnabled = true;
+    modMain.g_blnTlCommClientEnabled = true;
     const auto connection = anotherConnection();
     client_->answer = [this, connection](const std::wstring& sql) {
       Table table = connection->query(sql);

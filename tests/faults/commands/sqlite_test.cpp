@@ -2,11 +2,12 @@
 #include <iostream>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "faults/commands/command_site.h"
 #include "faults/commands/odbc_calls.h"
 #include "faults/commands/sqlite_command_test.h"
-#include "support/text.h"
 #include "harness/scratch.h"
+#include "support/text.h"
 
 /// The windows' commands on SQLite, with a fault or a second administrator at every call of the
 /// driver: each statement, and each end of a transaction.
@@ -94,7 +95,7 @@ class SqliteFaultTest : public SqliteCommandTest, public ::testing::WithParamInt
       case Fault::CommitLocked:
         return lock({L"BEGIN", L"SELECT count(*) FROM Interface_PACS_cfg"});
       case Fault::ReadOnly:
-        g_conSql->query(L"PRAGMA query_only = 1");
+        modMain.g_conSql->query(L"PRAGMA query_only = 1");
         return;
       case Fault::FileGone:
         std::filesystem::rename(siteFile(), gone());
@@ -107,7 +108,7 @@ class SqliteFaultTest : public SqliteCommandTest, public ::testing::WithParamInt
       if (locked_) locker_->query(L"ROLLBACK");
       locker_.reset();
     }
-    const auto& connection = administrator->host->way.connection;
+    const auto& connection = administrator->host->path.connection;
     if (fault == Fault::ReadOnly && !connection->isLost()) {
       connection->query(L"PRAGMA query_only = 0");
     }
@@ -266,7 +267,7 @@ TEST_P(EachSqliteCommandTest, ARowThatCannotBeReadLeavesTheSiteAsItWas) {
 TEST_P(EachSqliteCommandTest, AFullDiskLeavesTheSiteAsItWas) {
   const std::wstring done = undisturbed(GetParam());
   begin(GetParam());
-  odbc::Connection& connection = *administrator->host->way.connection;
+  odbc::Connection& connection = *administrator->host->path.connection;
   const Table pages = connection.query(L"PRAGMA page_count");
   connection.query(L"PRAGMA max_page_count = " + std::wstring(*pages.at(0, 0)));
   for (std::size_t length = 2000; length > 0; length /= 2) {

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "data/tl_comm_client.h"
-#include "log/log_support.h"
-#include "support/registry.h"
-#include "support/handle_win.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
+#include "support/handle_win.h"
+#include "support/registry.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -34,7 +34,7 @@ RegisteredClient::RegisteredClient() {
 }
 
 RegisteredClient::~RegisteredClient() {
-  g_objTlCommClient.reset();
+  modTlCommClient.g_objTlCommClient.reset();
   registry::deleteKey(registry::Root::CurrentUser, kKey);
   CoUninitialize();
 }

@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "faults/commands/command_site.h"
 #include "remote/client/client_test.h"
 #include "support/text.h"
@@ -16,7 +17,7 @@ class RemoteCommandTest : public SiteTest, public ::testing::WithParamInterface<
     client_.set(L"Transport", L"http");
     service_.start();
     useService(config, service_.port());
-    g_blnTlCommClientEnabled = true;
+    modMain.g_blnTlCommClientEnabled = true;
     std::vector<std::wstring> statements = clearing();
     for (std::wstring& statement : contentFor(GetParam())) {
       statements.push_back(std::move(statement));

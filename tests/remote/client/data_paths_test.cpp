@@ -1,5 +1,6 @@
 #include "config/columns.h"
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
 #include "host/config.h"
 #include "remote/client/client_test.h"
@@ -18,7 +19,7 @@ class DataPathsTest : public ServiceClientTest {
   };
 
   Site load(bool remotely) {
-    g_blnTlCommClientEnabled = remotely;
+    modMain.g_blnTlCommClientEnabled = remotely;
     clsConfig host;
     *host.settings = config;
     Site loaded;
@@ -126,7 +127,7 @@ TEST_F(DataPathsTest, NumbersAreGivenAlikeOnBothWays) {
                                        L"INSERT INTO Interface_PACS_cfg (config_id) VALUES(1)",
                                        L"INSERT INTO Interface_PACS_cfg (config_id) VALUES(41)"}) {
     site.run(statement);
-    g_blnTlCommClientEnabled = true;
+    modMain.g_blnTlCommClientEnabled = true;
     ASSERT_TRUE(ConnectTlCommClient(config));
     colPACSConfiguration configurations;
     const std::int16_t remote = configurations.GetNextConfigID();
@@ -141,7 +142,7 @@ TEST_F(DataPathsTest, SavingAndDeletingReachTheDatabaseThroughTheService) {
   addConfiguration(1);
   addWorkstation(L"READ-01");
   startService();
-  g_blnTlCommClientEnabled = true;
+  modMain.g_blnTlCommClientEnabled = true;
   clsConfig host;
   *host.settings = config;
   ASSERT_TRUE(host.Init());
@@ -165,12 +166,12 @@ TEST_F(DataPathsTest, AClientThatCannotConnectGivesWayToTheDirectConnection) {
   set(L"Token", L"another-token-altogether");
   startService();
   logOn();
-  g_blnTlCommClientEnabled = true;
+  modMain.g_blnTlCommClientEnabled = true;
   clsConfig host;
   *host.settings = config;
   EXPECT_TRUE(host.Init());
   EXPECT_FALSE(TlCommClientConnected());
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
   EXPECT_EQ(host.m_colPACSConfig->ColPACSConfigs->count(), 2U);
   EXPECT_TRUE(messages.empty());
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
@@ -181,17 +182,17 @@ TEST_F(DataPathsTest, AClientThatCannotConnectGivesWayToTheDirectConnection) {
 }
 
 TEST_F(DataPathsTest, AnEmptyHostAddressGivesWayToTheDirectConnection) {
-  g_blnTlCommClientEnabled = true;
+  modMain.g_blnTlCommClientEnabled = true;
   clsConfig host;
   *host.settings = config;
   host.settings->TlCommClientHostIP = L"";
   EXPECT_TRUE(host.Init());
-  EXPECT_TRUE(g_blnSqlConnected);
+  EXPECT_TRUE(modMain.g_blnSqlConnected);
 }
 
 TEST_F(DataPathsTest, AServiceThatVanishesWhileLoadingIsReported) {
   startService();
-  g_blnTlCommClientEnabled = true;
+  modMain.g_blnTlCommClientEnabled = true;
   ASSERT_TRUE(ConnectTlCommClient(config));
   service.end("KILL");
   colPACSConfiguration configurations;

@@ -1,5 +1,6 @@
-#include "odbc/connection.h"
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
+#include "odbc/connection.h"
 #include "remote/client/client_test.h"
 #include "ui/settings/view/settings_test.h"
 
@@ -24,7 +25,7 @@ class RemoteJourneyTest : public SettingsTest {
     client_.set(L"Transport", L"http");
     service_.start();
     useService(*config_->settings, service_.port());
-    g_blnTlCommClientEnabled = true;
+    modMain.g_blnTlCommClientEnabled = true;
     initialise();
     EXPECT_TRUE(TlCommClientConnected());
   }

@@ -1,3 +1,4 @@
+#include "data/tl_comm_client.h"
 #include "remote/client/late_client_test.h"
 
 #include <utility>
@@ -18,12 +19,12 @@ LateClientTest::LateClientTest() {
   config.TlCommClientTimeout = L"30";
 }
 
-LateClientTest::~LateClientTest() { g_objTlCommClient.reset(); }
+LateClientTest::~LateClientTest() { modTlCommClient.g_objTlCommClient.reset(); }
 
 void LateClientTest::connectWith(const std::wstring& method, std::function<OwnedVariant()> answer) {
   different_ = {};
   answer_ = {};
-  g_objTlCommClient.reset();
+  modTlCommClient.g_objTlCommClient.reset();
   ASSERT_TRUE(ConnectTlCommClient(config));
   different_ = method;
   answer_ = std::move(answer);

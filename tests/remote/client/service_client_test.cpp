@@ -4,9 +4,9 @@
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"
+#include "harness/scratch.h"
 #include "remote/client/client_test.h"
 #include "support/handle_win.h"
-#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -229,7 +229,7 @@ TEST_F(ConnectedTest, AStatementThatFailsIsReported) {
 }
 
 TEST_F(ConnectedTest, ADatabaseThatTheServiceDoesNotKnowIsReported) {
-  g_strTlDatabase = L"Other";
+  modTlCommClient.g_strTlDatabase = L"Other";
   EXPECT_EQ(TlCommClientQuery(L"select 1"), 0);
   EXPECT_EQ(log(), queryLines(L"select 1") +
                        errorBlock(L"[TLPACSCFG] Query failed: There is no database 'Other'."));

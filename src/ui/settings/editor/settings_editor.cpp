@@ -2,12 +2,11 @@
 
 #include <utility>
 
-#include "data/statements.h"
-#include "data/tl_comm_client.h"
+#include "data/data_path.h"
 #include "data/workstation_key.h"
 #include "host/site_access.h"
-#include "support/system.h"
 #include "support/runtime_error.h"
+#include "support/system.h"
 #include "support/text.h"
 #include "ui/settings/values/settings_binding.h"
 #include "ui/settings/values/settings_files.h"
@@ -199,8 +198,7 @@ void SettingsEditor::storing(const colPACSConfiguration::Pointer& record, Work w
   } catch (const OutcomeUnknown&) {
     throw;
   } catch (...) {
-    const bool remote = config_->way.client != nullptr || TlCommClientConnected();
-    if (!remote) unsettled_.reset();
+    if (!config_->isRemote()) unsettled_.reset();
     throw;
   }
   unsettled_.reset();
@@ -222,7 +220,7 @@ bool SettingsEditor::saveNew() {
   storing(record, [&] {
     record->configID = configurations_->RequireNextConfigID();
     // Nobody else numbers configurations that stay in memory.
-    if (!statementsAreExecuted() && recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
+    if (!dataPath().executes() && recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
     readBack(form, *record);
     record->ExistingConfig = kFalse;
     storeNew(*record, *configurations_);
@@ -310,9 +308,9 @@ bool SettingsEditor::remove(std::int16_t configID) {
     do {
       if (!deleteUnlessUsed(configID, change)) return notice(kUsed), false;
       if (change && !change->stored && configID == unconfirmedDelete_) {
-        // On the direct way the mark was stored with the deletion.
         atSite([] {
-          if (TlCommClientConnected()) AddOfflineDbUpdate();
+          // A transaction stored the mark with the deletion.
+          if (dataPath().isRemote()) AddOfflineDbUpdate();
         });
         break;
       }

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "support/runtime_error.h"
 #include "ui/settings/values/settings_binding.h"
 
@@ -365,7 +366,7 @@ TEST_F(SettingsEditorTest, StandAloneModeOpensBlankAndKeepsANewConfigurationInMe
   host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
   host->m_colPACSConfig->AddIntitialConfig();
   host->m_colWorkstation = std::make_shared<colWorkstation>();
-  g_blnUseOfflineDB = true;
+  modMain.g_blnUseOfflineDB = true;
   editor.load();
   editor.ShowPACSSettings(0);
   EXPECT_TRUE(editor.isNew());

@@ -5,8 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "support/text.h"
+#include "data/mod_main.h"
 #include "harness/core_test.h"
+#include "support/text.h"
 #include "ui/settings/editor/settings_editor.h"
 
 namespace tlpacscfg::test {
@@ -30,7 +31,7 @@ class SettingsEditorTest : public SiteTest {
   SettingsEditorTest() {
     host->settings = std::make_shared<HostSettings>();
     host->settings->User_ID = 42;
-    g_objConfig = host->settings;
+    modMain.g_objConfig = host->settings;
   }
 
   void addSettled(int id, const std::wstring& description) {

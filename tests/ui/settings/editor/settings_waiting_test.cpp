@@ -1,4 +1,5 @@
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "host/site_access.h"
 #include "support/runtime_error.h"
 #include "ui/settings/editor/settings_editor_test.h"
@@ -15,7 +16,7 @@ class SettingsWaitingTest : public SettingsEditorTest {
   void openWithOwnWay(std::int16_t configID) {
     makeSite();
     open(configID);
-    host->way = SiteWay::ofModules(*host->settings);
+    host->path = OpenedPath::ofModules(*host->settings);
   }
 
   /// The host creates another object while any box waits; every question is answered with Yes.
@@ -38,7 +39,7 @@ TEST_F(SettingsWaitingTest, AnotherObjectCreatedWhileAConflictIsAskedAboutDivert
   createAnotherObjectInEachBox();
   editor.btnSave();
   EXPECT_EQ(description(5), L"Mine");
-  EXPECT_FALSE(g_blnSqlConnected);
+  EXPECT_FALSE(modMain.g_blnSqlConnected);
 }
 
 TEST_F(SettingsWaitingTest, AnotherObjectCreatedWhileADeleteIsConfirmedDivertsNoDelete) {
@@ -92,7 +93,7 @@ TEST_F(SettingsWaitingTest, AQuoteInTheNameOfTheLastUserHindersNoUpdate) {
 TEST_F(SettingsWaitingTest, AQuoteIsNoErrorWhereNothingIsSent) {
   host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
   host->m_colPACSConfig->AddIntitialConfig();
-  g_blnUseOfflineDB = true;
+  modMain.g_blnUseOfflineDB = true;
   editor.load();
   editor.ShowPACSSettings(0);
   type(txtDescription, L"Memory");

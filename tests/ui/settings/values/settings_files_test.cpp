@@ -4,10 +4,11 @@
 
 #include <algorithm>
 
+#include "data/mod_main.h"
 #include "data/tl_comm_client.h"
-#include "support/runtime_error.h"
 #include "harness/core_test.h"
 #include "harness/scratch.h"
+#include "support/runtime_error.h"
 
 namespace tlpacscfg::test {
 namespace {
@@ -20,7 +21,7 @@ class PromptFilesTest : public CoreTest {
     makeDirectory(scratchPath(L"root"));
     makeDirectory(scratchPath(L"root/TALORA"));
     makeDirectory(scratchPath(L"root/TALORA/PROMPTS"));
-    g_strNetworkRootDir = scratchPath(L"root");
+    modMain.g_strNetworkRootDir = scratchPath(L"root");
   }
   void addFile(const std::wstring& name) {
     writeBytes(scratchPath(L"root/TALORA/PROMPTS/" + name), "<x/>");
@@ -30,12 +31,6 @@ class PromptFilesTest : public CoreTest {
     return names;
   }
 };
-
-TEST_F(PromptFilesTest, TheTwoSystemFilesAreNeverOfferedInAnyLetterCase) {
-  EXPECT_EQ((Names{L"a.xml", L"MySysWindowCfg.xml"}),
-            offeredXmlFiles({L"SysWindowCfg.xml", L"a.xml", L"SYSWINDOWCFG.XML",
-                             L"sitewindowcfg.xml", L"SiteWindowCfg.XML", L"MySysWindowCfg.xml"}));
-}
 
 TEST_F(PromptFilesTest, TheXmlFilesOfThePromptsDirectoryAreListed) {
   makePrompts();
@@ -67,7 +62,8 @@ class FakeClient : public TlCommClientObject {
                                  const std::wstring& pattern) override {
     if (fails) raise(ErrorNumber::CannotCreateObject);
     asked = {directory, pattern};
-    return {L"z.xml", L"SYSWINDOWCFG.XML", L"a.xml"};
+    return {L"z.xml", L"SysWindowCfg.xml",  L"SYSWINDOWCFG.XML",  L"sitewindowcfg.xml",
+            L"a.xml", L"SiteWindowCfg.XML", L"MySysWindowCfg.xml"};
   }
   std::wstring CheckForError() override { return error; }
 
@@ -82,13 +78,13 @@ class RemotePromptFilesTest : public PromptFilesTest {
     FakeClient::asked.clear();
     FakeClient::fails = false;
     FakeClient::error.clear();
-    g_objTlCommClient = std::make_unique<FakeClient>();
-    g_strNetworkRootDir = L"\\\\server\\root";
+    modTlCommClient.g_objTlCommClient = std::make_unique<FakeClient>();
+    modMain.g_strNetworkRootDir = L"\\\\server\\root";
   }
 };
 
-TEST_F(RemotePromptFilesTest, AConnectedClientIsAskedInstead) {
-  EXPECT_EQ((Names{L"z.xml", L"a.xml"}), promptXmlFiles());
+TEST_F(RemotePromptFilesTest, AConnectedClientIsAskedInsteadAndTheTwoSystemFilesAreNeverOffered) {
+  EXPECT_EQ((Names{L"z.xml", L"a.xml", L"MySysWindowCfg.xml"}), promptXmlFiles());
   EXPECT_EQ((Names{L"\\\\server\\root\\TALORA\\PROMPTS", L"*.XML"}), FakeClient::asked);
 }
 

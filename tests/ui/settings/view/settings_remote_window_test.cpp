@@ -16,7 +16,7 @@ class SettingsRemoteWindowTest : public SettingsTest {
     makeSite();
     initialise();
     client = connectSiteClient();
-    config_->way = SiteWay::ofModules(*config_->settings);
+    config_->path = OpenedPath::ofModules(*config_->settings);
     client->table = tableOf({{L"9"}});
     showWhile([&](HWND list) {
       const HWND window = openSettings(list);

@@ -1,4 +1,5 @@
 #include "data/database.h"
+#include "data/mod_main.h"
 #include "harness/fake_client.h"
 #include "ui/show_form.h"
 #include "ui/win32/form.h"
@@ -14,7 +15,7 @@ class ListClosingTest : public WindowTest {
   /// The site behind a remote client from now on.
   std::shared_ptr<ClientScript> goRemote() {
     auto client = connectSiteClient();
-    config_->way = SiteWay::ofModules(*config_->settings);
+    config_->path = OpenedPath::ofModules(*config_->settings);
     return client;
   }
 
@@ -225,7 +226,7 @@ TEST_F(ListClosingTest, ASecondObjectOfTheHostTakesNothingFromTheList) {
   initialise();
   showWhile([&](HWND window) {
     const auto another = std::make_shared<clsConfig>();
-    EXPECT_FALSE(g_blnSqlConnected);
+    EXPECT_FALSE(modMain.g_blnSqlConnected);
     close(window);
   });
   EXPECT_TRUE(messages.empty());

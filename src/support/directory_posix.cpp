@@ -2,8 +2,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "support/directory.h"
 #include "support/text.h"
-#include "ui/settings/values/settings_files.h"
 
 namespace tlpacscfg {
 

@@ -1,8 +1,8 @@
 #include <windows.h>
 
-#include "support/text.h"
+#include "support/directory.h"
 #include "support/handle_win.h"
-#include "ui/settings/values/settings_files.h"
+#include "support/text.h"
 
 namespace tlpacscfg {
 namespace {
