@@ -26,7 +26,7 @@ struct Column {
   const wchar_t* name;
   Field field;
   Quoting quoting;
-  /// The text that stands for NULL in a row being loaded; without one, NULL is an error.
+  /// The text used for NULL when a row is loaded; null where NULL is an error.
   const wchar_t* ifNull;
   /// The place in the SELECT and among the arguments of FillFields. It differs from the place in
   /// the table, which is the order of the INSERT.

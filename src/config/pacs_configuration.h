@@ -17,7 +17,7 @@ using FieldValues = std::array<FieldValue, kColumnCount>;
 inline constexpr std::int16_t kTrue = -1;
 inline constexpr std::int16_t kFalse = 0;
 
-/// The host's user, who becomes a row's last user when it is saved.
+/// The number of the host's user, stored as the last user of a row that is saved.
 std::wstring savingUser();
 
 /// One integration configuration, one row of Interface_PACS_cfg. What the columns are called and
@@ -72,7 +72,7 @@ class clsPACSConfiguration {
   /// another type than its field's throws TypeMismatch.
   void FillFields(FieldValues values);
 
-  /// Existing and unchanged, as a row of the table is.
+  /// Marks the record as existing and unchanged.
   void MarkAsLoaded();
 
   /// Both empty every stored field and clear Changed; ExistingConfig and Deleted stay.
@@ -86,7 +86,7 @@ class clsPACSConfiguration {
   std::wstring getAllValues() const;
 
   /// The labelled summary, one line for each field. Throws TypeMismatch when MultiAccessFields
-  /// holds something else than codes.
+  /// holds anything but codes.
   std::wstring getAllValuesFormatted() const;
 
   /// The UPDATE of a record that exists, else the INSERT, as SaveConfiguration sends it.

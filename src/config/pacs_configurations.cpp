@@ -88,7 +88,7 @@ std::int16_t colPACSConfiguration::GetNextConfigID() {
     WriteLog(kRemoteNumbering, log_level::kOperation);
     Table data;
     std::ignore = TlCommClientQuery(kHighestStatement);
-    // Only the table counts: rows that came with an error are rows.
+    // Rows that came together with an error count.
     std::ignore = TlCommClientGetDataset(1, data);
     return numberAfterFirst(data);
   }
@@ -96,7 +96,7 @@ std::int16_t colPACSConfiguration::GetNextConfigID() {
   try {
     numberFromRows();
   } catch (const std::exception& error) {
-    // What was found before the failure stands; without an answer that is 1.
+    // The number found before the failure is kept; without any row that is 1.
     if (describe(error).number() == static_cast<std::int32_t>(ErrorNumber::Overflow)) throw;
   }
   return NextConfigID;
@@ -151,7 +151,7 @@ void colPACSConfiguration::RemoveConfig(std::int16_t configID) {
 }
 
 void colPACSConfiguration::SaveAllConfigurations() {
-  // A remote client may call back: what it replaces or removes lives until its turn is over.
+  // A remote client may call back and replace the collection or remove records meanwhile.
   const std::shared_ptr<Records> records = ColPACSConfigs;
   for (std::size_t position = 1; position <= records->count(); ++position) {
     const Pointer record = records->at(position);

@@ -8,7 +8,7 @@
 namespace tlpacscfg {
 namespace {
 
-/// NULL gives way to the column's substitute.
+/// NULL is replaced by the column's substitute.
 void readCell(clsPACSConfiguration& record, const Column& column, Cell cell) {
   if (!cell) {
     if (column.ifNull == nullptr) raise(ErrorNumber::InvalidUseOfNull);

@@ -9,9 +9,9 @@
 
 namespace tlpacscfg {
 
-/// The record of a row, existing and unchanged. `cell` gives the cell of a column in load order.
-/// Throws InvalidUseOfNull, TypeMismatch and Overflow for a cell that does not convert, and what
-/// `cell` throws.
+/// The record of a row, marked as existing and unchanged. `cell` returns the cell of a column in
+/// load order. Throws InvalidUseOfNull, TypeMismatch and Overflow for a cell that does not convert,
+/// and what `cell` throws.
 std::shared_ptr<clsPACSConfiguration> recordOfRow(const std::function<Cell(std::size_t)>& cell,
                                                   CellRules rules);
 

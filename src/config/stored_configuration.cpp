@@ -24,7 +24,7 @@ std::wstring fieldDescription(const std::wstring& name, const std::wstring& reas
   return std::wstring(saved ? L"" : L"Nothing was saved. ") + L"Field '" + name + L"': " + reason;
 }
 
-/// A field's value that the user entered; the last change is not one.
+/// Whether the user enters the column's value, unlike the last change.
 bool isContent(const Column& column) {
   return column.loadPosition != 0 && column.onUpdate == Source::Record;
 }
@@ -33,8 +33,8 @@ bool sameText(std::wstring_view first, std::wstring_view second) {
   return trimTrailingBlanks(first) == trimTrailingBlanks(second);
 }
 
-/// Whether the stored value is the known one, which was read or sent. Of doubled quotes that were
-/// sent as they stand, the database stores one.
+/// Whether the stored value equals the known one, which was read or sent. A doubled quote that was
+/// sent as it stands is stored as one.
 bool isValueStoredAs(const Column& column, const FieldValue& known, const FieldValue& stored) {
   const auto* knownText = std::get_if<std::wstring>(&known);
   const auto* storedText = std::get_if<std::wstring>(&stored);
@@ -44,7 +44,7 @@ bool isValueStoredAs(const Column& column, const FieldValue& known, const FieldV
           sameText(sqlTextValue(L"'" + *knownText + L"'"), *storedText));
 }
 
-/// What is stored for the user when the text names none.
+/// The number stored for the user; 0 for a text that is no number.
 std::int32_t userOf(std::wstring_view text) { return ValOrDefault(text, 0); }
 
 /// Minutes since 1970 of "YYYY-MM-DD HH:MM...", days alone allowed; null for any other form.
@@ -72,8 +72,8 @@ std::optional<std::int64_t> minutesOf(std::wstring_view text) {
   return duration_cast<minutes>(date.time_since_epoch()).count() + hour * 60 + minute;
 }
 
-/// A column may keep minutes or days only; a date whose day and month changed places is far off.
-/// A text that a remote client gave in another form proves nothing.
+/// Whether a stored time is the present, to find days and months that changed places. A column may
+/// keep minutes or days only. A remote client's text of another form cannot be checked.
 bool isNow(std::wstring_view stored) {
   const system::LocalTime now = system::localTime();
   const auto found = minutesOf(stored);
@@ -109,7 +109,7 @@ std::wstring whyDifferent(const FieldValue& meant, const FieldValue& stored) {
   return L"It keeps " + shown(stored) + L" instead of " + shown(meant) + L".";
 }
 
-/// Why the stored value is not what the statement meant; null when it is.
+/// How the stored value differs from the one that the statement sent; null when it does not.
 std::optional<std::wstring> difference(const Column& column, Source source,
                                        const clsPACSConfiguration& meant,
                                        const FieldValue& stored) {
@@ -148,7 +148,7 @@ Configuration configurationIn(const Table& rows) {
                      dataPath().cellRules());
 }
 
-/// The rows that a statement left; null when a remote client that executed it cannot read them.
+/// The rows after a statement; null when a remote client executed it but cannot read them.
 std::optional<Table> rowsWritten(SiteCommand& command, std::int16_t configID) {
   try {
     return command.query(loadingStatement(configID));
@@ -158,7 +158,7 @@ std::optional<Table> rowsWritten(SiteCommand& command, std::int16_t configID) {
   }
 }
 
-/// The row as it was written; null when a remote client that executed the statement cannot read.
+/// The row after a statement; null when a remote client executed it but cannot read it.
 Configuration readBack(SiteCommand& command, std::int16_t configID) {
   const auto rows = rowsWritten(command, configID);
   if (!rows) return nullptr;
@@ -167,7 +167,7 @@ Configuration readBack(SiteCommand& command, std::int16_t configID) {
   return stored;
 }
 
-/// Sends the record's statement and compares what it left.
+/// Sends the record's statement and compares the row that it wrote.
 void write(SiteCommand& command, clsPACSConfiguration& record) {
   const bool inserts = record.ExistingConfig == kFalse;
   command.execute(record.savingStatement());
@@ -186,7 +186,7 @@ void write(SiteCommand& command, clsPACSConfiguration& record) {
   record.ExistingConfig = kTrue;
 }
 
-/// False also when the database cannot say.
+/// False also when the database does not answer.
 bool isStored(std::int16_t configID) {
   try {
     SiteCommand command;
@@ -196,7 +196,7 @@ bool isStored(std::int16_t configID) {
   }
 }
 
-/// False when somebody else took the number between the look and the INSERT.
+/// False when the number is taken.
 bool insertUnderItsNumber(clsPACSConfiguration& record) {
   SiteCommand command;
   if (storedConfiguration(command, record.configID)) return false;

@@ -28,10 +28,10 @@ class FieldError : public RunTimeError {
   FieldError(const Column& column, std::wstring reason, Configuration stored = nullptr);
 
   const Column& column() const { return column_; }
-  /// What was stored all the same: on the remote way nothing can be taken back. Null when nothing
-  /// was saved.
+  /// What was stored in spite of the error, which the remote path cannot roll back. Null when
+  /// nothing was saved.
   const Configuration& stored() const { return stored_; }
-  /// The description, with the field called by a name that the user knows.
+  /// The description with the field's name as the window shows it.
   std::wstring descriptionFor(const std::wstring& fieldName) const;
 
  private:
@@ -44,13 +44,13 @@ class FieldError : public RunTimeError {
 /// DuplicateKey when there are several.
 Configuration storedConfiguration(SiteCommand& command, std::int16_t configID);
 
-/// Whether the stored row holds what the record was loaded with or last sent: trailing blanks and
-/// the last change do not count, and of doubled quotes that were sent as they stand one is stored.
+/// Whether the stored row holds what the record was loaded with or last sent. Trailing blanks and
+/// the last change are not compared; a doubled quote that was sent as it stands is stored as one.
 bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& stored);
 
 /// Inserts the record under its number, or under the next one that neither the database nor the
-/// collection holds. On success the record is existing and knows its last change. Without a way to
-/// a database nothing happens, here and below.
+/// collection holds. On success the record is marked as existing and has its last change. Does
+/// nothing while no database is open, like the functions below.
 void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known);
 
 /// Updates the row of `record`, which was loaded as `loaded`. A null `loaded` says that the row is

@@ -117,7 +117,7 @@ bool DataPath::test() const {
     modMain.g_rsQuery->Close();
     return !atEnd;
   } catch (const std::exception&) {
-    // A result set closed earlier answers no question, which does not fail the test.
+    // A result set that was closed earlier cannot be read; the test passes all the same.
     return true;
   }
 }

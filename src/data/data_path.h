@@ -11,11 +11,11 @@
 
 namespace tlpacscfg {
 
-/// How the cells of a loaded row are to be understood.
+/// How the cells of a loaded row are converted.
 enum class CellRules {
   Database,
-  DatabaseWithoutEmptyTexts,  ///< Its driver does not tell an empty text from NULL.
-  RemoteClient,               ///< A later number that is no number becomes its substitute.
+  DatabaseWithoutEmptyTexts,  ///< Its driver returns NULL for an empty text.
+  RemoteClient,               ///< In columns with a substitute, what is no number becomes that.
 };
 
 /// What the remote path writes into the log before a request.
@@ -32,13 +32,13 @@ class DataPath {
   virtual ~DataPath() = default;
 
   /// A remote client runs each request as a transaction of its own, keeps no shared result set, and
-  /// reports its failures in its own words.
+  /// reports its failures with texts of its own.
   virtual bool isRemote() const { return false; }
   /// Whether statements reach a database.
   virtual bool executes() const { return false; }
   virtual CellRules cellRules() const { return CellRules::Database; }
 
-  /// Whether the database answers a question.
+  /// Whether the database answers a query.
   virtual bool test() const;
 
   /// The rows of a statement, in the shared result set where the path has one. Null when no

@@ -35,10 +35,11 @@ void showConnectError(const RunTimeError& error) {
   }
 }
 
-/// A connect string, which holds a password: it is wiped when it goes and leaves no copy behind.
+/// A connect string, which holds a password: it is overwritten when destroyed, and growing leaves
+/// no copy.
 class ConnectString {
  public:
-  /// No longer than this, or growing would leave a copy.
+  /// The text never grows beyond `maxLength`, so it is never reallocated.
   explicit ConnectString(std::size_t maxLength) { text_.reserve(maxLength); }
   ~ConnectString() { wipe(text_); }
   ConnectString(const ConnectString&) = delete;
@@ -140,7 +141,7 @@ bool ConnectToOfflineDatabase(const HostSettings&) {
 void DisconnectDatabase() {
   DisconnectTlCommClient();
   const auto disconnect = [](auto& connection, auto& environment) {
-    // A configuration object may hold it too, and learns that it is closed.
+    // A configuration object may hold it too, and must see that it is closed.
     if (connection) connection->close();
     connection.reset();
     environment.reset();

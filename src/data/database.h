@@ -11,10 +11,10 @@
 /// in stand-alone mode.
 namespace tlpacscfg {
 
-/// How long a statement may take before its driver takes it back; where even that is not answered,
-/// the driver gives up after the same time once more.
+/// The time limit of a statement, after which its driver cancels it. A driver whose cancelling is
+/// not answered gives up after the same time again.
 inline constexpr std::chrono::seconds kStatementTime{30};
-/// How long opening a lost connection again may take where the host sets no time of its own.
+/// The login time-out for opening a lost connection again where the host sets none.
 inline constexpr std::chrono::seconds kReopeningTime{15};
 
 /// A connection to the site's SQL Server with the login of these settings. Throws odbc::Error.

@@ -12,7 +12,7 @@ struct HostSettings {
   HostSettings() = default;
   HostSettings(const HostSettings&) = default;
   HostSettings& operator=(const HostSettings&) = default;
-  /// The password does not stay behind in memory.
+  /// Overwrites the password in memory.
   ~HostSettings() { wipe(Password); }
 
   std::wstring TlCommClientHostIP;
@@ -24,7 +24,7 @@ struct HostSettings {
   std::wstring SqlUserName;
   std::wstring SqlDbName;
   std::wstring SQLDSN;
-  std::int16_t SqlTimeout = 0;  ///< Seconds; 0 waits as long as the driver does.
+  std::int16_t SqlTimeout = 0;  ///< Seconds; 0 means the driver's default.
   std::int16_t Dynamic_DataSource = 0;
   std::wstring Talora_INIFile;
 };

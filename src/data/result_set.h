@@ -6,8 +6,8 @@
 
 namespace tlpacscfg {
 
-/// A forward walk over the rows of a statement. Closed, it is still held by whoever holds it, but
-/// every question to it throws ObjectNotSet.
+/// A forward-only cursor over the rows of a statement. Once it is closed, every call throws
+/// ObjectNotSet.
 class ResultSet {
  public:
   explicit ResultSet(Table table);

@@ -7,8 +7,7 @@
 
 namespace tlpacscfg {
 
-/// An error of a row that was read, with the row's place for the log. To everybody else it is the
-/// error itself.
+/// An error in a row that was read. It adds the row's position, for the log, to the error.
 class RowError : public RunTimeError {
  public:
   RowError(const RunTimeError& error, std::wstring place)

@@ -16,7 +16,7 @@ class OutcomeUnknown : public RunTimeError {
   explicit OutcomeUnknown(const RunTimeError& reason);
 };
 
-/// One command of the windows, from its first question to its last statement. On the direct path it
+/// One command of the windows, from its first query to its last statement. On the direct path it
 /// is one transaction, the mark for offline copies included, and rolled back unless it was
 /// committed. On the remote path each request is a transaction of its own. Whatever fails is a
 /// RunTimeError.
@@ -24,8 +24,8 @@ class SiteCommand {
  public:
   SiteCommand();
 
-  /// False in stand-alone mode and while nothing is connected: then there is nothing to ask and
-  /// nobody to tell.
+  /// False in stand-alone mode and while nothing is connected: queries give no rows then, and
+  /// statements do nothing.
   bool reachesDatabase() const { return path_.executes(); }
   /// Whether statements can still be rolled back.
   bool isTransaction() const { return transaction_.has_value(); }
@@ -33,8 +33,8 @@ class SiteCommand {
   Table query(const std::wstring& sql) { return path_.query(sql); }
   void execute(const std::wstring& sql) { path_.require(sql); }
 
-  /// Leaves the mark and commits. On the remote path, where the change is stored already, a mark
-  /// that fails is only logged.
+  /// Writes the mark for offline copies and commits. On the remote path, where the change is
+  /// stored already, a mark that fails is only logged.
   void markAndCommit();
 
  private:

@@ -88,7 +88,7 @@ void fetchTable(std::int16_t index, Table& data) {
   data = Table();
   const Client client = connectedClient();
   const std::int16_t place = toInt16(std::int64_t{index} - 1);
-  // The wording names the workstation list whatever the table.
+  // The text says "workstation list" for every table.
   fetchArray(
       *client, [&] { data = client->GetTableData(place); },
       L"[TLPACSCFG] Unable to retrieve workstation list: ");
@@ -103,7 +103,7 @@ void executeText(const std::wstring& sql) {
   refuse(error);
 }
 
-/// Whatever fails is a failure of the database to the caller.
+/// Turns every error into one with the number of a failed database call.
 template <class Operation>
 auto inOneError(Operation operation) {
   try {

@@ -10,10 +10,10 @@
 #include "odbc/table.h"
 #include "support/runtime_error.h"
 
-/// The way to the data through a remote data client.
+/// Module modTlCommClient: statements and file lists through a remote data client.
 namespace tlpacscfg {
 
-/// The call itself succeeded, but what it answered is no table, or no list of texts.
+/// The call succeeded, but its result is not a table, or not a list of texts.
 class UnreadableAnswer : public RunTimeError {
  public:
   explicit UnreadableAnswer(const RunTimeError& reason) : RunTimeError(reason) {}
@@ -29,21 +29,21 @@ class TlCommClientObject {
                                 const std::wstring& port, const std::wstring& timeout) = 0;
   virtual void DisconnectFromService(const std::wstring& application) = 0;
   virtual std::int32_t SQLQueryTable(const std::wstring& database, const std::wstring& sql) = 0;
-  /// A table without columns stands for "empty".
+  /// A table without columns means "empty".
   virtual Table GetTableData(std::int16_t zeroBasedIndex) = 0;
   virtual bool SQLExecuteText(const std::wstring& database, const std::wstring& sql) = 0;
   virtual std::vector<std::wstring> GetNetworkDirectoryFiles(const std::wstring& directory,
                                                              const std::wstring& pattern) = 0;
   virtual std::wstring CheckForError() = 0;
 
-  /// Set when the client was disconnected, whoever still holds it.
+  /// Set when the client was disconnected; others may still hold it.
   bool disconnected = false;
 };
 
 /// Creates the registered client object; throws CannotCreateObject. Tests replace it.
 extern std::function<std::unique_ptr<TlCommClientObject>()> createTlCommClient;
 
-/// The variables of the module.
+/// The variables of the module; see ModMain for the thread that may touch them.
 struct ModTlCommClient {
   /// Null when not connected. A call in progress keeps its client alive.
   std::shared_ptr<TlCommClientObject> g_objTlCommClient;
@@ -64,8 +64,8 @@ void DisconnectTlCommClient();
 [[nodiscard]] bool TlCommClientGetDataset(std::int16_t index, Table& data);
 [[nodiscard]] bool TlCommClientExecute(const std::wstring& sql);
 
-/// The same requests and log lines for callers that must not miss a failure: what answers 0 or
-/// False above is a RunTimeError in the client's words here.
+/// The same requests and log lines for callers that must not miss a failure: instead of answering
+/// 0 or False, these throw a RunTimeError with the client's error text.
 Table requireTlCommClientTable(const std::wstring& sql);
 void requireTlCommClientExecution(const std::wstring& sql);
 

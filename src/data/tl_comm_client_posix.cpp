@@ -3,7 +3,7 @@
 
 namespace tlpacscfg {
 
-// There are no COM objects here.
+// COM objects exist on Windows only.
 std::function<std::unique_ptr<TlCommClientObject>()> createTlCommClient =
     []() -> std::unique_ptr<TlCommClientObject> { raise(ErrorNumber::CannotCreateObject); };
 

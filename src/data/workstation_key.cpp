@@ -42,7 +42,7 @@ void SetWorkstationConfig(const std::wstring& pcName, const std::wstring& config
     modMain.g_strWorkstationBatch += kLineBreak;
     modMain.g_strWorkstationBatch += kLineBreak + statement;
   } catch (const std::exception&) {
-    // The batch is only kept as text: a statement that could not be built is left out.
+    // Nothing runs the batch, so a statement that could not be built is left out.
   }
 }
 
@@ -50,7 +50,7 @@ void AddOfflineDbUpdate() {
   try {
     ExecuteSQL(kOfflineUpdateStatement);
   } catch (const std::exception&) {
-    // The change itself is stored; the mark is a courtesy.
+    // The change itself is stored already.
   }
 }
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-/// The row of a workstation that names its configuration, and the mark that tells offline copies
-/// of the database about a change.
+/// The row that assigns a configuration to a workstation, and the mark that tells offline copies of
+/// the database about a change.
 namespace tlpacscfg {
 
 /// 1 when the workstation's row exists, else 0. The name goes into the statement as it stands.

@@ -39,7 +39,7 @@ bool clsConfig::Init() {
     Initialized = true;
     return true;
   } catch (const std::exception& error) {
-    // A host learns of a failure by the result alone; the log says why.
+    // The host gets the result only; the log says why.
     const auto* const row = dynamic_cast<const RowError*>(&error);
     logFailure(row ? step + L", " + row->place() : step, describe(error));
     return false;

@@ -24,11 +24,11 @@ class clsConfig {
 
   /// The data path that Init opened, for the windows.
   OpenedPath path;
-  /// Whether what fails on it cannot be rolled back.
+  /// Whether the windows of this object work through a remote client.
   bool isRemote() const { return path.client != nullptr || dataPath().isRemote(); }
 
-  /// Opens the data path and loads both collections. False when that failed, and false
-  /// without doing anything when it was done before.
+  /// Opens the data path and loads both collections. False when that failed, and when it
+  /// was done before, in which case nothing is done.
   bool Init();
 
   /// "major.minor.revision"

@@ -64,11 +64,11 @@ SiteAccess::SiteAccess(clsConfig& config) : accessedBefore_(accessed) {
 SiteAccess::~SiteAccess() {
   if (!before_) return;
   accessed = accessedBefore_;
-  // What another object made of the modules meanwhile stays.
+  // An object created meanwhile keeps the state that it set.
   if (modMain.g_objConfig == settings_) setModuleState(std::move(*before_));
 }
 
-/// Whoever held the path that was lost holds the new one afterwards.
+/// A saved state that held the lost path holds the new one afterwards.
 void SiteAccess::reopenPath(clsConfig& config) {
   OpenedPath& path = config.path;
   if (path.connection && (path.connection->isLost() || !path.connection->answers())) {

@@ -23,7 +23,7 @@ struct OpenedPath {
 };
 
 /// Lets the windows of a configuration object reach their own site: while it lives, the modules
-/// hold that object's settings and its data path, whatever another object made of them. A direct
+/// hold that object's settings and its data path, whatever another object put there. A direct
 /// connection that is lost, and any path that was closed, is opened again first. One access is for
 /// one step, as a host may do anything while a message box waits. May be nested.
 class SiteAccess {

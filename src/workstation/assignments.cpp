@@ -19,7 +19,7 @@ namespace {
 using Workstations = std::vector<colWorkstation::Pointer>;
 using Assignments = std::unordered_map<std::wstring, std::wstring>;
 
-/// As a load understands the text; null for one that fails it.
+/// Converted as a load converts it; null for a text that would fail the load.
 std::optional<std::int16_t> configIDOf(const std::wstring& stored) {
   try {
     return assignedConfigID(stored);
@@ -40,8 +40,8 @@ void checkNames(const Workstations& workstations) {
   }
 }
 
-/// What somebody else made of a workstation that was loaded: the stored text, or an empty one when
-/// the workstation is gone. Null when it is as it was.
+/// The text that somebody else stored for a workstation since it was loaded; empty when the
+/// workstation is gone, null when nothing changed.
 std::optional<std::wstring> foreignChange(clsWorkstation& workstation, const Assignments& stored) {
   if (!workstation.storedConfigID) return std::nullopt;
   const auto found = stored.find(workstation.WorkStation);
@@ -54,8 +54,8 @@ std::optional<std::wstring> foreignChange(clsWorkstation& workstation, const Ass
   return found->second;
 }
 
-/// Takes over what somebody else stored. False when there is nothing that could be taken over: then
-/// the row stays as it is.
+/// Takes over what somebody else stored. False when that is no configuration; then nothing
+/// changes.
 bool takeOver(clsWorkstation& workstation, const std::wstring& theirs) {
   const auto configID = theirs.empty() ? std::nullopt : configIDOf(theirs);
   if (!configID) return false;
@@ -152,7 +152,7 @@ std::vector<AssignmentConflict> saveAssignments(
       const std::span sent = std::span(merged.toWrite).subspan(written, done - written);
       for (const auto& workstation : sent) workstation->unconfirmedConfigID = workstation->configID;
       command.execute(text);
-      // A client's requests are stored one by one.
+      // Without a transaction the command is stored already.
       if (!command.isTransaction()) confirm(sent);
       written = done;
       progress(done, merged.toWrite.size());

@@ -10,8 +10,8 @@
 #include "data/site_command.h"
 #include "workstation/workstation.h"
 
-/// How the list window stores assignments: with a look at what is stored now, and another at what
-/// was written. A host's SaveAllWorkStationSettings writes without either.
+/// How the list window stores assignments: it reads what is stored before it writes, and reads back
+/// what it wrote. A host's SaveAllWorkStationSettings only writes.
 namespace tlpacscfg {
 
 /// A workstation that was reassigned here and by somebody else.
@@ -26,11 +26,11 @@ struct AssignmentConflict {
 /// What is stored for each workstation: the text of its assignment, "0" for none.
 std::unordered_map<std::wstring, std::wstring> storedAssignments(SiteCommand& command);
 
-/// Whether a workstation uses the configuration: by what is stored, but for the workstations that
-/// were reassigned here and not saved yet.
+/// Whether a workstation uses the configuration. The stored assignment counts, except for
+/// workstations that were reassigned here and are not saved yet.
 bool isAssigned(SiteCommand& command, const colWorkstation& workstations, std::int16_t configID);
 
-/// Writes every assignment, in one transaction on the direct way. A workstation that only somebody
+/// Writes every assignment, in one transaction on the direct path. A workstation that only somebody
 /// else reassigned takes over that assignment. Returns the conflicts that are not among
 /// `overruled`; when there are any, nothing was written. `progress` receives the number of
 /// workstations written so far, and of all.

@@ -20,7 +20,7 @@ class clsWorkstation {
   std::int16_t Flag2 = 0;  ///< 1 marks a Corvane Expert workstation.
 
   /// The assignment that the database held when it was last read or written; null for a workstation
-  /// that was not loaded. It tells this administrator's changes from somebody else's.
+  /// that was not loaded. Compared with `configID` it shows what was changed here.
   std::optional<std::int16_t> storedConfigID;
 
   /// An assignment that was sent and not confirmed: the database may hold it.
@@ -42,12 +42,12 @@ inline constexpr const wchar_t* kListStatement =
     L"from system_pc_names p";
 enum ListColumn : std::size_t { kListName = 0, kListConfig = 1, kListFlag2 = 3 };
 
-/// The configuration that the cell of kListConfig assigns, as the data path in use understands it.
+/// The configuration that the cell of kListConfig assigns, as the data path in use converts it.
 /// Throws TypeMismatch and Overflow.
 std::int16_t assignedConfigID(const Cell& cell);
 
-/// The statements that rewrite the assignments, 100 workstations in each command: what is called
-/// with a command may throw, which ends the rest.
+/// Calls `run` with each command that rewrites assignments, 100 workstations in one. An exception
+/// from `run` ends the loop.
 void forEachAssignmentCommand(
     const std::vector<std::shared_ptr<clsWorkstation>>& workstations,
     const std::function<void(const std::wstring& command, std::size_t workstationsDone)>& run);

@@ -34,7 +34,7 @@ std::shared_ptr<ResultSet> offlineRows(const std::wstring& sql) {
 }  // namespace
 
 void colWorkstation::GetWorkstationsList() {
-  // A client's failures have messages of their own, and end the load only where a row is wrong.
+  // A client's failures are shown with texts of their own.
   if (dataPath().isRemote()) return loadRemote();
   try {
     dataPath().fillSharedResult(kListStatement);
@@ -74,7 +74,7 @@ void colWorkstation::loadRemote() {
       WriteLog(L"[TLPACSCFG] Error " + decimal(error.number()) + L" " + error.description(),
                log_level::kError);
     } catch (const std::exception&) {
-      // The message box tells the administrator in any case.
+      // The message box follows in any case.
     }
     system::showMessage({.text = L"An error was encountered getting the workstation list."});
   }
