@@ -52,7 +52,7 @@ void print(std::FILE* stream, const std::wstring& text) {
   std::fflush(stream);
 }
 
-/// Runs a step; when it fails, says which one it was and why.
+/// Runs a step; when it fails, prints its name and the reason.
 template <class Step>
 bool succeeds(const std::wstring& what, Step step) {
   try {

@@ -7,7 +7,7 @@
 
 namespace tlpacscfg::client {
 
-/// Why a call did not succeed, in words for the client's user.
+/// The reason of a failed call, as CheckForError answers it.
 class ClientError : public std::runtime_error {
  public:
   explicit ClientError(const std::wstring& text) : std::runtime_error(toUtf8(text)), text_(text) {}

@@ -68,7 +68,7 @@ Fingerprint sha256(const std::uint8_t* data, std::size_t size) {
   return digest;
 }
 
-/// What is left of the time for one call.
+/// The end of the time for one call.
 class Deadline {
  public:
   explicit Deadline(std::chrono::seconds time) : end_(Clock::now() + time) {}
@@ -79,11 +79,11 @@ class Deadline {
     return time;
   }
 
-  /// Ends each step of the request in time, but not all of them together.
+  /// Limits each step of the request, not their sum.
   void applyTo(HINTERNET request) const {
     const auto milliseconds = static_cast<int>(left().count());
     check(WinHttpSetTimeouts(request, milliseconds, milliseconds, milliseconds, milliseconds));
-    // The wait for the response has a limit of its own.
+    // Waiting for the response has a separate limit.
     setOption(request, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, static_cast<DWORD>(milliseconds));
   }
 
@@ -107,7 +107,7 @@ std::string readBody(HINTERNET request, const Deadline& deadline) {
     DWORD available = 0;
     check(WinHttpQueryDataAvailable(request, &available));
     if (available == 0) return body;
-    // Asked for more, it would wait until all of it is there.
+    // Asking for more would wait until that much has arrived.
     DWORD read = 0;
     check(WinHttpReadData(request, piece.data(),
                           std::min(available, static_cast<DWORD>(piece.size())), &read));
@@ -119,8 +119,7 @@ std::string readBody(HINTERNET request, const Deadline& deadline) {
   }
 }
 
-/// The library's own threads may run on for a moment after a call: it is not unloaded with this
-/// module.
+/// The library's threads may outlive a call, so it must not be unloaded with this module.
 void keepLibraryLoaded() {
   HMODULE library = nullptr;
   check(GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"winhttp.dll", &library));
@@ -128,7 +127,7 @@ void keepLibraryLoaded() {
 
 }  // namespace
 
-/// The handles of a service, and what is set for it.
+/// The handles and settings of one service.
 struct Endpoint::Connection {
   Connection(Settings used, const std::wstring& host, INTERNET_PORT port)
       : settings(std::move(used)) {
@@ -192,7 +191,7 @@ class Endpoint::Call {
     setOption(request.get(), WINHTTP_OPTION_DISABLE_FEATURE,
               WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_AUTHENTICATION);
     if (connection_->certificateIsPinned()) {
-      // The fingerprint decides alone, so that a certificate of one's own needs no authority.
+      // The fingerprint alone decides: a self-signed certificate needs no authority.
       setOption(request.get(), WINHTTP_OPTION_SECURITY_FLAGS,
                 SECURITY_FLAG_IGNORE_UNKNOWN_CA | SECURITY_FLAG_IGNORE_CERT_CN_INVALID |
                     SECURITY_FLAG_IGNORE_CERT_DATE_INVALID | SECURITY_FLAG_IGNORE_CERT_WRONG_USAGE);
@@ -245,7 +244,7 @@ const std::wstring& Endpoint::token() const { return connection_->settings.token
 
 Answer Endpoint::post(const std::wstring& path, const std::string& json) const {
   const Deadline deadline(timeout_);
-  // Nothing else bounds a handshake that stops or an answer that drips.
+  // WinHTTP has no limit of its own for a stalled handshake or an answer that trickles in.
   const auto call = std::make_shared<Call>(connection_, path, json, deadline);
   if (!doneInTime([call] { call->run(); }, deadline.left())) failWith(ERROR_WINHTTP_TIMEOUT);
   return call->take();

@@ -24,8 +24,8 @@ class Endpoint {
   Endpoint(Settings settings, const std::wstring& host, INTERNET_PORT port,
            std::chrono::seconds timeout);
 
-  /// Sends a JSON text. The answer has arrived within the time-out, or the call fails: whatever it
-  /// is that takes so long.
+  /// Sends a JSON text and returns the answer. The time-out covers the whole exchange, from the
+  /// connection to the last byte.
   Answer post(const std::wstring& path, const std::string& json) const;
 
   const std::wstring& token() const;
@@ -34,7 +34,7 @@ class Endpoint {
   struct Connection;
   class Call;
 
-  /// Shared with calls that nobody waits for any longer.
+  /// Shared with calls that timed out and still run.
   std::shared_ptr<const Connection> connection_;
   std::chrono::seconds timeout_;
 };

@@ -23,13 +23,13 @@ DWORD WINAPI runJob(void* passed) {
   try {
     job->work();
   } catch (...) {
-    // There is nobody on this thread to be told.
+    // This thread has no caller to report to.
   }
   job.reset();
   FreeLibraryAndExitThread(module, 0);
 }
 
-/// The module of this code, which is not unloaded before it is freed once more.
+/// This module, with a reference that keeps it loaded until it is freed.
 HMODULE referToThisModule() {
   HMODULE module = nullptr;
   if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
@@ -39,9 +39,9 @@ HMODULE referToThisModule() {
   return module;
 }
 
-/// Waits for a handle. The thread's windows are painted meanwhile and receive what is sent to them;
-/// what is posted to them (commands, keys, timers) stays in the queue, so that nothing of the host
-/// begins in the middle of a call.
+/// Waits for a handle. Meanwhile the thread's windows are painted and receive sent messages. Posted
+/// messages (commands, keys, timers) stay in the queue, so that none of the host's code starts in
+/// the middle of a call.
 bool awaitPainting(HANDLE handle, std::chrono::milliseconds time) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + time;
@@ -49,10 +49,10 @@ bool awaitPainting(HANDLE handle, std::chrono::milliseconds time) {
   DWORD status = WAIT_TIMEOUT;
   for (;;) {
     MSG message{};
-    // Sent messages are received in here.
+    // This call also dispatches sent messages.
     if (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT,
                      PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE)) {
-      // The end of the program passes every filter.
+      // WM_QUIT passes every filter.
       if (message.message == WM_QUIT) {
         exitCode = static_cast<int>(message.wParam);
       } else {
@@ -63,7 +63,7 @@ bool awaitPainting(HANDLE handle, std::chrono::milliseconds time) {
     const DWORD wait = left > 0 ? static_cast<DWORD>(left) : 0;
     status = MsgWaitForMultipleObjectsEx(1, &handle, wait, QS_PAINT | QS_SENDMESSAGE,
                                          MWMO_INPUTAVAILABLE);
-    // A window that never finishes its painting does not prolong the wait.
+    // A window that is never done painting must not prolong the wait.
     if (status != WAIT_OBJECT_0 + 1 || wait == 0) break;
   }
   if (exitCode) PostQuitMessage(*exitCode);

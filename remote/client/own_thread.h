@@ -5,10 +5,10 @@
 
 namespace tlpacscfg::client {
 
-/// Runs work on a thread of its own. False when it is not done in time: then nobody waits for it
-/// any longer, and it goes on with what it owns; this module stays loaded until it is done. The
-/// work must not throw. The windows of the calling thread are painted in the meantime; their posted
-/// messages wait. Throws ClientError when there is no thread to be had.
+/// Runs work on a new thread and waits for it. False on time-out: the work then continues alone,
+/// and this module stays loaded until it ends. The work must not throw, and must own what it uses.
+/// While waiting, the windows of the calling thread are painted; their posted messages stay in the
+/// queue. Throws ClientError when no thread can be started.
 bool doneInTime(std::function<void()> work, std::chrono::milliseconds time);
 
 }  // namespace tlpacscfg::client

@@ -11,7 +11,7 @@ namespace {
 using nlohmann::json;
 
 constexpr unsigned kOk = 200;
-constexpr std::size_t kMostColumns = 4096;
+constexpr std::size_t kMaxColumns = 4096;
 
 [[noreturn]] void notUnderstood() { throw ClientError(L"The service's answer makes no sense."); }
 
@@ -43,7 +43,7 @@ Table tableOf(const json& value) {
   const auto columns = value.find("columns");
   if (columns == value.end() || !columns->is_number_unsigned()) notUnderstood();
   const auto count = columns->get<std::size_t>();
-  if (count < 1 || count > kMostColumns) notUnderstood();
+  if (count < 1 || count > kMaxColumns) notUnderstood();
   Table table(count);
   for (const json& row : arrayIn(value, "rows")) {
     if (!row.is_array() || row.size() != count) notUnderstood();

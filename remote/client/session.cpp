@@ -12,21 +12,21 @@ namespace {
 
 constexpr std::wstring_view kOutOfMemory = L"Out of memory.";
 
-std::int32_t numberWithin(const std::wstring& text, std::int32_t most, const wchar_t* complaint) {
+std::int32_t numberWithin(const std::wstring& text, std::int32_t max, const wchar_t* complaint) {
   std::int32_t number = 0;
   try {
     number = toInt32(text);
   } catch (const RunTimeError&) {
     throw ClientError(complaint);
   }
-  if (number < 1 || number > most) throw ClientError(complaint);
+  if (number < 1 || number > max) throw ClientError(complaint);
   return number;
 }
 
 }  // namespace
 
 Session::Session() {
-  // So that there is always room to say that there is none.
+  // Reporting that memory has run out must not allocate.
   lastError_.reserve(kOutOfMemory.size());
 }
 
@@ -66,10 +66,10 @@ bool Session::ConnectToService(const std::wstring& application, const std::wstri
                                const std::wstring& port, const std::wstring& timeout) {
   return attempt(false, [&] {
     DisconnectFromService();
-    constexpr std::int32_t kMostSeconds = 3600;
+    constexpr std::int32_t kMaxSeconds = 3600;
     const std::int32_t portNumber = numberWithin(port, 65535, L"The port is not a number.");
     const std::chrono::seconds seconds(
-        numberWithin(timeout, kMostSeconds, L"The time-out is not a number of seconds."));
+        numberWithin(timeout, kMaxSeconds, L"The time-out is not a number of seconds."));
     auto endpoint = std::make_unique<Endpoint>(readSettings(), host,
                                                static_cast<INTERNET_PORT>(portNumber), seconds);
     protocol::ask(*endpoint, L"connect", {{"application", application}});

@@ -10,8 +10,8 @@
 
 namespace tlpacscfg::client {
 
-/// The seven methods of the client. None of them throws: what fails answers false, 0 or nothing
-/// and leaves its reason for CheckForError, which the next call of another method clears.
+/// The seven methods of the client. None of them throws: a failure answers false, 0 or nothing and
+/// stores its reason for CheckForError, which the next call of another method clears.
 class Session {
  public:
   struct FileFlags {
@@ -24,7 +24,7 @@ class Session {
                         const std::wstring& port, const std::wstring& timeout);
   void DisconnectFromService();
   std::int32_t SQLQueryTable(const std::wstring& database, const std::wstring& sql);
-  /// Nothing for a table without rows too.
+  /// Null on failure and for a table without rows.
   const Table* GetTableData(std::int16_t index);
   bool SQLExecuteText(const std::wstring& database, const std::wstring& sql);
   std::vector<std::wstring> GetNetworkDirectoryFiles(const std::wstring& directory,
@@ -32,7 +32,7 @@ class Session {
                                                      const FileFlags& flags);
   const std::wstring& CheckForError() const { return lastError_; }
 
-  /// Keeps the reason of the exception being handled for CheckForError.
+  /// Stores the exception being handled for CheckForError.
   void noteFailure() noexcept;
 
  private:

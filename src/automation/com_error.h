@@ -10,14 +10,14 @@
 
 namespace tlpacscfg {
 
-/// A call that COM itself refuses, for instance an argument of the wrong type.
+/// A call refused with an HRESULT of its own, for instance for an argument of the wrong type.
 class ComError {
  public:
   explicit ComError(HRESULT result, std::optional<UINT> argument = std::nullopt)
       : result_(result), argument_(argument) {}
 
   HRESULT result() const { return result_; }
-  /// Its place in DISPPARAMS::rgvarg.
+  /// The index of the argument in DISPPARAMS::rgvarg.
   std::optional<UINT> argument() const { return argument_; }
 
  private:
@@ -25,7 +25,7 @@ class ComError {
   std::optional<UINT> argument_;
 };
 
-/// What a host learns of an exception.
+/// An exception as the caller sees it.
 struct Failure {
   HRESULT result = E_UNEXPECTED;
   /// The number of an error of the component, for EXCEPINFO; `result` is DISP_E_EXCEPTION then.
@@ -38,13 +38,14 @@ struct Failure {
 /// numbers are result codes already.
 SCODE scodeOf(std::int32_t errorNumber);
 
-/// The exception being handled.
+/// Describes the exception being handled.
 Failure currentFailure();
 
-/// Leaves source and description for GetErrorInfo.
+/// Sets source and description for GetErrorInfo.
 void publish(const Failure& failure, const wchar_t* source, REFGUID interfaceId);
 
-/// The border to COM: no exception passes. `report` turns a Failure into the result.
+/// Wraps the body of a COM method: no exception leaves it. `report` converts a Failure into the
+/// result.
 template <class Work, class Report>
 HRESULT guarded(Work work, Report report) noexcept {
   try {

@@ -22,14 +22,14 @@ class ComPtr {
     if (pointer_) pointer_->Release();
   }
 
-  /// Takes over a reference that the caller owns.
+  /// Takes ownership of a reference.
   static ComPtr owning(Interface* pointer) {
     ComPtr result;
     result.pointer_ = pointer;
     return result;
   }
 
-  /// Adds a reference of its own.
+  /// Adds a reference.
   static ComPtr sharing(Interface* pointer) {
     if (pointer) pointer->AddRef();
     return owning(pointer);
@@ -39,16 +39,16 @@ class ComPtr {
   Interface* operator->() const { return pointer_; }
   explicit operator bool() const { return pointer_ != nullptr; }
 
-  /// Hands the reference to the caller.
+  /// Transfers ownership to the caller.
   Interface* detach() { return std::exchange(pointer_, nullptr); }
 
-  /// The place for a function to leave a reference in; what was held is released.
+  /// For an output parameter; the reference held so far is released.
   Interface** out() {
     *this = ComPtr();
     return &pointer_;
   }
 
-  /// Nothing when the object does not offer the interface.
+  /// Null when the object does not offer the interface.
   template <class Other>
   ComPtr<Other> query(REFIID id) const {
     ComPtr<Other> other;

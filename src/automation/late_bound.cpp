@@ -12,7 +12,7 @@ namespace {
 constexpr std::int32_t kNoSuchMember = 438;
 constexpr const wchar_t* kNoReason = L"Automation error";
 
-/// What the object says about its failure; owns the texts.
+/// Owns the texts of an EXCEPINFO.
 class ExceptionInfo {
  public:
   ExceptionInfo() = default;
@@ -33,7 +33,7 @@ class ExceptionInfo {
   }
 
  private:
-  /// The classic numbers travel as control errors, 0x800A0000 and the number.
+  /// Classic error numbers arrive as control errors: 0x800A0000 plus the number.
   std::int32_t number() const {
     if (info_.scode == 0) return info_.wCode;
     return HRESULT_FACILITY(info_.scode) == FACILITY_CONTROL ? HRESULT_CODE(info_.scode)
@@ -58,8 +58,8 @@ LateBound::LateBound(const wchar_t* progId) {
 
 OwnedVariant LateBound::call(const wchar_t* method,
                              std::initializer_list<VARIANT> arguments) const {
-  // A late-bound caller cannot tell a method with a result from a property with arguments, and
-  // objects expect both bits.
+  // A late-bound caller cannot distinguish a method with a result from a property with arguments:
+  // objects expect both flags.
   return invoke(method, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
 }
 
@@ -85,7 +85,7 @@ OwnedVariant LateBound::invoke(const wchar_t* member, WORD kind,
     throw RunTimeError(kNoSuchMember, L"Object doesn't support this property or method");
   }
 
-  // COM wants the last argument first.
+  // COM takes arguments last to first.
   std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
   DISPID valueName = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{};

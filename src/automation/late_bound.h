@@ -11,17 +11,17 @@
 
 namespace tlpacscfg {
 
-/// A COM object whose members are called by their names. Every failure is a RunTimeError: the
-/// number and the description that the object gave, or the result code of the call.
+/// A COM object whose members are called by name. Every failure throws RunTimeError with the number
+/// and description that the object gave, or with the HRESULT of the call.
 class LateBound {
  public:
   /// The object registered under the ProgID; throws CannotCreateObject.
   explicit LateBound(const wchar_t* progId);
 
-  /// A method with a result. Arguments in the order of the method's parameters; they stay the
-  /// caller's.
+  /// Calls a method with a result. Arguments are in the order of the method's parameters; the
+  /// caller keeps ownership.
   OwnedVariant call(const wchar_t* method, std::initializer_list<VARIANT> arguments) const;
-  /// A method without one.
+  /// Calls a method without a result.
   void run(const wchar_t* method, std::initializer_list<VARIANT> arguments) const;
   OwnedVariant get(const wchar_t* property) const;
   void put(const wchar_t* property, const VARIANT& value) const;

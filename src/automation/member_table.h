@@ -18,7 +18,7 @@ namespace tlpacscfg {
 
 namespace member_table {
 
-/// The argument types of a function behind the object that it works on.
+/// The types of the parameters that follow the object.
 template <class Function>
 struct Signature : Signature<decltype(&Function::operator())> {};
 template <class Result, class Core, class... Values>
@@ -51,7 +51,7 @@ OwnedVariant toVariant(const std::shared_ptr<Core>& core) {
   return OwnedVariant(wrap(core));
 }
 
-/// Calls with the object, or with the pointer that owns it where the function wants that.
+/// Passes the object, or the shared_ptr to it if the function takes that.
 template <class Function, class Core, class... Values>
 OwnedVariant call(const Function& function, const std::shared_ptr<Core>& core, Values&&... values) {
   const auto run = [&](auto&& object) -> OwnedVariant {
@@ -72,14 +72,14 @@ OwnedVariant call(const Function& function, const std::shared_ptr<Core>& core, V
 
 }  // namespace member_table
 
-/// Builds the member table of one core class. Arguments and results are converted by their C++
+/// Builds the member table of one C++ class. Arguments and results are converted by their C++
 /// types; a function may be a member function or a lambda that takes the object first.
 template <class Core>
 class MemberTable {
  public:
   using Names = std::vector<std::wstring>;
 
-  /// A property kept in a variable: a data member, or what a function of the object refers to.
+  /// A property stored in a variable: a data member, or the referent of a function of the object.
   template <class Place>
   MemberTable& field(const wchar_t* name, DISPID id, Place place) {
     using Value = std::decay_t<std::invoke_result_t<Place, Core&>>;
@@ -88,7 +88,7 @@ class MemberTable {
                [place](Core& core, Value value) { std::invoke(place, core) = std::move(value); });
   }
 
-  /// A field with a text that stays in no other memory of the component.
+  /// A text field of which no copies remain in the memory of the component.
   template <class Place>
   MemberTable& secret(const wchar_t* name, DISPID id, Place place) {
     get(name, id, [place](Core& core) { return OwnedVariant(std::invoke(place, core)); });
@@ -102,7 +102,7 @@ class MemberTable {
                           const ScopeExit wiping([&] { wipe(value); });
                           std::wstring& kept = std::invoke(place, *static_cast<Core*>(core.get()));
                           wipe(kept);
-                          // A move would leave the letters where no wipe finds them.
+                          // A move could leave the characters in memory that is not wiped.
                           kept = value;
                           return OwnedVariant();
                         }});
@@ -129,7 +129,7 @@ class MemberTable {
     return add(name, id, MemberKind::Method, parameters, 0, function);
   }
 
-  /// A method that picks its arguments itself: by-reference results, optional ones.
+  /// A method that reads its arguments itself: for by-reference results and optional arguments.
   MemberTable& rawMethod(const wchar_t* name, DISPID id, const Names& parameters,
                          std::size_t optional,
                          std::function<OwnedVariant(Core& core, Arguments& arguments)> function) {

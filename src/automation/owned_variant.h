@@ -24,9 +24,9 @@ class OwnedVariant {
   /// A null pointer becomes Nothing, not Empty.
   explicit OwnedVariant(ComPtr<IDispatch> object);
   explicit OwnedVariant(ComPtr<IUnknown> object);
-  /// A pointer to characters would be a truth value.
+  /// Without this, a pointer to characters would convert to bool.
   explicit OwnedVariant(const void*) = delete;
-  /// Zero or no value of this type, which owns nothing: VT_NULL, VT_I4, VT_BSTR...
+  /// All bits zero: Null, 0, False or an empty text, depending on the type.
   static OwnedVariant zero(VARTYPE type);
 
   OwnedVariant(OwnedVariant&& other) noexcept : OwnedVariant() { std::swap(value_, other.value_); }
@@ -38,16 +38,16 @@ class OwnedVariant {
 
   const VARIANT& get() const { return value_; }
 
-  /// The place for a function to leave a value in.
+  /// For an output parameter; the value held so far is cleared.
   VARIANT* out() {
     VariantClear(&value_);
     return &value_;
   }
 
-  /// Hands the value to the caller.
+  /// Transfers ownership to the caller.
   VARIANT release() { return std::exchange(value_, VARIANT{}); }
 
-  /// The text as an argument that the callee may replace. Only for a variant that holds a text.
+  /// A by-reference argument whose text the callee may replace. Only for a VT_BSTR.
   VARIANT byReference() {
     VARIANT reference{};
     reference.vt = VT_BYREF | VT_BSTR;
@@ -55,7 +55,7 @@ class OwnedVariant {
     return reference;
   }
 
-  /// Overwrites the text that the variant holds, if it is one.
+  /// Overwrites the characters of a VT_BSTR with zeros.
   void wipeText();
 
  private:

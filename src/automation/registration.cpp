@@ -18,7 +18,7 @@ constexpr WORD kLibraryMajor = 1;
 constexpr WORD kLibraryMinor = 0;
 constexpr const wchar_t* kClassVersion = L".1";
 
-/// One value below HKEY_CLASSES_ROOT; without a name the key's default value.
+/// One value below HKEY_CLASSES_ROOT; an empty name is the key's default value.
 struct Entry {
   std::wstring key;
   std::wstring name;

@@ -30,12 +30,12 @@ void releaseModuleState() {
   releaseModMain();
 }
 
-template <class Pointer>
-void abandon(Pointer& pointer) {
-  new Pointer(std::move(pointer));
+template <class State>
+void abandon(State& state) {
+  new State(std::move(state));
 }
 
-/// Leaves connections to the process that ends: their drivers may be gone already.
+/// Leaks the connections when the process ends: their drivers may be unloaded already.
 void abandonModuleState() {
   abandon(modMain);
   abandon(modTlCommClient);
@@ -58,7 +58,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
     try {
       tlpacscfg::abandonModuleState();
     } catch (...) {
-      // Nothing is left to be told.
+      // The process ends; there is no caller.
     }
   }
   return TRUE;

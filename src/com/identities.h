@@ -2,7 +2,7 @@
 
 #include <guiddef.h>
 
-/// The identifiers that the type library gives to itself, its classes and their interfaces.
+/// The GUIDs of the type library, its classes and their interfaces.
 extern "C" {
 extern const GUID LIBID_TLPACSCFG;
 extern const GUID CLSID_clsConfig;

@@ -89,7 +89,7 @@ TEST_F(ApartmentsTest, ACallThatArrivesOnAnotherThreadIsRefused) {
 }
 
 TEST_F(ApartmentsTest, OfTwoThatCreateAtTheSameTimeOnlyOneSucceeds) {
-  // The framework's expectations are for one thread only.
+  // Assertions are not thread-safe.
   std::atomic<int> owners = 0, created = 0, together = 0, otherwise = 0;
   const CLSID id = classId(kConfig);
   const auto tryToCreate = [&] {

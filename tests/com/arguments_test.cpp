@@ -21,7 +21,7 @@ TEST_F(ArgumentsTest, NumberThatDoesNotFitIsAnOverflowAndTheValueStays) {
   }
 }
 
-TEST_F(ArgumentsTest, WhatIsNoNumberIsATypeMismatchAndTheValueStays) {
+TEST_F(ArgumentsTest, ValueThatIsNotANumberIsATypeMismatchAndTheValueStays) {
   config.put(L"User_ID", 12);
   const Argument wrong[] = {L"twelve", L"", nullValue(), nothing(), config};
   for (const Argument& value : wrong) {
@@ -32,7 +32,7 @@ TEST_F(ArgumentsTest, WhatIsNoNumberIsATypeMismatchAndTheValueStays) {
   }
 }
 
-TEST_F(ArgumentsTest, ValuesBecomeNumbersByTheRulesOfTheHostsLanguage) {
+TEST_F(ArgumentsTest, ValuesConvertToNumbers) {
   const std::pair<Argument, int> cases[] = {
       {L"12", 12}, {L" -7 ", -7}, {2.5, 2},          {3.5, 4},
       {true, -1},  {false, 0},    {emptyValue(), 0}, {L"1.5", 2},
@@ -43,7 +43,7 @@ TEST_F(ArgumentsTest, ValuesBecomeNumbersByTheRulesOfTheHostsLanguage) {
   }
 }
 
-TEST_F(ArgumentsTest, ValuesBecomeTextsThatAreTheSameInEveryLocale) {
+TEST_F(ArgumentsTest, ValuesConvertToTheSameTextsInEveryLocale) {
   const std::pair<Argument, const wchar_t*> cases[] = {
       {1.5, L"1.5"}, {true, L"True"}, {false, L"False"}, {4000, L"4000"}, {emptyValue(), L""},
   };
@@ -70,7 +70,7 @@ TEST_F(ArgumentsTest, ArgumentsMayBeReferences) {
   EXPECT_EQ(config.get(L"User_ID").number(), 78);
 }
 
-TEST_F(ArgumentsTest, ReferenceToNothingIsRefused) {
+TEST_F(ArgumentsTest, NullReferenceIsRefused) {
   VARIANT broken{};
   broken.vt = VT_BYREF | VT_BSTR;
   expectRefused(config.put(L"User_ID", broken), E_POINTER, L"Invalid pointer");
@@ -80,7 +80,7 @@ TEST_F(ArgumentsTest, ReferenceToNothingIsRefused) {
   EXPECT_EQ(outcome.badArgument, 0U);
 }
 
-TEST_F(ArgumentsTest, BadArgumentIsCountedFromTheLast) {
+TEST_F(ArgumentsTest, IndexOfABadArgumentCountsFromTheLast) {
   const Outcome outcome = registry.call(L"CreateRegEntry", {L"one", L"name", L"value"});
   expectRefused(outcome, DISP_E_TYPEMISMATCH, L"Type mismatch");
   EXPECT_EQ(outcome.badArgument, 2U);
@@ -170,7 +170,7 @@ TEST_F(ArgumentsTest, UnknownParameterNamesLeaveTheKnownOnesNumbered) {
   EXPECT_EQ(ids[2], 1);
 }
 
-TEST_F(ArgumentsTest, MissingPointersAreRefused) {
+TEST_F(ArgumentsTest, NullPointersAreRefused) {
   IDispatch& object = *config.get();
   DISPPARAMS none{};
   std::wstring name = L"Version";

@@ -3,7 +3,7 @@
 
 #include "com/com_test.h"
 
-/// What only a broken host passes: it gets an error and nothing else happens.
+/// Arguments that violate the rules of COM: the call fails and has no other effect.
 namespace tlpacscfg::test {
 namespace {
 
@@ -16,7 +16,7 @@ class BrokenCallersTest : public ComTest {
 
   BrokenCallersTest() { config.put(L"User_ID", 12); }
 
-  /// A call whose arguments are as they are; the result is expected to be untouched by a value.
+  /// Calls with exactly these parameters and expects an Empty result.
   HRESULT invoke(const HostObject& object, const wchar_t* member, WORD kind, DISPPARAMS parameters,
                  UINT* badArgument = nullptr) {
     VARIANT result = ofType(VT_I4);
@@ -38,7 +38,7 @@ class BrokenCallersTest : public ComTest {
   }
 };
 
-TEST_F(BrokenCallersTest, AReferenceToNoVariantIsRefusedByEveryKindOfPut) {
+TEST_F(BrokenCallersTest, ANullReferenceIsRefusedByEveryKindOfPut) {
   const VARIANT broken = ofType(VT_BYREF | VT_VARIANT);
   expectRefusedPut(L"User_ID", broken, E_POINTER);
   expectRefusedPut(L"Password", broken, E_POINTER);
@@ -47,7 +47,7 @@ TEST_F(BrokenCallersTest, AReferenceToNoVariantIsRefusedByEveryKindOfPut) {
   }
 }
 
-TEST_F(BrokenCallersTest, AReferenceToAReferenceToNothingIsRefused) {
+TEST_F(BrokenCallersTest, AReferenceToANullReferenceIsRefused) {
   for (const int type :
        std::vector<int>{VT_BSTR, VT_I2, VT_DISPATCH, VT_ARRAY | VT_I2, VT_VARIANT}) {
     VARIANT inner = ofType(VT_BYREF | type);
@@ -135,7 +135,7 @@ TEST_F(BrokenCallersTest, AResultDoesNotFitIntoATypeThatDoesNotExist) {
   EXPECT_TRUE(registry.call(L"DeleteAllAppRegEntries").truth());
 }
 
-TEST_F(BrokenCallersTest, MissingArraysOfArgumentsAndNamesAreRefused) {
+TEST_F(BrokenCallersTest, NullArraysOfArgumentsAndNamesAreRefused) {
   VARIANT value = ofType(VT_I2);
   DISPID put = DISPID_PROPERTYPUT;
   for (const WORD kind : {WORD{DISPATCH_PROPERTYPUT}, WORD{DISPATCH_PROPERTYPUTREF}, kBothPuts}) {
@@ -167,7 +167,7 @@ TEST_F(BrokenCallersTest, NumbersOfArgumentsThatContradictEachOtherAreRefused) {
   EXPECT_EQ(config.get(L"User_ID").number(), 12);
 }
 
-TEST_F(BrokenCallersTest, AMissingNameIsRefusedWhereverItStands) {
+TEST_F(BrokenCallersTest, ANullNameIsRefusedInEveryPlace) {
   std::wstring member = L"GetRegValue", parameter = L"strKey";
   LPOLESTR lists[][3] = {{nullptr, parameter.data(), parameter.data()},
                          {member.data(), nullptr, parameter.data()},
@@ -184,7 +184,7 @@ TEST_F(BrokenCallersTest, AMissingNameIsRefusedWhereverItStands) {
   EXPECT_EQ(id, DISPID_UNKNOWN);
 }
 
-TEST_F(BrokenCallersTest, FactoriesRefuseMissingPlacesForTheirResults) {
+TEST_F(BrokenCallersTest, FactoriesRefuseNullOutputPointers) {
   const auto getClassObject =
       reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**)>(
           reinterpret_cast<void*>(GetProcAddress(host.component(), "DllGetClassObject")));
@@ -202,13 +202,13 @@ TEST_F(BrokenCallersTest, FactoriesRefuseMissingPlacesForTheirResults) {
   EXPECT_EQ(place, nullptr);
 }
 
-class BrokenWalkersTest : public ComSiteTest {
+class BrokenEnumerationsTest : public ComSiteTest {
  protected:
-  BrokenWalkersTest() {
+  BrokenEnumerationsTest() {
     for (const int id : {1, 2}) addConfiguration(id);
   }
 
-  ComPtr<IEnumVARIANT> walk(const HostObject& component) {
+  ComPtr<IEnumVARIANT> enumeratorOf(const HostObject& component) {
     const HostObject records =
         component.get(L"colPACSConfig").object().get(L"ColPACSConfigs").object();
     const Outcome outcome = records.invoke(DISPID_NEWENUM, DISPATCH_PROPERTYGET, {});
@@ -222,10 +222,10 @@ class BrokenWalkersTest : public ComSiteTest {
   }
 };
 
-TEST_F(BrokenWalkersTest, AHugeCountGetsWhatThereIs) {
+TEST_F(BrokenEnumerationsTest, AHugeCountGetsAllItems) {
   constexpr ULONG kHuge = std::numeric_limits<ULONG>::max();
   const HostObject component = initialised();
-  const auto items = walk(component);
+  const auto items = enumeratorOf(component);
   ASSERT_TRUE(items);
   // A collection begins with configuration 0.
   VARIANT values[4];
@@ -246,9 +246,9 @@ TEST_F(BrokenWalkersTest, AHugeCountGetsWhatThereIs) {
   EXPECT_EQ(nameOf(items->Next(1, values, nullptr)), "S_FALSE");
 }
 
-TEST_F(BrokenWalkersTest, MissingPlacesForTheItemsAreRefusedAndNothingIsSkipped) {
+TEST_F(BrokenEnumerationsTest, NullOutputPointersAreRefusedAndNothingIsSkipped) {
   const HostObject component = initialised();
-  const auto items = walk(component);
+  const auto items = enumeratorOf(component);
   ASSERT_TRUE(items);
   VARIANT values[2] = {};
   ULONG fetched = 77;

@@ -44,17 +44,17 @@ ComPtr<IEnumVARIANT> enumeratorOf(const HostObject& collection) {
       collection.invoke(DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {});
   EXPECT_EQ(nameOf(outcome.result), "S_OK");
   EXPECT_EQ(outcome.type(), VT_UNKNOWN);
-  ComPtr<IEnumVARIANT> walk;
+  ComPtr<IEnumVARIANT> items;
   outcome.value.get().punkVal->QueryInterface(IID_IEnumVARIANT,
-                                              reinterpret_cast<void**>(walk.out()));
-  return walk;
+                                              reinterpret_cast<void**>(items.out()));
+  return items;
 }
 
-/// The identifiers of the records from here on.
-std::vector<int> rest(IEnumVARIANT& walk) {
+/// The identifiers of the remaining records.
+std::vector<int> remaining(IEnumVARIANT& items) {
   std::vector<int> ids;
   OwnedVariant value;
-  while (walk.Next(1, value.out(), nullptr) == S_OK) {
+  while (items.Next(1, value.out(), nullptr) == S_OK) {
     const HostObject record(ComPtr<IDispatch>::sharing(value.get().pdispVal));
     ids.push_back(record.get(L"configID").number());
   }
@@ -172,44 +172,44 @@ TEST_F(CollectionObjectTest, CollectionsAreReplacedAsAWhole) {
   EXPECT_TRUE(areSame(other.get(L"colWS").object().get(L"ColWorkStations").object(), stations));
 }
 
-TEST_F(CollectionObjectTest, WalkGivesEveryItemInOrder) {
-  EXPECT_EQ(rest(*enumeratorOf(records()).get()), (std::vector{0, 1, 2, 7}));
+TEST_F(CollectionObjectTest, EnumeratorGivesEveryItemInOrder) {
+  EXPECT_EQ(remaining(*enumeratorOf(records()).get()), (std::vector{0, 1, 2, 7}));
 }
 
-TEST_F(CollectionObjectTest, WalkMaySkipBeginAgainAndBeCopied) {
-  const ComPtr<IEnumVARIANT> walk = enumeratorOf(records());
-  EXPECT_EQ(nameOf(walk->Skip(2)), "S_OK");
+TEST_F(CollectionObjectTest, EnumeratorSkipsResetsAndClones) {
+  const ComPtr<IEnumVARIANT> items = enumeratorOf(records());
+  EXPECT_EQ(nameOf(items->Skip(2)), "S_OK");
   ComPtr<IEnumVARIANT> copy;
-  ASSERT_EQ(nameOf(walk->Clone(copy.out())), "S_OK");
-  EXPECT_EQ(rest(*walk.get()), (std::vector{2, 7}));
-  EXPECT_EQ(rest(*copy.get()), (std::vector{2, 7}));
-  EXPECT_EQ(nameOf(walk->Skip(1)), "S_FALSE");
-  EXPECT_EQ(nameOf(walk->Reset()), "S_OK");
-  EXPECT_EQ(rest(*walk.get()), (std::vector{0, 1, 2, 7}));
+  ASSERT_EQ(nameOf(items->Clone(copy.out())), "S_OK");
+  EXPECT_EQ(remaining(*items.get()), (std::vector{2, 7}));
+  EXPECT_EQ(remaining(*copy.get()), (std::vector{2, 7}));
+  EXPECT_EQ(nameOf(items->Skip(1)), "S_FALSE");
+  EXPECT_EQ(nameOf(items->Reset()), "S_OK");
+  EXPECT_EQ(remaining(*items.get()), (std::vector{0, 1, 2, 7}));
 }
 
-TEST_F(CollectionObjectTest, WalkGivesSeveralItemsAtOnce) {
-  const ComPtr<IEnumVARIANT> walk = enumeratorOf(records());
+TEST_F(CollectionObjectTest, EnumeratorGivesSeveralItemsAtOnce) {
+  const ComPtr<IEnumVARIANT> items = enumeratorOf(records());
   VARIANT values[3] = {};
   ULONG fetched = 0;
-  EXPECT_EQ(nameOf(walk->Next(3, values, &fetched)), "S_OK");
+  EXPECT_EQ(nameOf(items->Next(3, values, &fetched)), "S_OK");
   EXPECT_EQ(fetched, 3U);
   for (VARIANT& value : values) {
     EXPECT_EQ(value.vt, VT_DISPATCH);
     VariantClear(&value);
   }
-  EXPECT_EQ(nameOf(walk->Next(3, values, &fetched)), "S_FALSE");
+  EXPECT_EQ(nameOf(items->Next(3, values, &fetched)), "S_FALSE");
   EXPECT_EQ(fetched, 1U);
   VariantClear(&values[0]);
-  EXPECT_EQ(nameOf(walk->Next(2, values, nullptr)), "E_POINTER");
-  EXPECT_EQ(nameOf(walk->Next(1, nullptr, nullptr)), "E_POINTER");
-  EXPECT_EQ(nameOf(walk->Clone(nullptr)), "E_POINTER");
+  EXPECT_EQ(nameOf(items->Next(2, values, nullptr)), "E_POINTER");
+  EXPECT_EQ(nameOf(items->Next(1, nullptr, nullptr)), "E_POINTER");
+  EXPECT_EQ(nameOf(items->Clone(nullptr)), "E_POINTER");
 }
 
-TEST_F(CollectionObjectTest, WalkKeepsTheItemsThatItBeganWith) {
-  const ComPtr<IEnumVARIANT> walk = enumeratorOf(records());
+TEST_F(CollectionObjectTest, EnumeratorKeepsTheItemsOfItsCreation) {
+  const ComPtr<IEnumVARIANT> items = enumeratorOf(records());
   records().call(L"Remove", {1});
-  EXPECT_EQ(rest(*walk.get()), (std::vector{0, 1, 2, 7}));
+  EXPECT_EQ(remaining(*items.get()), (std::vector{0, 1, 2, 7}));
 }
 
 TEST_F(CollectionObjectTest, PositionOfARecordComesBackByReference) {

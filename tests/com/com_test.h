@@ -59,8 +59,8 @@ void expectRefused(const Outcome& outcome, HRESULT result, const std::wstring& d
 /// button, and returns the text of that box; fails the test when none appeared.
 std::wstring textOfBoxShownBy(const std::function<void()>& work);
 
-/// Runs the work while another thread closes the window with that title as soon as it is there and
-/// the time has come; fails the test when there is none.
+/// Runs the work while another thread closes the window with that title as soon as it exists and
+/// `timeHasCome` is true; fails the test when no such window appeared.
 void closeWindowShownBy(
     const std::wstring& title, const std::function<void()>& work,
     const std::function<bool()>& timeHasCome = [] { return true; });

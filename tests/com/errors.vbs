@@ -1,4 +1,4 @@
-' What scripts learn of failures.
+' Errors as scripts see them.
 Option Explicit
 
 Dim Failures, Config, Registry, ErrorSource

@@ -17,7 +17,7 @@ namespace tlpacscfg::test {
 
 class HostObject;
 
-/// An argument as hosts of different languages pass it.
+/// An argument of a late-bound call.
 class Argument {
  public:
   Argument(int number);
@@ -27,7 +27,7 @@ class Argument {
   Argument(const wchar_t* text) : value_(std::wstring_view(text)) {}
   Argument(const std::wstring& text) : value_(std::wstring_view(text)) {}
   Argument(const HostObject& object);
-  /// As it stands; what it refers to stays the caller's.
+  /// Passed as it is; the caller keeps ownership.
   Argument(const VARIANT& value) : borrowed_(value) {}
 
   const VARIANT& get() const { return borrowed_ ? *borrowed_ : value_.get(); }
@@ -39,7 +39,7 @@ class Argument {
 
 using ArgumentList = std::initializer_list<Argument>;
 
-/// Its content is all zeros.
+/// All bits zero except the type.
 VARIANT ofType(int type);
 VARIANT emptyValue();
 VARIANT nullValue();
@@ -50,7 +50,7 @@ VARIANT reference(std::int16_t& number);
 VARIANT reference(std::int32_t& number);
 VARIANT reference(BSTR& text);
 
-/// All that a host learns from a call.
+/// Everything that a call returns to the host.
 struct Outcome {
   HRESULT result = E_UNEXPECTED;
   OwnedVariant value;
@@ -58,7 +58,7 @@ struct Outcome {
   std::wstring source;
   std::wstring description;
   std::optional<UINT> badArgument;
-  /// The description left for GetErrorInfo; empty when there is none.
+  /// The description from GetErrorInfo; empty when there is none.
   std::wstring errorInfo;
 
   VARTYPE type() const { return value.get().vt; }
@@ -83,10 +83,10 @@ class HostObject {
   /// DISPID_UNKNOWN when there is none.
   DISPID idOf(const std::wstring& member) const;
 
-  /// The first `named` arguments have the names; all are given in the order of DISPPARAMS.
+  /// Arguments in the order of DISPPARAMS; the names belong to the first of them.
   Outcome invoke(DISPID id, WORD flags, std::vector<VARIANT> reversed,
                  std::vector<DISPID> names = {}) const;
-  /// The same with arrays and numbers that need not go together.
+  /// The same with counts that may contradict the arrays.
   Outcome invokeWith(DISPID id, WORD flags, DISPPARAMS parameters) const;
 
   Outcome get(const std::wstring& member, ArgumentList arguments = {}) const;
@@ -98,10 +98,10 @@ class HostObject {
   ComPtr<IDispatch> object_;
 };
 
-/// Whether both are faces of the same object, by the rules of COM.
+/// Whether both are the same object by the rules of COM.
 bool areSame(const HostObject& first, const HostObject& second);
 
-/// "DISP_E_OVERFLOW" reads better than a number.
+/// For example "DISP_E_OVERFLOW".
 std::string nameOf(HRESULT result);
 
 }  // namespace tlpacscfg::test

@@ -12,7 +12,7 @@ class InitTest : public ComSiteTest {
   HostObject object = HostObject::create(kConfig);
 };
 
-/// Lets go of the object when the host's messages are processed next.
+/// Releases the object when the host processes its messages next.
 class Releaser {
  public:
   explicit Releaser(HostObject& object) {
@@ -97,9 +97,9 @@ TEST_F(InitTest, ShowFormAnswersZeroOnceTheListIsClosed) {
 TEST_F(InitTest, HostMayLetGoOfTheObjectWhileItsWindowIsShown) {
   object.put(L"SQLDSN", L"TlTestSite");
   ASSERT_TRUE(object.call(L"Init").truth());
-  IDispatch* const face = object.get();
+  IDispatch* const dispatch = object.get();
   const DISPID showForm = object.idOf(L"ShowForm");
-  const ULONG references = (face->AddRef(), face->Release());
+  const ULONG references = (dispatch->AddRef(), dispatch->Release());
   ASSERT_EQ(references, 1U);
   const Releaser releaser(object);
   OwnedVariant code;
@@ -108,8 +108,8 @@ TEST_F(InitTest, HostMayLetGoOfTheObjectWhileItsWindowIsShown) {
   closeWindowShownBy(
       L"Workstation List",
       [&] {
-        status = face->Invoke(showForm, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none,
-                              code.out(), nullptr, nullptr);
+        status = dispatch->Invoke(showForm, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none,
+                                  code.out(), nullptr, nullptr);
       },
       [&] { return releaser.released(); });
   EXPECT_TRUE(object.isNothing());

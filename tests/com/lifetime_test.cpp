@@ -134,7 +134,7 @@ TEST_F(SharedObjectTest, SameObjectHasTheSameIdentityHoweverItIsReached) {
   EXPECT_FALSE(areSame(HostObject::create(kConfig), object));
 }
 
-TEST_F(SharedObjectTest, ChangesStayWhenNobodyHeldTheFace) {
+TEST_F(SharedObjectTest, ChangesStayWhenTheComObjectWasReleased) {
   const HostObject object = initialised();
   const HostObject configurations = object.get(L"colPACSConfig").object();
   configurations.call(L"Item", {2}).object().put(L"Description", L"changed");
@@ -151,23 +151,23 @@ TEST_F(SharedObjectTest, PartsOutliveTheObjectThatTheyCameFrom) {
   EXPECT_TRUE(host.mayUnload());
 }
 
-TEST_F(SharedObjectTest, WalkKeepsTheComponentLoaded) {
+TEST_F(SharedObjectTest, EnumeratorKeepsTheComponentLoaded) {
   HostObject object = initialised();
-  ComPtr<IUnknown> walk;
+  ComPtr<IUnknown> enumerator;
   {
     const HostObject records =
         object.get(L"colPACSConfig").object().get(L"ColPACSConfigs").object();
     const Outcome outcome = records.invoke(DISPID_NEWENUM, DISPATCH_PROPERTYGET, {});
-    walk = ComPtr<IUnknown>::sharing(outcome.value.get().punkVal);
+    enumerator = ComPtr<IUnknown>::sharing(outcome.value.get().punkVal);
   }
   object.release();
   EXPECT_FALSE(host.mayUnload());
-  walk = nullptr;
+  enumerator = nullptr;
   EXPECT_TRUE(host.mayUnload());
 }
 
 TEST_F(SharedObjectTest, ConnectionIsClosedWithTheLastObject) {
-  // Only the database's last user can switch its journal back.
+  // Only the last connection to a database can leave the WAL mode.
   const Probe impatient(L"DSN=TlTestSite;Timeout=50;");
   const auto journal = [&](const std::wstring& mode) {
     try {
@@ -180,7 +180,7 @@ TEST_F(SharedObjectTest, ConnectionIsClosedWithTheLastObject) {
   HostObject object = initialised();
   HostObject record = object.get(L"colPACSConfig").object().call(L"Item", {2}).object();
   object.release();
-  // A new configuration object forgets the connection, which stays open.
+  // Creating an object marks the connection as closed; it stays open.
   HostObject::create(kConfig).release();
   EXPECT_NE(journal(L"DELETE"), L"delete");
   record.release();

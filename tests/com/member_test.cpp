@@ -54,7 +54,7 @@ TYPEATTR attributesOf(ITypeInfo& type) {
   return copy;
 }
 
-/// One function of an interface as the type library tells it.
+/// One function of an interface in the type library.
 struct Described {
   std::wstring name;
   DISPID id;

@@ -8,15 +8,15 @@ namespace tlpacscfg::test {
 namespace {
 
 constexpr UINT kLength = 40;
-/// The beginning of freed memory is overwritten by the heap.
+/// Only the end is compared: the heap overwrites the beginning of freed memory.
 constexpr UINT kCompared = 20;
 
-/// A password that nobody writes down: it is computed letter by letter.
+/// The password is computed, so that no copy of it is in the program.
 wchar_t letter(UINT index) { return static_cast<wchar_t>(0x5000 + index * index * 7 % 499); }
 
-/// How often the password's end lies in the memory of this process that can be written.
+/// The number of copies of the password's end in the writable memory of this process.
 int copiesInMemory() {
-  // In the image of the program, which is not searched.
+  // Static: the program's image is not searched.
   static std::array<wchar_t, 1 << 16> piece;
   int copies = 0;
   MEMORY_BASIC_INFORMATION region{};
@@ -37,7 +37,7 @@ int copiesInMemory() {
         if (same == kCompared) ++copies;
       }
       if (count < piece.size()) break;
-      // A copy may lie across the border of two pieces.
+      // A copy may span two pieces.
       next += count - (kCompared - 1);
     }
     place = end;
@@ -46,7 +46,7 @@ int copiesInMemory() {
   return copies;
 }
 
-/// The host's own text, wiped when it goes.
+/// The host's own copy, wiped on destruction.
 class HostsPassword {
  public:
   HostsPassword() {
@@ -77,7 +77,7 @@ class PasswordTest : public ComTest {
 
   HostObject config = HostObject::create(kConfig);
 
-  /// The property's number, asked for before there is a password to be found.
+  /// Looked up before any password is in memory.
   DISPID id = config.idOf(L"Password");
 
   void put(const VARIANT& value) {

@@ -12,13 +12,13 @@
 namespace tlpacscfg::test {
 namespace {
 
-/// A number from the environment, for runs that take hours.
-unsigned setting(const char* name, unsigned otherwise) {
+/// A number from the environment, for long runs.
+unsigned setting(const char* name, unsigned fallback) {
   const char* const text = std::getenv(name);
-  return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : otherwise;
+  return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : fallback;
 }
 
-/// Makes what hosts of all languages might pass, and what only a broken one would.
+/// Makes random arguments, valid ones and malformed ones.
 class RandomArguments {
  public:
   RandomArguments(unsigned seed, std::vector<HostObject> objects)
@@ -29,7 +29,7 @@ class RandomArguments {
 
   unsigned below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
 
-  /// Lives until forget is called; a reference is to such a value.
+  /// The value, and what it refers to, lives until forget() is called.
   VARIANT make() {
     if (below(12) == 0) return broken();
     VARIANT* const place = kept_.emplace_back(std::make_unique<VARIANT>()).get();
@@ -52,7 +52,7 @@ class RandomArguments {
   }
 
   void forget() {
-    // What a reference refers to is a value of its own in the list; what is broken owns nothing.
+    // Referents are in the list themselves; malformed values own nothing.
     for (const auto& value : kept_) {
       const bool owns = value->vt == VT_BSTR || value->vt == VT_DISPATCH ||
                         value->vt == VT_UNKNOWN || value->vt == (VT_ARRAY | VT_I2);
@@ -61,7 +61,7 @@ class RandomArguments {
     kept_.clear();
   }
 
-  /// Numbers and arrays that do not go together, now and then.
+  /// The parameters, sometimes with counts that contradict the arrays.
   DISPPARAMS disturbed(DISPPARAMS parameters) {
     constexpr UINT kHuge = std::numeric_limits<UINT>::max();
     switch (below(60)) {
@@ -90,7 +90,7 @@ class RandomArguments {
   }
 
  private:
-  /// What no proper caller makes. Nothing in it is owned.
+  /// A malformed value; owns nothing.
   VARIANT broken() {
     static SAFEARRAY* noArray = nullptr;
     static IDispatch* noObject = nullptr;
@@ -122,7 +122,7 @@ class RandomArguments {
         value.pvRecord = &noObject;
         break;
       case 6: {
-        // Between the types that exist, with flags that do not.
+        // Unassigned types with reserved flags.
         constexpr VARTYPE kNoTypes[] = {15, 24, 25, 26, 30, 31, 36, 64, 72, 0x0FFF, 0x0ABC};
         constexpr VARTYPE kFlags[] = {0, VT_VECTOR, VT_RESERVED, VT_VECTOR | VT_RESERVED};
         value.vt = kNoTypes[below(std::size(kNoTypes))] | kFlags[below(std::size(kFlags))];
@@ -229,7 +229,7 @@ class RandomArgumentsTest : public ComSiteTest {
     assign(L"PC-1", L"'2'");
   }
 
-  /// Whose calls would show windows, or write files and registry values wherever they like.
+  /// Members not to be called: they show windows or write to arbitrary files and registry keys.
   static std::set<DISPID> spared(const HostObject& object) {
     std::set<DISPID> ids;
     for (const wchar_t* name : {L"Init", L"ShowForm", L"LogFile", L"GetWorkstationsList",
@@ -259,7 +259,7 @@ class RandomArgumentsTest : public ComSiteTest {
     return std::wstring(letters ? letters : L"", SysStringLen(letters));
   }
 
-  /// A call that failed says so, gives no value, and has changed no property.
+  /// A failed call has a known result, a description and no value.
   static void expectOrderly(const Outcome& outcome) {
     if (SUCCEEDED(outcome.result)) return;
     static const std::set<HRESULT> kResults = {DISP_E_EXCEPTION,     DISP_E_MEMBERNOTFOUND,
@@ -279,7 +279,7 @@ class RandomArgumentsTest : public ComSiteTest {
   }
 };
 
-TEST_F(RandomArgumentsTest, NoArgumentDoesMoreThanFailItsCall) {
+TEST_F(RandomArgumentsTest, RandomArgumentsAtWorstFailTheirCall) {
   const HostObject component = initialised();
   const HostObject configurations = component.get(L"m_colPACSConfig").object();
   const HostObject workstations = component.get(L"m_colWorkstation").object();
@@ -344,7 +344,7 @@ TEST_F(RandomArgumentsTest, NoArgumentDoesMoreThanFailItsCall) {
   EXPECT_EQ(component.get(L"User_ID").number(), 12);
 }
 
-TEST_F(RandomArgumentsTest, NoListOfNamesDoesMoreThanFailItsCall) {
+TEST_F(RandomArgumentsTest, RandomNamesAtWorstFailTheirCall) {
   const HostObject component = HostObject::create(kRegistry);
   const unsigned seed = setting("TL_RANDOM_SEED", 1);
   RandomArguments random(seed, {});

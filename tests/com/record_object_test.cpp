@@ -28,7 +28,7 @@ class RecordObjectTest : public ComSiteTest {
   HostObject config = initialised();
   HostObject configurations = config.get(L"colPACSConfig").object();
 
-  /// A record that is in no collection.
+  /// A record outside every collection.
   HostObject newRecord() {
     EXPECT_EQ(configurations.call(L"SetCurrentConfig", {32000}).result, S_OK);
     return configurations.get(L"CurrentPACSConfig").object();

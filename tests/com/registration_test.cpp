@@ -12,7 +12,7 @@ namespace {
 constexpr const wchar_t* kConfigId = L"{4F48DB07-84BF-4701-A7D6-E179A2BFA889}";
 constexpr const wchar_t* kRegistryId = L"{DEBDB8F1-68B4-4283-8B53-17745D2A8B49}";
 
-/// An empty key in the place of HKEY_CLASSES_ROOT, for this process and as long as this lives.
+/// Replaces HKEY_CLASSES_ROOT by an empty key, for this process and the lifetime of this object.
 class OwnClassesRoot {
  public:
   OwnClassesRoot() {

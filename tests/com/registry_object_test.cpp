@@ -7,7 +7,7 @@ namespace {
 constexpr int kText = 1;
 constexpr int kNumber = 4;
 
-/// The registry key of one test, gone afterwards.
+/// The registry key of one test, deleted afterwards.
 class RegistryObjectTest : public ComTest {
  protected:
   RegistryObjectTest() {

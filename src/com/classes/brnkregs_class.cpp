@@ -6,7 +6,8 @@
 namespace tlpacscfg {
 namespace {
 
-/// The new value as the registry type asks for it. A type that is never written takes anything.
+/// The new value converted for the registry type. For a type that is never written, any value will
+/// do.
 registry::Value newValue(std::int16_t dataType, const Arguments& arguments, std::size_t parameter) {
   if (dataType == brnkregs::kText) return arguments.get<std::wstring>(parameter);
   if (dataType != brnkregs::kNumber) return std::wstring();

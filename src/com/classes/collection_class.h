@@ -13,11 +13,11 @@
 #include "support/keyed_collection.h"
 #include "support/runtime_error.h"
 
-/// The keyed collections: one face, whatever the items are.
+/// The members of the keyed collections, the same for every type of item.
 namespace tlpacscfg::collection_class {
 
 /// The 1-based position that a key or a number names. Throws InvalidProcedureCall for an unknown
-/// key; whether there is such a position is for the collection to say.
+/// key; the range is checked by the collection.
 template <class Item>
 std::size_t positionOf(const KeyedCollection<Item>& collection, const Arguments& arguments,
                        std::size_t parameter) {

@@ -12,13 +12,13 @@
 namespace tlpacscfg {
 namespace {
 
-/// A property that each configuration object has for itself.
+/// A property with one value for each object.
 template <class Value>
 auto setting(Value HostSettings::*member) {
   return [member](clsConfig& config) -> Value& { return (*config.settings).*member; };
 }
 
-/// A property that all configuration objects share.
+/// A property with one value for all objects.
 template <class Value>
 auto shared(Value& variable) {
   return [&variable](clsConfig&) -> Value& { return variable; };

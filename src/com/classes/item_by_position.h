@@ -5,8 +5,8 @@
 
 namespace tlpacscfg {
 
-/// The item at the position in the first argument; Nothing when that is no 16-bit number or no
-/// position of the collection.
+/// The item at the position given by the first argument; Nothing when that is not a 16-bit number
+/// or out of range.
 template <class Collection>
 OwnedVariant itemByPosition(const Collection& collection, const Arguments& arguments) {
   try {

@@ -2,7 +2,7 @@
 
 #include "remote/client/raw_client_test.h"
 
-/// What only a broken host passes to the client: the call is refused and nothing else happens.
+/// Arguments that violate the rules of COM: the client refuses the call, which has no other effect.
 namespace tlpacscfg::test {
 namespace {
 
@@ -22,7 +22,7 @@ constexpr Method kMethods[] = {
 
 using BrokenClientCallersTest = RawClientTest;
 
-TEST_F(BrokenClientCallersTest, MissingNamesAreRefusedWhereverTheyStand) {
+TEST_F(BrokenClientCallersTest, NullNamesAreRefusedInEveryPlace) {
   std::wstring member = L"CheckForError";
   LPOLESTR lists[][2] = {{nullptr, member.data()}, {member.data(), nullptr}, {nullptr, nullptr}};
   IDispatch& object = *client.get();
@@ -68,9 +68,9 @@ TEST_F(BrokenClientCallersTest, BrokenValuesAreRefusedByEveryMethodInEveryPlace)
   SAFEARRAY* none = nullptr;
   VARIANT toNoArray = ofType(VT_BYREF | VT_ARRAY | VT_UI1);
   toNoArray.pparray = &none;
-  IDispatch* nobody = nullptr;
-  VARIANT toNobody = ofType(VT_BYREF | VT_DISPATCH);
-  toNobody.ppdispVal = &nobody;
+  IDispatch* noObject = nullptr;
+  VARIANT toNoObject = ofType(VT_BYREF | VT_DISPATCH);
+  toNoObject.ppdispVal = &noObject;
   const std::pair<VARIANT, HRESULT> broken[] = {
       {ofType(VT_BYREF | VT_VARIANT), E_POINTER},
       {toNoText, E_POINTER},
@@ -79,7 +79,7 @@ TEST_F(BrokenClientCallersTest, BrokenValuesAreRefusedByEveryMethodInEveryPlace)
       {noArray, DISP_E_TYPEMISMATCH},
       {toNoArray, DISP_E_TYPEMISMATCH},
       {reference(noArray), DISP_E_TYPEMISMATCH},
-      {toNobody, DISP_E_TYPEMISMATCH},
+      {toNoObject, DISP_E_TYPEMISMATCH},
       {ofType(VT_RECORD), DISP_E_TYPEMISMATCH},
       {ofType(0x0FFF), DISP_E_TYPEMISMATCH},
       {ofType(VT_RESERVED | VT_I2), DISP_E_TYPEMISMATCH},
@@ -87,7 +87,6 @@ TEST_F(BrokenClientCallersTest, BrokenValuesAreRefusedByEveryMethodInEveryPlace)
   };
   for (const Method& method : kMethods) {
     for (UINT place = 0; place < method.parameters; ++place) {
-      // The pattern of file names takes part in a call like every other argument.
       for (const auto& [value, expected] : broken) {
         std::vector<VARIANT> values(method.parameters, number);
         values[place] = value;
@@ -122,7 +121,7 @@ TEST_F(BrokenClientCallersTest, EveryMethodAnswersWhenItCannotDoItsWork) {
   EXPECT_EQ(error(), L"");
 }
 
-TEST_F(BrokenClientCallersTest, MissingPlacesForResultsAreRefusedOrDoWithoutThem) {
+TEST_F(BrokenClientCallersTest, NullOutputPointersAreRefusedOrIgnored) {
   IDispatch& object = *client.get();
   EXPECT_EQ(nameOf(object.QueryInterface(IID_IUnknown, nullptr)), "E_POINTER");
   EXPECT_EQ(nameOf(object.GetTypeInfoCount(nullptr)), "E_POINTER");

@@ -9,8 +9,8 @@
 
 namespace tlpacscfg::test {
 
-/// A thread that has entered COM, with the reference client registered and without settings; for as
-/// long as this lives.
+/// While it lives, the thread has initialised COM, and the reference client is registered and has
+/// no settings.
 class RegisteredClient {
  public:
   RegisteredClient();
@@ -48,7 +48,7 @@ class ServiceClientTest : public ClientTest {
   void connectClient();
 };
 
-/// Registers a server of this name as regsvr32 does.
+/// Calls an entry point of the client's DLL as regsvr32 does.
 void registerServer(const char* entryPoint);
 
 }  // namespace tlpacscfg::test

@@ -6,7 +6,7 @@
 #include "remote/client/client_test.h"
 #include "support/text.h"
 
-/// The windows' commands through the reference client, while its service comes and goes.
+/// The windows' commands through the reference client, whose service stops and restarts.
 namespace tlpacscfg::test {
 namespace {
 

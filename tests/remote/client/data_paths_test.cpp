@@ -9,7 +9,7 @@
 namespace tlpacscfg::test {
 namespace {
 
-/// Loads the site on both ways to the data.
+/// Loads the site on both data paths.
 class DataPathsTest : public ServiceClientTest {
  protected:
   struct Site {

@@ -11,7 +11,7 @@ using Clock = std::chrono::steady_clock;
 
 const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
 
-/// A service that is dead ends a call after the time-out, once.
+/// A dead service fails one call after the time-out.
 class DeadServiceTest : public RawClientTest {
  protected:
   static constexpr int kTimeout = 2;

@@ -14,8 +14,7 @@ using Texts = std::vector<std::wstring>;
 constexpr const wchar_t* kUnreachable =
     L"Run-time error '40002':\r\nThere is no connection to the service.";
 
-/// The windows on a site that is reached through the remote data client, while its service comes
-/// and goes.
+/// The windows on a site behind the remote data client, whose service stops and restarts.
 class RemoteJourneyTest : public SettingsTest {
  protected:
   RemoteJourneyTest() {
@@ -30,8 +29,8 @@ class RemoteJourneyTest : public SettingsTest {
     EXPECT_TRUE(TlCommClientConnected());
   }
 
-  /// Does something while the service is killed, which is reported once, behind the question that
-  /// it may bring up; then the service is there again.
+  /// Acts while the service is killed, expects one report after an optional question, and restarts
+  /// the service.
   void whileUnreachable(const std::function<void()>& step, const wchar_t* report = kUnreachable) {
     const int port = service_.port();
     service_.end("KILL");

@@ -10,7 +10,7 @@ using LateArraysTest = LateClientTest;
 
 SAFEARRAY* noArray = nullptr;
 
-/// As an array is before it was given bounds.
+/// An array variable before it was given bounds.
 OwnedVariant arrayWithoutBounds() {
   OwnedVariant none;
   none.out()->vt = VT_ARRAY | VT_VARIANT;
@@ -74,7 +74,7 @@ TEST_F(LateArraysTest, ATableOfNumbersIsATable) {
   EXPECT_EQ(data.at(0, 1), L"-8");
 }
 
-TEST_F(LateArraysTest, NothingAndArraysWithoutElementsAreEmptyTables) {
+TEST_F(LateArraysTest, EmptyNullAndArraysWithoutElementsAreEmptyTables) {
   const std::function<OwnedVariant()> cases[] = {
       [] { return OwnedVariant(); },
       [] { return null(); },
@@ -100,7 +100,7 @@ TEST_F(LateArraysTest, NothingAndArraysWithoutElementsAreEmptyTables) {
   }
 }
 
-TEST_F(LateArraysTest, WhatIsNoTableIsRefused) {
+TEST_F(LateArraysTest, ValuesThatAreNotTablesAreRefused) {
   const std::function<OwnedVariant()> cases[] = {
       [] { return number(1); },
       [] { return OwnedVariant(std::wstring_view(L"table")); },
@@ -149,9 +149,9 @@ TEST_F(LateArraysTest, WhatIsNoTableIsRefused) {
 }
 
 /// An array of numbers that claims more elements than it has.
-class BoastfulArray {
+class OversizedArray {
  public:
-  explicit BoastfulArray(const std::vector<Bound>& bounds) {
+  explicit OversizedArray(const std::vector<Bound>& bounds) {
     EXPECT_TRUE(
         SUCCEEDED(SafeArrayAllocDescriptorEx(VT_I4, static_cast<UINT>(bounds.size()), &array_)));
     for (std::size_t i = 0; i < bounds.size(); ++i) {
@@ -159,12 +159,12 @@ class BoastfulArray {
     }
     array_->pvData = &element_;
   }
-  ~BoastfulArray() {
+  ~OversizedArray() {
     array_->pvData = nullptr;
     SafeArrayDestroyDescriptor(array_);
   }
-  BoastfulArray(const BoastfulArray&) = delete;
-  BoastfulArray& operator=(const BoastfulArray&) = delete;
+  OversizedArray(const OversizedArray&) = delete;
+  OversizedArray& operator=(const OversizedArray&) = delete;
 
   OwnedVariant reference() {
     OwnedVariant result;
@@ -188,7 +188,7 @@ TEST_F(LateArraysTest, ArraysThatClaimTooMuchAreRefused) {
       {{0x80000000}, {2}},
   };
   for (const std::vector<Bound>& claim : claims) {
-    BoastfulArray array(claim);
+    OversizedArray array(claim);
     connectWith(L"GetTableData", [&] { return array.reference(); });
     Table data;
     EXPECT_FALSE(TlCommClientGetDataset(1, data));
@@ -197,7 +197,7 @@ TEST_F(LateArraysTest, ArraysThatClaimTooMuchAreRefused) {
 }
 
 TEST_F(LateArraysTest, AnArrayWithoutMemoryOrOfAnotherKindThanItSaysIsRefused) {
-  BoastfulArray array({{1}, {1}});
+  OversizedArray array({{1}, {1}});
   Table data;
   connectWith(L"GetTableData", [&] { return array.reference(); });
   EXPECT_TRUE(TlCommClientGetDataset(1, data));
@@ -252,7 +252,7 @@ TEST_F(LateArraysTest, FileListsOfEveryKindAreUnderstood) {
   }
 }
 
-TEST_F(LateArraysTest, WhatIsNoFileListIsRefused) {
+TEST_F(LateArraysTest, ValuesThatAreNotFileListsAreRefused) {
   const std::function<OwnedVariant()> cases[] = {
       [] { return number(1); },
       [] { return OwnedVariant(std::wstring_view(L"a.xml")); },
@@ -272,7 +272,7 @@ TEST_F(LateArraysTest, WhatIsNoFileListIsRefused) {
   }
 }
 
-TEST_F(LateArraysTest, AnErrorThatCameWithWhatIsNoTableReachesTheLog) {
+TEST_F(LateArraysTest, AnErrorIsLoggedAlsoWhenTheAnswerIsNotATable) {
   connectWith(L"GetTableData", [] { return OwnedVariant(std::wstring_view(L"table")); });
   error_ = L"out of reach";
   logOn(0);
@@ -281,7 +281,7 @@ TEST_F(LateArraysTest, AnErrorThatCameWithWhatIsNoTableReachesTheLog) {
   EXPECT_EQ(log(), errorBlock(L"[TLPACSCFG] Unable to retrieve workstation list: out of reach"));
 }
 
-TEST_F(LateArraysTest, AnErrorThatCameWithWhatIsNoFileListReachesTheLog) {
+TEST_F(LateArraysTest, AnErrorIsLoggedAlsoWhenTheAnswerIsNotAFileList) {
   connectWith(L"GetNetworkDirectoryFiles", [] { return number(1); });
   error_ = L"out of reach";
   logOn(0);

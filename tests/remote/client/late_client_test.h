@@ -12,19 +12,19 @@ namespace tlpacscfg::test {
 
 using Calls = std::vector<std::wstring>;
 
-/// What a proper client answers.
+/// The answers of a client that works.
 OwnedVariant properAnswer(const std::wstring& method);
 
-/// The component before a client object that answers as the test says.
+/// The component with a client object that answers as the test demands.
 class LateClientTest : public ClientTest {
  protected:
   LateClientTest();
   ~LateClientTest() override;
 
-  /// Connects, and lets one method answer differently from then on.
+  /// Connects, then replaces the answer of one method.
   void connectWith(const std::wstring& method, std::function<OwnedVariant()> answer);
 
-  /// What CheckForError says from now on.
+  /// The answer of CheckForError.
   std::wstring error_;
 
  private:

@@ -13,7 +13,7 @@ namespace {
 
 using Names = std::vector<std::wstring>;
 
-/// A port that nobody listens on.
+/// A port without a listener.
 class DeafPort {
  public:
   DeafPort() {
@@ -46,7 +46,7 @@ class ConnectingTest : public ServiceClientTest {
  protected:
   ConnectingTest() { logOn(); }
 
-  /// Connecting fails with this reason and these lines, and leaves no client behind.
+  /// Connecting fails with this reason and these log lines, and no client stays.
   void expectRefused(const std::wstring& reason) {
     EXPECT_FALSE(ConnectTlCommClient(config));
     EXPECT_FALSE(TlCommClientConnected());
@@ -67,7 +67,7 @@ TEST_F(ConnectingTest, AServiceThatAcceptsTheTokenIsConnected) {
   EXPECT_NE(service.log().find("/v1/connect 200"), std::string::npos);
 }
 
-TEST_F(ConnectingTest, WithoutAHostAddressNothingIsAsked) {
+TEST_F(ConnectingTest, WithoutAHostAddressNoRequestIsSent) {
   service.start();
   useService(service.port());
   config.TlCommClientHostIP = L"";
@@ -111,7 +111,7 @@ TEST_F(ConnectingTest, ThisComputerHasSeveralNames) {
   EXPECT_TRUE(ConnectTlCommClient(config));
 }
 
-TEST_F(ConnectingTest, WithoutATokenNothingIsAsked) {
+TEST_F(ConnectingTest, WithoutATokenNoRequestIsSent) {
   set(L"Token", L"");
   useService(1);
   expectRefused(L"No token is set for the service.");

@@ -9,7 +9,7 @@ const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version":
 const Reply kGivesOne = {Treatment::Answer, R"({"tables": [{"columns": 1, "rows": [["1"]]}]})"};
 const std::wstring kInTime = L"The service did not answer in time.";
 
-/// A client with a time-out of one second before services that would let it wait for good.
+/// A client with a time-out of one second and services that never answer.
 class TimeOutTest : public ServiceClientTest {
  protected:
   void expectNoConnection(Treatment treatment) {
@@ -20,7 +20,7 @@ class TimeOutTest : public ServiceClientTest {
     EXPECT_EQ(log(), errorBlock(L"[TLPACSCFG] TlCommClient could not connect: " + kInTime));
   }
 
-  /// The call behind the connecting is given up, and the one behind it succeeds.
+  /// The first call after connecting times out, and the next one succeeds.
   void expectNoTable(Treatment treatment) {
     const ScriptedService slow({kConnects, {treatment}, kGivesOne});
     useService(slow.port(), L"1");

@@ -26,7 +26,7 @@ class TlsClientTest : public ServiceClientTest {
   std::wstring fingerprint;
 };
 
-TEST_F(TlsClientTest, ACertificateThatNobodyVouchesForIsNotTrusted) {
+TEST_F(TlsClientTest, ACertificateWithoutATrustedIssuerIsRefused) {
   EXPECT_FALSE(ConnectTlCommClient(config));
   EXPECT_NE(log().find("could not connect: The service's certificate is not trusted."),
             std::string::npos);

@@ -7,7 +7,7 @@
 #include "remote/client/raw_client_test.h"
 #include "remote/harness/scripted_service.h"
 
-/// What a host's thread does while a call of the client waits.
+/// What the host's thread handles while a call of the client waits.
 namespace tlpacscfg::test {
 namespace {
 
@@ -41,7 +41,7 @@ class HostWindow {
 
   HWND handle() const { return window_; }
 
-  /// Handles what waits in the queue; the exit code when there is one.
+  /// Dispatches the queued messages; the exit code on WM_QUIT.
   static std::optional<WPARAM> handleMessages() {
     MSG message{};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -104,7 +104,7 @@ class WaitingTest : public RawClientTest {
     other.join();
   }
 
-  /// Until the call is over, at the most.
+  /// Returns no later than the call.
   void awaitInCall(const std::function<bool()>& condition) {
     while (inCall && !condition()) pauseBriefly();
   }
@@ -177,7 +177,7 @@ TEST_F(WaitingTest, TheEndOfTheHostsProgramIsStillThereAfterTheCall) {
 }
 
 TEST_F(WaitingTest, AWindowThatNeverFinishesItsPaintingDoesNotProlongTheWait) {
-  // Nothing but the wait ends this request.
+  // Only the time-out ends this request.
   set(L"Transport", L"https");
   const ScriptedService stuck({{Treatment::HalfHandshake}});
   window.finishesPainting = false;

@@ -5,7 +5,7 @@
 
 namespace tlpacscfg::test {
 
-/// A bare connection to a port of this computer, for saying what no proper client says.
+/// A raw connection to a local port, for malformed requests.
 class RawClient {
  public:
   /// Throws std::runtime_error when there is no connection.
@@ -17,10 +17,10 @@ class RawClient {
   /// False when the other side is gone.
   bool send(std::string_view bytes) const;
 
-  /// Everything until the other side closes; fails the deadline of half a minute by throwing.
+  /// Everything until the other side closes; throws after half a minute.
   std::string readToEnd() const;
 
-  /// Closes with a reset instead of a farewell.
+  /// Closes the connection with a reset.
   void reset();
 
  private:

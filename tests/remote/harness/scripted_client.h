@@ -12,7 +12,7 @@
 
 namespace tlpacscfg::test {
 
-/// What a scripted COM object answers to a call; throws what the caller is to see.
+/// Answers a call of a scripted COM object; throws CallFails to make it fail.
 using Answers = std::function<OwnedVariant(const std::wstring& method, const DISPPARAMS& passed)>;
 
 /// Thrown by an answer: the call fails with this result.
@@ -31,12 +31,12 @@ class ScriptedClient {
   ScriptedClient(const ScriptedClient&) = delete;
   ScriptedClient& operator=(const ScriptedClient&) = delete;
 
-  /// From now on the objects, old and new, answer like this.
+  /// Replaces the answers of all objects, existing and new.
   void answerWith(Answers answers);
 
   /// "Method(type value, ...)" in the order of the calls and of the parameters; types are those of
-  /// the VARIANTs, with & for a reference. Before it stands "get" or "put" for a property, and "do"
-  /// for a call without a result. CheckForError is not noted.
+  /// the VARIANTs, with & for a reference. The prefix is "get" or "put" for a property, and "do"
+  /// for a call without a result. CheckForError is not recorded.
   std::vector<std::wstring> calls() const;
   int objects() const;
 
@@ -47,8 +47,8 @@ class ScriptedClient {
   DWORD registration_ = 0;
 };
 
-/// Arrays as clients build them. The bounds are in the order of the dimensions, the elements with
-/// the first dimension running fastest.
+/// Arrays as clients build them. Bounds are in the order of the dimensions; in the elements, the
+/// first dimension varies fastest.
 struct Bound {
   ULONG elements;
   LONG lower = 0;

@@ -11,7 +11,7 @@ namespace tlpacscfg::test {
 enum class Treatment {
   Answer,          ///< A proper answer with the text.
   AnswerWhenTold,  ///< The same, but not before answerNow().
-  Silence,         ///< It reads and says nothing.
+  Silence,         ///< Reads and does not answer.
   HalfHandshake,   ///< The beginning of a TLS handshake, and no more.
   DripHeaders,     ///< An answer whose header goes on a letter at a time, for good.
   DripBody,        ///< The same with an answer's text.
@@ -22,8 +22,8 @@ struct Reply {
   std::string json = {};
 };
 
-/// A port of this computer that treats its connections, one after the other, as it is told; the
-/// ones behind the last reply as the last one.
+/// A local port that gives one reply to each connection, in order; further connections get the last
+/// reply again.
 class ScriptedService {
  public:
   explicit ScriptedService(std::vector<Reply> replies);
@@ -33,7 +33,7 @@ class ScriptedService {
 
   int port() const { return port_; }
 
-  void answerNow() { told_ = true; }
+  void answerNow() { released_ = true; }
 
  private:
   void serve();
@@ -44,7 +44,7 @@ class ScriptedService {
   std::uintptr_t listener_ = 0;
   int port_ = 0;
   std::atomic<bool> over_ = false;
-  std::atomic<bool> told_ = false;
+  std::atomic<bool> released_ = false;
   std::thread server_;
 };
 

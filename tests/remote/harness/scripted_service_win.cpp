@@ -16,7 +16,7 @@ bool sendAll(SOCKET connection, const std::string& text) {
          static_cast<int>(text.size());
 }
 
-/// Where the body ends of a request whose beginning is known; npos before that is known.
+/// The end of the request's body; npos while the headers are incomplete.
 std::size_t endOfRequest(const std::string& request) {
   const std::string name = "Content-Length: ";
   const std::size_t headerEnd = request.find("\r\n\r\n");
@@ -51,7 +51,7 @@ ScriptedService::~ScriptedService() {
   WSACleanup();
 }
 
-/// False when the service is over first.
+/// False when the service ends first.
 bool ScriptedService::awaitInput(std::uintptr_t socket) const {
   while (!over_) {
     fd_set readable;
@@ -88,7 +88,7 @@ void ScriptedService::treat(std::uintptr_t connection, const Reply& reply) const
     if (request.size() < endOfRequest(request)) continue;
     switch (reply.treatment) {
       case Treatment::AnswerWhenTold:
-        while (!told_ && !over_) pauseBriefly();
+        while (!released_ && !over_) pauseBriefly();
         [[fallthrough]];
       case Treatment::Answer:
         sendAll(connection, header + "Connection: close\r\nContent-Length: " +

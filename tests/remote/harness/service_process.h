@@ -16,8 +16,7 @@ bool eventually(Condition condition);
 /// Whether there is such a process that has not ended.
 bool isAlive(pid_t process);
 
-/// A running tlcommd. Its files lie in the given directory; whatever happens, the process ends
-/// with this object.
+/// A running tlcommd with its files in the given directory. The process ends with this object.
 class ServiceProcess {
  public:
   explicit ServiceProcess(std::string directory);
@@ -68,12 +67,12 @@ class ServiceProcess {
 
 namespace internal {
 void pauseBriefly();
-inline constexpr int kMostPauses = 3000;
+inline constexpr int kMaxPauses = 3000;
 }  // namespace internal
 
 template <class Condition>
 bool eventually(Condition condition) {
-  for (int i = 0; i < internal::kMostPauses; ++i) {
+  for (int i = 0; i < internal::kMaxPauses; ++i) {
     if (condition()) return true;
     internal::pauseBriefly();
   }

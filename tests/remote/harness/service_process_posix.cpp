@@ -25,7 +25,7 @@ void write(const std::string& file, const std::string& text) {
   if (!stream.flush()) throw std::runtime_error(file + " cannot be written");
 }
 
-/// What the system says about a process: its state and its parent.
+/// The state and the parent of a process.
 struct ProcessState {
   char state = 'X';
   pid_t parent = 0;
@@ -35,7 +35,7 @@ ProcessState stateOf(const std::filesystem::path& directory) {
   std::ifstream stream(directory / "stat");
   std::string text;
   std::getline(stream, text);
-  // The name before them stands in parentheses and may hold anything.
+  // The name in parentheses before them may contain any character.
   std::istringstream rest(text.substr(text.rfind(')') + 1));
   ProcessState found;
   rest >> found.state >> found.parent;

@@ -18,7 +18,7 @@ TEST_F(LifecycleTest, BothEndingSignalsStopItCleanly) {
   }
 }
 
-TEST_F(LifecycleTest, ItDoesNotWaitForClientsThatSayNothingWhenItStops) {
+TEST_F(LifecycleTest, ItDoesNotWaitForSilentClientsWhenItStops) {
   ASSERT_TRUE(service.start({"--request-seconds", "3600"})) << service.log();
   const RawClient client(service.port());
   client.send("POST /v1/connect HTTP/1.1\r\n");

@@ -16,7 +16,7 @@ struct ServiceAnswer {
   nlohmann::json body;
 };
 
-/// A real service before the site's database, and the directory that clients call
+/// A real service on the site's database, and the directory that clients call
 /// Z:\site\TALORA\PROMPTS.
 class ServiceTest : public SiteTest {
  protected:

@@ -9,10 +9,10 @@ namespace {
 
 using nlohmann::json;
 
-/// Works for good, in no more memory than at the beginning.
+/// Runs forever in constant memory.
 constexpr const char* kEndless =
     "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) SELECT count(*) FROM c";
-/// Gives rows for good.
+/// Gives rows forever.
 constexpr const char* kEndlessRows =
     "SELECT x FROM (WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) "
     "SELECT x FROM c)";
@@ -29,7 +29,7 @@ class StatementTest : public ServiceTest {
     return properRequest("/v1/query", body.dump());
   }
 
-  /// Sends a statement that does not end and waits until it runs; gives its process.
+  /// Sends an endless statement, waits until it runs and returns its process.
   pid_t beginEndless(const RawClient& client) {
     client.send(requestFor(kEndless));
     EXPECT_TRUE(eventually([this] { return !service.children().empty(); }));
@@ -66,7 +66,7 @@ TEST_F(StatementTest, OneThatWaitsForALockIsEndedAndChangesNothing) {
     odbc::Connection other(
         std::make_shared<odbc::Environment>(odbc::CursorLibrary::NotUsed, std::chrono::seconds(10)),
         L"TlTestSite", odbc::Prompt::Never, L"");
-    // A transaction that the driver knows nothing of holds its lock until the connection closes.
+    // A transaction that the driver does not know of keeps its lock until the connection closes.
     other.query(L"BEGIN EXCLUSIVE");
     const ServiceAnswer answer = execute(insert);
     EXPECT_EQ(answer.status, 422);
@@ -76,7 +76,7 @@ TEST_F(StatementTest, OneThatWaitsForALockIsEndedAndChangesNothing) {
   EXPECT_EQ(execute(insert).status, 200);
 }
 
-TEST_F(StatementTest, ADriverThatBreaksDownBreaksNothingElse) {
+TEST_F(StatementTest, ACrashingDriverAffectsNothingElse) {
   startService({});
   const RawClient client(service.port());
   kill(beginEndless(client), SIGSEGV);
@@ -135,7 +135,7 @@ TEST_F(StatementTest, OtherClientsConnectionsAreNotKeptOpenByIt) {
   const RawClient idle(service.port());
   const RawClient stuck(service.port());
   beginEndless(stuck);
-  // The service cuts the first client off while the statement goes on.
+  // The service disconnects the first client while the statement runs on.
   EXPECT_EQ(idle.readToEnd(), "");
   EXPECT_FALSE(service.children().empty());
 }

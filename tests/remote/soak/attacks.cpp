@@ -9,8 +9,8 @@
 namespace tlpacscfg::test {
 namespace {
 
-std::string bytes(Random& random, std::size_t most) {
-  std::string text(below(random, most), '\0');
+std::string bytes(Random& random, std::size_t max) {
+  std::string text(below(random, max), '\0');
   for (char& c : text) c = static_cast<char>(random());
   return text;
 }

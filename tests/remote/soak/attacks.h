@@ -10,7 +10,7 @@ namespace tlpacscfg::test {
 
 using Random = std::mt19937;
 
-/// One way to treat a service badly: opens its own connections and is over within seconds.
+/// One attack on a service: opens its own connections and ends within seconds.
 struct Attack {
   const char* name;
   void (*run)(int port, Random& random);
@@ -18,7 +18,7 @@ struct Attack {
 
 const std::vector<Attack>& attacks();
 
-/// A number from 0 up to but not including the bound.
+/// A number in [0, bound).
 std::size_t below(Random& random, std::size_t bound);
 
 }  // namespace tlpacscfg::test

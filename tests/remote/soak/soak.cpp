@@ -1,7 +1,7 @@
-// Treats two services badly for some seconds while proper clients use them:
+// Attacks two services for some seconds while proper clients use them:
 //   tlcommd-soak SECONDS [SEED]
-// Ends with 0 when every proper request was answered rightly, both services ended cleanly, and
-// neither kept descriptors or told its token.
+// Ends with 0 when every proper request was answered correctly, both services ended cleanly, and
+// neither leaked descriptors or revealed its token.
 #include <httplib.h>
 
 #include <atomic>

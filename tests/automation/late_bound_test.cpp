@@ -28,8 +28,8 @@ TEST_F(LateBoundTest, AnUnknownMemberIsTheClassicError) {
                        L"Object doesn't support this property or method");
 }
 
-TEST_F(LateBoundTest, AProgIdThatNobodyRegisteredIsTheClassicError) {
-  EXPECT_RUNTIME_ERROR(LateBound(L"TlCommClient.clsNobody"), 429,
+TEST_F(LateBoundTest, AnUnregisteredProgIdIsTheClassicError) {
+  EXPECT_RUNTIME_ERROR(LateBound(L"TlCommClient.clsUnregistered"), 429,
                        L"ActiveX component can't create object");
 }
 

@@ -1,4 +1,4 @@
-' The collections as scripts walk them, on the site's database.
+' The collections as scripts see them, on the site's database.
 Option Explicit
 
 Dim Failures
