@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "automation/call_results.h"
 #include "automation/late_bound.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
@@ -65,18 +66,9 @@ bool succeeds(const std::wstring& what, Step step) {
   }
 }
 
-std::wstring textOf(const OwnedVariant& value) {
-  OwnedVariant text;
-  if (FAILED(VariantChangeTypeEx(text.out(), const_cast<VARIANT*>(&value.get()), LOCALE_INVARIANT,
-                                 VARIANT_ALPHABOOL, VT_BSTR))) {
-    raise(ErrorNumber::TypeMismatch);
-  }
-  return std::wstring(text.get().bstrVal, SysStringLen(text.get().bstrVal));
-}
-
 /// Calls a function without arguments and prints its result.
 std::wstring callAndPrint(const LateBound& config, const wchar_t* function) {
-  const std::wstring result = textOf(config.call(function, {}));
+  const std::wstring result = textOf(config.call(function, {}).get());
   print(stdout, std::wstring(function) + L" returned " + result + L"\n");
   return result;
 }
