@@ -96,10 +96,17 @@ void appendInAscii(std::wstring& text, const SqlToken& token) {
   }
 }
 
+bool needsTranslation(const SqlToken& token) {
+  return token.isWord(L"SELECT") || token.isWord(L"GETDATE") ||
+         (token.kind == SqlToken::Kind::Text && !isAscii(token.text));
+}
+
 /// SQLite's words for the current time, a row limit, a named subquery and a text.
 std::wstring toSqlite(Tokens tokens) {
+  if (std::none_of(tokens.begin(), tokens.end(), &needsTranslation)) {
+    return {tokens.front().text.begin(), tokens.back().text.end()};
+  }
   std::wstring text;
-  text.reserve(static_cast<std::size_t>(tokens.back().text.end() - tokens.front().text.begin()));
   std::wstring limit;
   bool inSelectList = false;
   for (std::size_t i = 0; i < tokens.size(); ++i) {

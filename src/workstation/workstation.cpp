@@ -1,5 +1,7 @@
 #include "workstation/workstation.h"
 
+#include <initializer_list>
+
 #include "data/data_path.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
@@ -12,21 +14,21 @@ namespace {
 
 constexpr std::size_t kWorkstationsInBatch = 100;
 
-std::wstring assignmentStatements(const clsWorkstation& workstation) {
-  const std::wstring& name = workstation.WorkStation;
-  std::wstring text;
-  const auto line = [&text](const std::wstring& piece) { text += piece + kLineBreak; };
-  line(L"DELETE FROM system_workstation_cfg");
-  line(L"WHERE pc_name = '" + name + L"' and ");
-  line(L"application_id = 38 and ");
-  line(L"key_name = 'PACSConfig'");
-  line(L"");
-  line(L"INSERT into system_workstation_cfg");
-  line(L"(pc_name, application_id, key_name, key_value, user_id, flag1)");
-  line(L"VALUES('" + name + L"', 38, 'PACSConfig', '" + decimal(workstation.configID) +
-       L"', -1, 0)");
-  line(L"");
-  return text;
+void appendStatements(std::wstring& batch, const clsWorkstation& workstation) {
+  const std::wstring_view name = workstation.WorkStation;
+  const auto line = [&batch](std::initializer_list<std::wstring_view> pieces) {
+    for (const std::wstring_view piece : pieces) batch += piece;
+    batch += kLineBreak;
+  };
+  line({L"DELETE FROM system_workstation_cfg"});
+  line({L"WHERE pc_name = '", name, L"' and "});
+  line({L"application_id = 38 and "});
+  line({L"key_name = 'PACSConfig'"});
+  line({});
+  line({L"INSERT into system_workstation_cfg"});
+  line({L"(pc_name, application_id, key_name, key_value, user_id, flag1)"});
+  line({L"VALUES('", name, L"', 38, 'PACSConfig', '", decimal(workstation.configID), L"', -1, 0)"});
+  line({});
 }
 
 }  // namespace
@@ -81,7 +83,7 @@ void forEachAssignmentCommand(
   std::wstring batch;
   std::size_t done = 0;
   for (const auto& workstation : workstations) {
-    batch += assignmentStatements(*workstation);
+    appendStatements(batch, *workstation);
     if (++done % kWorkstationsInBatch != 0) continue;
     run(batch, done);
     batch.clear();
