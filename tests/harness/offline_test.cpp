@@ -35,7 +35,7 @@ std::vector<std::optional<std::string>> cellsOf(const std::string& line) {
 
 }  // namespace
 
-OfflineTest::OfflineTest() : fixture(readBytes(sourcePath("tests/fixtures/SYSTEM.MDB"))) {
+OfflineTest::OfflineTest() : fixture(readBytes(sourcePath("demo/stand-alone/SYSTEM.MDB"))) {
   modMain.g_blnUseOfflineDB = true;
   setLocalTaloraDirectory(scratchPath(L"local"));
   install(fixture);
@@ -52,7 +52,7 @@ void OfflineTest::connectOffline() {
 }
 
 std::vector<CsvRow> OfflineTest::csvRows(const std::string& table) {
-  std::istringstream text(readBytes(sourcePath("tests/fixtures/SYSTEM.MDB.csv")));
+  std::istringstream text(readBytes(sourcePath("demo/stand-alone/SYSTEM.MDB.csv")));
   std::vector<CsvRow> rows;
   std::vector<std::optional<std::string>> columns;
   bool inTable = false;
