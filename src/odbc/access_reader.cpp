@@ -1,7 +1,7 @@
-#include <algorithm>
-#include <numeric>
+#include "odbc/access_reader.h"
 
-#include "odbc/dialect.h"
+#include <algorithm>
+
 #include "odbc/sql_tokens.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"
@@ -19,8 +19,8 @@ class PlainSelect {
     }
   }
 
-  ClientQuery parse() {
-    ClientQuery query;
+  AccessReaderQuery parse() {
+    AccessReaderQuery query;
     expect(L"SELECT");
     do columnOf(word());
     while (skip(L','));
@@ -80,7 +80,7 @@ class PlainSelect {
     return columns_.size() - 1;
   }
 
-  ClientQuery::Condition condition() {
+  AccessReaderQuery::Condition condition() {
     const std::size_t column = columnOf(word());
     if (!skip(L'=') || atEnd()) raise(ErrorNumber::TypeMismatch);
     const SqlToken& value = tokens_[position_++];
@@ -94,8 +94,8 @@ class PlainSelect {
   std::vector<std::wstring_view> columns_;
 };
 
-/// NULL first, then numbers by value, then texts: whether the first cell goes before the second.
-bool before(const Cell& first, const Cell& second) {
+/// Less-than for cells: NULL, then numbers by value, then texts.
+bool less(const Cell& first, const Cell& second) {
   if (!first || !second) return !first && second;
   const bool firstIsNumber = isNumeric(*first);
   if (firstIsNumber != isNumeric(*second)) return firstIsNumber;
@@ -105,9 +105,9 @@ bool before(const Cell& first, const Cell& second) {
 
 }  // namespace
 
-ClientQuery clientQueryFor(std::wstring_view sql) { return PlainSelect(sql).parse(); }
+AccessReaderQuery accessReaderQueryFor(std::wstring_view sql) { return PlainSelect(sql).parse(); }
 
-Table ClientQuery::apply(const Table& fetched) const {
+Table AccessReaderQuery::apply(const Table& fetched) const {
   const auto matches = [&](std::size_t row) {
     return std::all_of(conditions.begin(), conditions.end(), [&](const Condition& condition) {
       const Cell cell = fetched.at(condition.column, row);
@@ -122,8 +122,8 @@ Table ClientQuery::apply(const Table& fetched) const {
     for (const std::size_t column : orderBy) {
       const Cell left = fetched.at(column, first);
       const Cell right = fetched.at(column, second);
-      if (before(left, right)) return true;
-      if (before(right, left)) return false;
+      if (less(left, right)) return true;
+      if (less(right, left)) return false;
     }
     return false;
   });

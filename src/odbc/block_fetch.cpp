@@ -7,11 +7,11 @@
 namespace tlpacscfg::odbc {
 namespace {
 
-constexpr std::size_t kShortest = 32;   ///< Characters: holds any number or date.
-constexpr std::size_t kLongest = 4000;  ///< Characters to begin with, whatever the column declares.
+constexpr std::size_t kMinWidth = 32;           ///< Characters: holds any number or date.
+constexpr std::size_t kMaxInitialWidth = 4000;  ///< Characters; grows when a cell is longer.
 constexpr std::size_t kBlockBytes = 1 << 20;
-constexpr std::size_t kMostRows = 2000;
-constexpr std::size_t kCellCharacters = 3;  ///< What a cell counts beside its text.
+constexpr std::size_t kMaxRows = 2000;
+constexpr std::size_t kCellCharacters = 3;  ///< Added to the text of each cell when it is counted.
 
 /// Whole numbers arrive in plain ASCII, which spares the driver a conversion; texts in UTF-16.
 enum class Encoding { Ascii, Utf16 };
@@ -40,15 +40,15 @@ Encoding encodingOf(SQLSMALLINT type) {
 
 class BlockFetch {
  public:
-  BlockFetch(const StatementHandle& statement, RowArrays rowArrays, std::size_t mostCharacters)
-      : statement_(statement), rowArrays_(rowArrays), mostCharacters_(mostCharacters) {
+  BlockFetch(const StatementHandle& statement, RowArrays rowArrays, std::size_t maxCharacters)
+      : statement_(statement), rowArrays_(rowArrays), maxCharacters_(maxCharacters) {
     SQLSMALLINT count = 0;
     statement_.verify(SQLNumResultCols(statement_.get(), &count));
     columns_.resize(static_cast<std::size_t>(count));
     for (std::size_t i = 0; i < columns_.size(); ++i) describe(i);
   }
 
-  /// The statement lives on: the driver must not write into the buffers that go.
+  /// The statement outlives the buffers: the driver must not write into them any more.
   ~BlockFetch() {
     SQLFreeStmt(statement_.get(), SQL_UNBIND);
     if (rowArrays_ == RowArrays::Unsupported) return;
@@ -62,7 +62,7 @@ class BlockFetch {
   bool fetch(Table& table) {
     bind();
     table = Table(columns_.size());
-    left_ = mostCharacters_;
+    remaining_ = maxCharacters_;
     bool complete = true;
     for (;;) {
       const SQLRETURN code = SQLFetch(statement_.get());
@@ -73,7 +73,7 @@ class BlockFetch {
         if (rowArrays_ == RowArrays::Supported && status_[row] == SQL_ROW_ERROR) {
           fail(SQL_HANDLE_STMT, statement_.get());
         }
-        for (Column& column : columns_) complete = take(column, row, table) && complete;
+        for (Column& column : columns_) complete = append(column, row, table) && complete;
       }
     }
   }
@@ -87,7 +87,7 @@ class BlockFetch {
     statement_.verify(SQLDescribeColW(statement_.get(), static_cast<SQLUSMALLINT>(index + 1),
                                       nullptr, 0, &nameLength, &type, &size, &digits, &nullable));
     columns_[index].encoding = encodingOf(type);
-    columns_[index].width = std::clamp<std::size_t>(size, kShortest, kLongest) + 1;
+    columns_[index].width = std::clamp<std::size_t>(size, kMinWidth, kMaxInitialWidth) + 1;
   }
 
   void bind() {
@@ -96,7 +96,7 @@ class BlockFetch {
       rowBytes += column.bytes() + sizeof(SQLLEN);
     }
     const std::size_t rows = rowArrays_ == RowArrays::Supported
-                                 ? std::clamp<std::size_t>(kBlockBytes / rowBytes, 1, kMostRows)
+                                 ? std::clamp<std::size_t>(kBlockBytes / rowBytes, 1, kMaxRows)
                                  : 1;
     if (rowArrays_ == RowArrays::Supported) {
       status_.assign(rows, SQL_ROW_SUCCESS);
@@ -120,12 +120,13 @@ class BlockFetch {
   }
 
   void count(std::size_t characters) {
-    if (characters > left_ || left_ - characters < kCellCharacters) throw ResultTooLarge();
-    left_ -= characters + kCellCharacters;
+    if (characters > remaining_ || remaining_ - characters < kCellCharacters)
+      throw ResultTooLarge();
+    remaining_ -= characters + kCellCharacters;
   }
 
-  /// Appends the cell, or grows the column and returns false.
-  bool take(Column& column, std::size_t row, Table& table) {
+  /// Appends the cell. False when it did not fit: the column has then grown.
+  bool append(Column& column, std::size_t row, Table& table) {
     // Some drivers write only 32 bits of a length; no cell needs more.
     const auto length = static_cast<std::int32_t>(column.lengths[row]);
     if (length == SQL_NULL_DATA) {
@@ -148,12 +149,12 @@ class BlockFetch {
     if (column.encoding == Encoding::Ascii) {
       table.append(fromUtf8(std::string_view(text, needed - 1)));
     } else {
-      append(table, odbcView(reinterpret_cast<const SQLWCHAR*>(text), needed - 1));
+      appendText(table, odbcView(reinterpret_cast<const SQLWCHAR*>(text), needed - 1));
     }
     return true;
   }
 
-  static void append(Table& table, std::u16string_view text) {
+  static void appendText(Table& table, std::u16string_view text) {
     if constexpr (sizeof(wchar_t) == sizeof(SQLWCHAR)) {
       table.append(std::wstring_view(reinterpret_cast<const wchar_t*>(text.data()), text.size()));
     } else {
@@ -163,8 +164,8 @@ class BlockFetch {
 
   const StatementHandle& statement_;
   RowArrays rowArrays_;
-  std::size_t mostCharacters_;
-  std::size_t left_ = 0;
+  std::size_t maxCharacters_;
+  std::size_t remaining_ = 0;
   std::vector<Column> columns_;
   std::vector<SQLUSMALLINT> status_;
   SQLULEN fetched_ = 0;
@@ -173,8 +174,8 @@ class BlockFetch {
 }  // namespace
 
 Table fetchAll(const StatementHandle& statement, RowArrays rowArrays,
-               const std::function<void()>& executeAgain, std::size_t mostCharacters) {
-  BlockFetch block(statement, rowArrays, mostCharacters);
+               const std::function<void()>& executeAgain, std::size_t maxCharacters) {
+  BlockFetch block(statement, rowArrays, maxCharacters);
   Table table;
   while (!block.fetch(table)) {
     block.close();

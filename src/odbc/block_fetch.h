@@ -19,12 +19,11 @@ class ResultTooLarge : public std::length_error {
 
 inline constexpr std::size_t kNoResultLimit = std::numeric_limits<std::size_t>::max();
 
-/// All rows of the statement's open result, every cell as text. Buffers follow from the columns'
-/// metadata; when a cell turns out longer, the statement is executed again with larger ones, so
-/// that no text is ever cut. Throws ResultTooLarge as soon as the cells, each counted with a few
-/// characters more than its text has, pass the limit.
+/// All rows of the statement's open result, every cell as text. The columns' metadata give the size
+/// of the buffers; when a cell is longer, the statement is executed again with larger buffers, so
+/// that no text is ever cut. Throws ResultTooLarge when the cells pass the limit; each counts as
+/// its text and a few characters more.
 Table fetchAll(const StatementHandle& statement, RowArrays rowArrays,
-               const std::function<void()>& executeAgain,
-               std::size_t mostCharacters = kNoResultLimit);
+               const std::function<void()>& executeAgain, std::size_t maxCharacters);
 
 }  // namespace tlpacscfg::odbc

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "odbc/access_reader.h"
 #include "support/scope_exit.h"
 #include "support/secret.h"
 
@@ -16,7 +17,7 @@ void executeDirect(const StatementHandle& statement, std::wstring_view sql) {
   std::u16string text = toOdbc(sql);
   const SQLRETURN code =
       SQLExecDirectW(statement.get(), odbcText(text), static_cast<SQLINTEGER>(text.size()));
-  // An UPDATE or DELETE that touches no row answers "no data".
+  // SQL_NO_DATA is the success of an UPDATE or DELETE that affects no row.
   if (code != SQL_NO_DATA) statement.verify(code);
 }
 
@@ -43,8 +44,8 @@ std::wstring dbmsName(const ConnectionHandle& connection) {
   return fromUtf16(text.substr(0, text.find(u'\0')));
 }
 
-/// Where the separator behind the first pair of a connect string stands. A value that begins with a
-/// brace holds whatever comes before its closing brace; a doubled one belongs to the value.
+/// The position of the semicolon after the first pair of a connect string, or the string's end. A
+/// value in braces may hold semicolons; a doubled closing brace is part of the value.
 std::size_t endOfPair(std::wstring_view parameters) {
   const std::size_t equals = parameters.find_first_of(L"=;");
   if (equals == parameters.npos || parameters[equals] == L';') {
@@ -90,8 +91,8 @@ Connection::Connection(std::shared_ptr<const Environment> environment, std::wstr
   try {
     dialect_ = dialectOf(dbmsName(handle_));
   } catch (const Error& error) {
-    // unixODBC's cursor library offers no function that takes UTF-16. Rows are only read forward
-    // here, which every driver does on its own.
+    // unixODBC's cursor library has no UTF-16 functions. It is not needed: rows are only read
+    // forward, which every driver can do.
     const bool refused = error.sqlState() == L"IM001";
     if (!refused || environment_->cursorLibrary() == CursorLibrary::NotUsed) throw;
     open(CursorLibrary::NotUsed, prompt, text);
@@ -116,9 +117,10 @@ void Connection::open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_v
                                    mayPrompt ? SQL_DRIVER_COMPLETE : SQL_DRIVER_NOPROMPT));
 }
 
-/// Runs the work and remembers what its failure says about the connection and the transaction.
+/// Runs the work. A failure may mean that the connection is lost, and an open transaction must not
+/// be committed after one.
 template <class Work>
-auto Connection::noting(Work work) {
+auto Connection::recordingFailure(Work work) {
   if (failure_) throw *failure_;
   if (handle_.get() == SQL_NULL_HANDLE) {
     throw Error(kOdbcFailed, L"08003: The connection is closed.", L"08003", 0);
@@ -133,12 +135,12 @@ auto Connection::noting(Work work) {
 }
 
 Table Connection::query(std::wstring_view sql) {
-  return noting([&] { return fetch(sql); });
+  return recordingFailure([&] { return fetch(sql); });
 }
 
 Table Connection::fetch(std::wstring_view sql) {
   if (dialect_ == Dialect::AccessReader) {
-    const ClientQuery plan = clientQueryFor(sql);
+    const AccessReaderQuery plan = accessReaderQueryFor(sql);
     const StatementHandle statement = newStatement();
     const auto execute = [&] { executeDirect(statement, plan.statement); };
     execute();
@@ -159,13 +161,13 @@ Table Connection::fetch(std::wstring_view sql) {
 }
 
 void Connection::execute(std::wstring_view sql) {
-  if (inTransaction_) return noting([&] { run(sql); });
+  if (inTransaction_) return recordingFailure([&] { run(sql); });
   begin();
   try {
-    noting([&] { run(sql); });
+    recordingFailure([&] { run(sql); });
     commit();
   } catch (...) {
-    takeBack();
+    rollBack();
     throw;
   }
 }
@@ -190,14 +192,15 @@ bool Connection::answers() {
   try {
     query(L"SELECT 1");
   } catch (const RunTimeError&) {
-    // A refusal is an answer too.
+    // An error of the server is an answer too.
   }
   return !isLost();
 }
 
 void Connection::close() noexcept {
-  // A driver may refuse to disconnect in the middle of a transaction, which would then go on.
-  if (std::exchange(inTransaction_, false) && !isLost() && !rollBack()) rollBackAnew();
+  // A driver may refuse to disconnect while a transaction is open, which would leave it open.
+  if (std::exchange(inTransaction_, false) && !isLost() && !endInRollback())
+    resynchronizeAndRollBack();
   lost_ = true;
   handle_ = ConnectionHandle();
 }
@@ -207,33 +210,33 @@ SQLRETURN Connection::setAutocommit(std::uintptr_t mode) const {
 }
 
 void Connection::begin() {
-  noting([&] { handle_.verify(setAutocommit(SQL_AUTOCOMMIT_OFF)); });
+  recordingFailure([&] { handle_.verify(setAutocommit(SQL_AUTOCOMMIT_OFF)); });
   inTransaction_ = true;
 }
 
 void Connection::commit() {
-  noting([&] {
+  recordingFailure([&] {
     handle_.verify(SQLEndTran(SQL_HANDLE_DBC, handle_.get(), SQL_COMMIT));
     inTransaction_ = false;
     if (!SQL_SUCCEEDED(setAutocommit(SQL_AUTOCOMMIT_ON))) close();
   });
 }
 
-void Connection::takeBack() noexcept {
+void Connection::rollBack() noexcept {
   failure_.reset();
   if (!std::exchange(inTransaction_, false)) return;
-  const bool undone = rollBack() || rollBackAnew();
+  const bool undone = endInRollback() || resynchronizeAndRollBack();
   if (!undone || !SQL_SUCCEEDED(setAutocommit(SQL_AUTOCOMMIT_ON))) close();
 }
 
-bool Connection::rollBack() const noexcept {
+bool Connection::endInRollback() const noexcept {
   return SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, handle_.get(), SQL_ROLLBACK));
 }
 
-/// A server undoes a transaction by itself, SQLite when the disk is full and SQL Server after a
-/// deadlock. The driver then goes on as if it still ran, and would run the next one without any. A
-/// transaction begun in plain SQL in its place, and taken back, makes both agree again.
-bool Connection::rollBackAnew() const noexcept {
+/// SQLite rolls a transaction back by itself when the disk is full, SQL Server after a deadlock.
+/// The driver does not know, and would run the next transaction without one. Beginning a
+/// transaction in SQL and rolling it back through the driver brings both to the same state.
+bool Connection::resynchronizeAndRollBack() const noexcept {
   if (isLost()) return false;
   if (dialect_ == Dialect::Sqlite) {
     tryToExecute(L"ROLLBACK");
@@ -241,14 +244,14 @@ bool Connection::rollBackAnew() const noexcept {
   } else {
     tryToExecute(L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION");
   }
-  return rollBack();
+  return endInRollback();
 }
 
 void Connection::tryToExecute(std::wstring_view sql) const noexcept {
   try {
     executeDirect(StatementHandle(handle_), sql);
   } catch (...) {
-    // What comes next shows whether it was of use.
+    // The rollback that follows shows whether it helped.
   }
 }
 
@@ -260,10 +263,11 @@ Connection::Transaction::Transaction(Connection& connection) : connection_(conne
   SQLUINTEGER isolation = 0;
   const bool known = SQL_SUCCEEDED(SQLGetConnectAttrW(handle.get(), SQL_ATTR_TXN_ISOLATION,
                                                       &isolation, sizeof(isolation), nullptr));
-  // A driver that knows no isolation keeps its own. One that does not get it must not go on: what
-  // is read would not stay as it is until the end.
+  // A driver without isolation levels keeps its own. Where setting the level fails, the transaction
+  // must not begin: rows that it reads could change before its commit.
   if (known && isolation != SQL_TXN_SERIALIZABLE) {
-    connection_.noting([&] { handle.verify(connection_.setIsolation(SQL_TXN_SERIALIZABLE)); });
+    connection_.recordingFailure(
+        [&] { handle.verify(connection_.setIsolation(SQL_TXN_SERIALIZABLE)); });
     isolationBefore_ = isolation;
   }
   try {
@@ -275,7 +279,7 @@ Connection::Transaction::Transaction(Connection& connection) : connection_(conne
 }
 
 Connection::Transaction::~Transaction() {
-  connection_.takeBack();
+  connection_.rollBack();
   restoreIsolation();
 }
 
@@ -283,7 +287,7 @@ void Connection::Transaction::commit() { connection_.commit(); }
 
 void Connection::Transaction::restoreIsolation() noexcept {
   if (!isolationBefore_ || connection_.isLost()) return;
-  // Left as strict as it is, the connection would make others wait for every question.
+  // A connection that stays serializable would block other users with every query.
   if (!SQL_SUCCEEDED(connection_.setIsolation(*isolationBefore_))) connection_.close();
 }
 
@@ -294,7 +298,7 @@ SQLRETURN Connection::setIsolation(SQLUINTEGER level) const noexcept {
 
 void Connection::limitStatements(const StatementLimits& limits) {
   limits_ = limits;
-  // For what is no statement, a commit above all; a driver that knows no such limit has none.
+  // Limits what is not a statement, such as a commit, where the driver supports it.
   SQLSetConnectAttrW(handle_.get(), SQL_ATTR_CONNECTION_TIMEOUT,
                      attribute(static_cast<std::uintptr_t>(limits.time.count())), SQL_IS_UINTEGER);
 }
@@ -302,7 +306,7 @@ void Connection::limitStatements(const StatementLimits& limits) {
 StatementHandle Connection::newStatement() const {
   StatementHandle statement(handle_);
   if (limits_.time.count() > 0) {
-    // A driver that knows no such limit refuses it and runs the statement all the same.
+    // A driver without such a limit refuses it and runs the statement all the same.
     SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
                     attribute(static_cast<std::uintptr_t>(limits_.time.count())), SQL_IS_UINTEGER);
   }
@@ -326,7 +330,7 @@ void appendConnectValue(std::wstring& text, std::wstring_view value) {
 
 std::wstring withoutEmptyDataSource(std::wstring_view parameters) {
   std::wstring kept;
-  // Growing would leave copies of a password.
+  // Growing would leave copies of a password in freed memory.
   kept.reserve(parameters.size());
   while (!parameters.empty()) {
     const std::size_t end = endOfPair(parameters);

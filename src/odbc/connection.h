@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "odbc/dialect.h"
 #include "odbc/block_fetch.h"
+#include "odbc/dialect.h"
 #include "odbc/handle.h"
 #include "odbc/table.h"
 
@@ -31,11 +31,10 @@ class Environment {
   std::chrono::seconds loginTimeout_;
 };
 
-/// What a statement may take.
 struct StatementLimits {
-  /// For drivers that know a time limit; 0 is none.
+  /// 0: no limit. Drivers without time limits ignore it.
   std::chrono::seconds time{0};
-  /// Of all cells together, with a few for each cell; beyond it a query throws ResultTooLarge.
+  /// Of all cells together, a few added for each cell; a larger result throws ResultTooLarge.
   std::size_t resultCharacters = kNoResultLimit;
 };
 
@@ -43,18 +42,18 @@ struct StatementLimits {
 /// Every operation throws Error. A connection that is lost stays lost: its owner opens another one.
 class Connection {
  public:
-  /// While it lives, everything that the connection runs is one transaction, serializable where the
-  /// driver knows it. Its end takes the transaction back unless it was committed. One that cannot
-  /// be taken back closes the connection, so that it never becomes a commit.
+  /// While it exists, everything that the connection runs is one transaction, serializable where
+  /// the driver supports it. The destructor rolls back what was not committed. If that fails, it
+  /// closes the connection, so that the transaction is never committed.
   class Transaction {
    public:
-    /// Throws Error also while another one is open.
+    /// Throws Error, also while another transaction is open.
     explicit Transaction(Connection& connection);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    /// Throws the failure of any statement that ran in it, even where the caller ignored that.
+    /// Throws the first failure of the transaction's statements, even if the caller ignored it.
     void commit();
 
    private:
@@ -64,8 +63,8 @@ class Connection {
     std::optional<SQLUINTEGER> isolationBefore_;
   };
 
-  /// `dataSource` may be empty; then the parameters name the driver. A cursor library that cannot
-  /// be used with the driver is done without.
+  /// `dataSource` may be empty; then the parameters name the driver. Connects without the cursor
+  /// library when the driver cannot be used with it.
   Connection(std::shared_ptr<const Environment> environment, std::wstring_view dataSource,
              Prompt prompt, std::wstring_view parameters);
   Connection(const Connection&) = delete;
@@ -74,27 +73,27 @@ class Connection {
   /// All rows of the first result that has columns; an error in a later result is an error too.
   Table query(std::wstring_view sql);
 
-  /// Runs one or several statements in one transaction: all of them, or none. In a transaction that
-  /// is open they become part of it.
+  /// Runs one or several statements in one transaction: all of them, or none. They join a
+  /// transaction that is open.
   void execute(std::wstring_view sql);
 
-  /// Known without asking the server: the driver says so, or the last failure did.
+  /// Asks the driver, not the server, and remembers what earlier failures told.
   bool isLost() const;
 
-  /// Asks the server a question that changes nothing. False when the connection is lost.
+  /// Sends the server a query that changes nothing. False when the connection is lost.
   bool answers();
 
-  /// Takes back what is not committed.
+  /// Rolls back what is not committed.
   void close() noexcept;
 
-  /// For the statements from now on.
+  /// Applies to the statements that follow.
   void limitStatements(const StatementLimits& limits);
   const StatementLimits& limits() const { return limits_; }
 
   const std::shared_ptr<const Environment>& environment() const { return environment_; }
   Dialect dialect() const { return dialect_; }
 
-  /// The reader of Access files does not tell an empty text from NULL.
+  /// Debian's driver for Access files returns NULL for an empty text.
   bool emptyTextsComeAsNull() const { return dialect_ == Dialect::AccessReader; }
 
  private:
@@ -102,12 +101,12 @@ class Connection {
   void run(std::wstring_view sql);
   Table fetch(std::wstring_view sql);
   template <class Work>
-  auto noting(Work work);
+  auto recordingFailure(Work work);
   void begin();
   void commit();
-  void takeBack() noexcept;
-  bool rollBack() const noexcept;
-  bool rollBackAnew() const noexcept;
+  void rollBack() noexcept;
+  bool endInRollback() const noexcept;
+  bool resynchronizeAndRollBack() const noexcept;
   void tryToExecute(std::wstring_view sql) const noexcept;
   SQLRETURN setAutocommit(std::uintptr_t mode) const;
   SQLRETURN setIsolation(SQLUINTEGER level) const noexcept;
@@ -119,16 +118,16 @@ class Connection {
   StatementLimits limits_;
   bool lost_ = false;
   bool inTransaction_ = false;
-  /// Of the first statement that failed in the open transaction.
+  /// The first failure in the open transaction.
   std::optional<Error> failure_;
 };
 
-/// Appends a value of a connect string: as it stands where it is read so, else in braces, closing
-/// ones in it doubled. What follows the value must begin with a semicolon.
+/// Appends a value to a connect string, in braces where it would be misread without them. The text
+/// that follows must begin with a semicolon.
 void appendConnectValue(std::wstring& text, std::wstring_view value);
 
-/// The connect string without a data source pair that names nothing: some drivers refuse to see a
-/// server and an empty data source name together.
+/// The connect string without a pair for an empty data source name, which some drivers refuse when
+/// there is a server too.
 std::wstring withoutEmptyDataSource(std::wstring_view parameters);
 
 }  // namespace tlpacscfg::odbc

@@ -26,7 +26,7 @@ std::size_t skipSpace(Tokens tokens, std::size_t position) {
   return position;
 }
 
-/// The batches separate their statements by blank lines.
+/// Batches have blank lines between their statements.
 std::vector<Tokens> splitStatements(Tokens tokens) {
   std::vector<Tokens> statements;
   std::size_t start = skipSpace(tokens, 0);
@@ -55,8 +55,8 @@ std::size_t closingParenthesis(Tokens tokens, std::size_t open) {
   return tokens.size();
 }
 
-/// Where `alias = (subquery)` in a select list ends, and where its parenthesis opens; 0 for other
-/// words. In a condition the comparison stands behind WHERE and is left alone.
+/// For the alias of `alias = (subquery)` in a select list the position of the opening parenthesis,
+/// 0 for any other word. A comparison with a subquery after WHERE is no alias.
 std::size_t openOfAssignedSubquery(Tokens tokens, std::size_t word) {
   if (tokens[word].kind != SqlToken::Kind::Word) return 0;
   const std::size_t equals = skipSpace(tokens, word + 1);
@@ -75,9 +75,9 @@ bool isFinished(std::wstring_view quoted) {
   return std::count(quoted.begin(), quoted.end(), L'\'') % 2 == 0;
 }
 
-/// A driver that knows no UTF-16 may get a statement through a conversion that keeps one byte of
-/// each unit. Spelled as its bytes a text arrives whole.
-std::wstring spelled(std::wstring_view quoted) {
+/// SQLite's driver may get a statement through a conversion that keeps one byte of each UTF-16
+/// unit. The text's bytes, written in hexadecimal, survive it.
+std::wstring inHexadecimal(std::wstring_view quoted) {
   constexpr const wchar_t* kDigits = L"0123456789ABCDEF";
   std::wstring text = L"CAST(x'";
   for (const char byte : toUtf8(sqlTextValue(quoted))) {
@@ -90,7 +90,7 @@ std::wstring spelled(std::wstring_view quoted) {
 void appendInAscii(std::wstring& text, const SqlToken& token) {
   const bool quoted = token.kind == SqlToken::Kind::Text;
   if (quoted && !isAscii(token.text) && isFinished(token.text)) {
-    text += spelled(token.text);
+    text += inHexadecimal(token.text);
   } else {
     text += token.text;
   }
@@ -101,7 +101,7 @@ bool needsTranslation(const SqlToken& token) {
          (token.kind == SqlToken::Kind::Text && !isAscii(token.text));
 }
 
-/// SQLite's words for the current time, a row limit, a named subquery and a text.
+/// Translates GETDATE(), TOP, `alias = (subquery)` and texts outside ASCII.
 std::wstring toSqlite(Tokens tokens) {
   if (std::none_of(tokens.begin(), tokens.end(), &needsTranslation)) {
     return {tokens.front().text.begin(), tokens.back().text.end()};

@@ -13,7 +13,7 @@ inline constexpr std::int32_t kLoginFailed = -2147467259;
 /// The number of every other ODBC failure.
 inline constexpr std::int32_t kOdbcFailed = 40002;
 
-/// What the driver said: the text of every diagnostic record, and the first record's codes.
+/// The text of every diagnostic record of the driver, and the codes of the first.
 class Error : public RunTimeError {
  public:
   Error(std::int32_t number, std::wstring description, std::wstring sqlState,
@@ -22,7 +22,7 @@ class Error : public RunTimeError {
   const std::wstring& sqlState() const { return sqlState_; }
   std::int32_t nativeError() const { return nativeError_; }
 
-  /// Nothing more can be sent over the connection.
+  /// Whether the connection can no longer be used.
   bool connectionIsLost() const;
 
  private:
@@ -30,10 +30,10 @@ class Error : public RunTimeError {
   std::int32_t nativeError_;
 };
 
-/// Throws what the handle's diagnostic records say.
+/// Throws the handle's diagnostic records as an Error.
 [[noreturn]] void fail(SQLSMALLINT handleType, SQLHANDLE handle);
 
-/// Throws unless the return code is a success, with or without information.
+/// Throws Error unless the code is SQL_SUCCESS or SQL_SUCCESS_WITH_INFO.
 void check(SQLRETURN code, SQLSMALLINT handleType, SQLHANDLE handle);
 
 }  // namespace tlpacscfg::odbc

@@ -11,7 +11,7 @@ template <SQLSMALLINT Type>
 class Handle {
  public:
   Handle() = default;
-  /// Throws what the parent's diagnostics say.
+  /// Throws the parent's diagnostics as an Error.
   template <SQLSMALLINT ParentType>
   explicit Handle(const Handle<ParentType>& parent) {
     check(SQLAllocHandle(Type, parent.get(), &handle_), ParentType, parent.get());

@@ -1,17 +1,17 @@
 #pragma once
 
 #ifdef _WIN32
-#include <windows.h>
+#include "odbc/platform_win.h"
+#else
+#include "odbc/platform_posix.h"
 #endif
-#include <sql.h>
-#include <sqlext.h>
 
 #include <string>
 #include <string_view>
 
 #include "support/text.h"
 
-/// ODBC speaks UTF-16; these two cross the border in each direction.
+/// ODBC's own headers, and the conversion of texts: the W functions take and give UTF-16.
 namespace tlpacscfg::odbc {
 
 inline std::u16string toOdbc(std::wstring_view text) { return toUtf16(text); }
@@ -20,15 +20,6 @@ inline SQLWCHAR* odbcText(std::u16string& text) { return reinterpret_cast<SQLWCH
 
 inline std::u16string_view odbcView(const SQLWCHAR* text, std::size_t length) {
   return {reinterpret_cast<const char16_t*>(text), length};
-}
-
-/// The window above which a driver may ask for missing information.
-inline SQLHWND promptParent() {
-#ifdef _WIN32
-  return GetDesktopWindow();
-#else
-  return nullptr;
-#endif
 }
 
 }  // namespace tlpacscfg::odbc

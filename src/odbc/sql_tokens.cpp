@@ -14,7 +14,7 @@ bool isWordCharacter(wchar_t c) {
          c == L'_' || c > 0x7F;
 }
 
-/// Behind the closing quote; a doubled quote is part of the text.
+/// The position after the closing quote; a doubled quote is part of the text.
 std::size_t endOfQuoted(std::wstring_view sql, std::size_t start) {
   std::size_t position = start + 1;
   while (position < sql.size()) {

@@ -6,7 +6,7 @@
 
 namespace tlpacscfg {
 
-/// A piece of SQL text. Joined again, the pieces give the text they were cut from.
+/// A token of SQL text. The tokens of a text, joined, give the text.
 struct SqlToken {
   enum class Kind { Word, Text, Space, Symbol };
 
@@ -17,15 +17,15 @@ struct SqlToken {
   bool isWord(std::wstring_view word) const;
 };
 
-/// Cuts a text into words, quoted texts (quotes included, an unfinished one up to the end), runs of
-/// white space and single symbols.
+/// Splits a text into words, quoted texts (with their quotes; one without an end goes to the end of
+/// the text), runs of white space and single symbols.
 std::vector<SqlToken> sqlTokens(std::wstring_view sql);
 
-/// Whether a run of single quotes has an odd length: put between quotes as it stands, the text
+/// Whether a run of single quotes has an odd length: such a text, put between quotes as it is,
 /// would end there.
 bool hasUnpairedQuote(std::wstring_view text);
 
-/// The value of a quoted text: without its quotes, doubled quotes single.
+/// The value of a quoted text: without the quotes around it and with doubled quotes halved.
 std::wstring sqlTextValue(std::wstring_view quoted);
 
 }  // namespace tlpacscfg

@@ -17,7 +17,7 @@ bool Table::lastPageIsFull() const {
 void Table::addPage() {
   Page page;
   if (!pages_.empty()) {
-    // Rows of one result are much alike.
+    // The rows of a result have similar sizes.
     page.ends.reserve(pages_.back().ends.size());
     page.texts.reserve(pages_.back().texts.size() * 9 / 8);
   }

@@ -9,11 +9,11 @@
 
 namespace tlpacscfg {
 
-/// One cell of a result: its text, or nothing for NULL.
+/// One cell of a result: its text, or nullopt for NULL.
 using Cell = std::optional<std::wstring_view>;
 
-/// The rows of a query. Their texts lie in a few blocks, so that a large result costs little more
-/// than its texts.
+/// The rows of a query. The texts are stored in a few blocks: a large result needs little more
+/// memory than its texts.
 class Table {
  public:
   explicit Table(std::size_t columns = 0) : columns_(columns) {}
@@ -21,7 +21,7 @@ class Table {
   std::size_t columns() const { return columns_; }
   std::size_t rows() const;
 
-  /// Appends the next cell of the row being filled; a row is complete with its last column.
+  /// Appends a cell, row by row.
   /// Throws std::length_error for a text of 2^31 characters.
   void append(Cell cell);
 
@@ -35,7 +35,7 @@ class Table {
   static constexpr std::uint32_t kNull = 0x80000000;
 
   struct Page {
-    /// Where each cell ends in the texts; it begins where the one before ends.
+    /// The end of each cell in `texts`; it begins at the end of the cell before it.
     std::vector<std::uint32_t> ends;
     std::wstring texts;
   };

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <set>
 
-#include "odbc/dialect.h"
+#include "odbc/access_reader.h"
 #include "fuzz/fuzz_tools.h"
 #include "support/conversions.h"
 #include "support/runtime_error.h"
@@ -14,13 +14,13 @@ using fuzz::require;
 
 namespace {
 
-std::size_t columnsOf(const ClientQuery& query) {
+std::size_t columnsOf(const AccessReaderQuery& query) {
   return static_cast<std::size_t>(
              std::count(query.statement.begin(), query.statement.end(), L',')) +
          1;
 }
 
-void checkPlan(const ClientQuery& query) {
+void checkPlan(const AccessReaderQuery& query) {
   const std::size_t columns = columnsOf(query);
   require(query.wantedColumns >= 1 && query.wantedColumns <= columns, "wanted columns are fetched");
   for (const auto& condition : query.conditions) {
@@ -29,7 +29,7 @@ void checkPlan(const ClientQuery& query) {
   for (const std::size_t column : query.orderBy) {
     require(column < columns, "a column to sort by is fetched");
   }
-  const ClientQuery plain = clientQueryFor(query.statement);
+  const AccessReaderQuery plain = accessReaderQueryFor(query.statement);
   require(plain.statement == query.statement && plain.conditions.empty() && plain.orderBy.empty(),
           "the statement for the reader needs no further work");
 }
@@ -47,7 +47,7 @@ int compare(const Cell& first, const Cell& second) {
   return upperCase(*first).compare(upperCase(*second));
 }
 
-void checkResult(const ClientQuery& query, const fuzz::Rows& rows, std::size_t columns) {
+void checkResult(const AccessReaderQuery& query, const fuzz::Rows& rows, std::size_t columns) {
   const Table fetched = fuzz::tableOf(rows, columns);
   const Table result = query.apply(fetched);
   std::size_t matching = 0;
@@ -82,13 +82,14 @@ void checkResult(const ClientQuery& query, const fuzz::Rows& rows, std::size_t c
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FuzzedDataProvider input(data, size);
   const std::wstring sql = fuzz::takeText(input, 300);
-  ClientQuery query;
-  const auto error = fuzz::errorOf([&] { query = clientQueryFor(sql); });
+  AccessReaderQuery query;
+  const auto error = fuzz::errorOf([&] { query = accessReaderQueryFor(sql); });
   if (error) {
     require(*error == static_cast<std::int32_t>(ErrorNumber::TypeMismatch),
             "another statement is a type mismatch");
-    query = clientQueryFor(input.ConsumeBool() ? L"select a, b from t order by a"
-                                               : L"select a from t where b = '7' order by b, a");
+    query =
+        accessReaderQueryFor(input.ConsumeBool() ? L"select a, b from t order by a"
+                                                 : L"select a from t where b = '7' order by b, a");
   }
   checkPlan(query);
 
