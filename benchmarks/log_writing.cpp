@@ -36,13 +36,13 @@ void measureLog(const std::wstring& folder, int repetitions) {
            },
            [&] {
              DeleteFileW(log.c_str());
-             g_strLogFile = log;
+             modLogSupport.g_strLogFile = log;
            }},
           {[&] {
              for (int i = 0; i < kLines; ++i) appendLine(bareLog);
            },
            [&] { DeleteFileW(bareLog.c_str()); }});
-  g_strLogFile.clear();
+  modLogSupport.g_strLogFile.clear();
 }
 
 }  // namespace tlpacscfg::bench

@@ -5,8 +5,8 @@
 
 namespace tlpacscfg {
 
-/// Opens the file (creating it when missing), appends the text in the system's ANSI code page, and
-/// closes it. Throws PathFileAccess, or DiskFull when not all of the text could be written.
+/// Appends the text to the file, which is created when missing, in the system's ANSI code page.
+/// Throws PathFileAccess, or DiskFull when not all of the text could be written.
 void appendToLogFile(const std::wstring& file, std::wstring_view text);
 
 }  // namespace tlpacscfg

@@ -7,9 +7,6 @@
 
 namespace tlpacscfg {
 
-std::wstring g_strLogFile;
-std::int16_t g_intDebugMode = 0;
-
 namespace {
 
 constexpr std::uint8_t kLineWidth = 79;
@@ -35,7 +32,7 @@ std::wstring entryText(std::wstring_view message, std::int16_t level) {
   }
   if (level < kFirstDebugLevel || level > kLastDebugLevel) return {};
   const int depth = level - kFirstDebugLevel + 1;
-  if (depth > g_intDebugMode) return {};
+  if (depth > modLogSupport.g_intDebugMode) return {};
   return FormatTimestamp() + L" DEBUG" + decimal(depth) + L"  " + std::wstring(message) +
          kLineBreak;
 }
@@ -47,8 +44,8 @@ std::wstring zeroPadded(int number, std::uint8_t width) {
 }  // namespace
 
 void WriteLog(std::wstring_view message, std::int16_t level) {
-  if (g_strLogFile.empty()) return;
-  appendToLogFile(g_strLogFile, entryText(message, level));
+  if (modLogSupport.g_strLogFile.empty()) return;
+  appendToLogFile(modLogSupport.g_strLogFile, entryText(message, level));
 }
 
 void logFailure(const std::wstring& what, const RunTimeError& error) noexcept {
@@ -57,7 +54,7 @@ void logFailure(const std::wstring& what, const RunTimeError& error) noexcept {
         L"[TLPACSCFG] " + what + L": Error " + decimal(error.number()) + L" " + error.description(),
         log_level::kError);
   } catch (...) {
-    // There is nobody left to tell.
+    // The failure itself has been handled; that it is not in the log changes nothing.
   }
 }
 

@@ -11,9 +11,6 @@
 
 namespace tlpacscfg {
 
-std::int16_t g_intSortColumn = 0;
-std::int16_t g_intSortOrder = kAscending;
-
 namespace {
 
 std::int32_t numberOf(std::wstring_view text) {
@@ -36,7 +33,7 @@ std::optional<double> timeOf(const std::wstring& text) {
   return (hour * 3600.0 + minute * 60.0 + second) / 86400.0;
 }
 
-/// Days since the end of 1899, and parts of a day: "YYYY-MM-DD", with a time behind it or not.
+/// Days since 30 December 1899 in "YYYY-MM-DD", with or without a time after it; else 0.
 double dateOf(std::wstring_view cell) {
   using namespace std::chrono;
   const std::wstring text(cell);
@@ -58,12 +55,13 @@ double dateOf(std::wstring_view cell) {
 template <class Value>
 std::int16_t compare(Value first, Value second) {
   const int ascending = first < second ? 0 : first == second ? 1 : 2;
-  return static_cast<std::int16_t>(g_intSortOrder == kAscending ? ascending : 2 - ascending);
+  return static_cast<std::int16_t>(modListView.g_intSortOrder == kAscending ? ascending
+                                                                            : 2 - ascending);
 }
 
 template <class Key, class KeyOf>
 std::vector<std::size_t> sortedBy(const SortableList& list, KeyOf keyOf) {
-  const auto column = static_cast<std::size_t>(g_intSortColumn);
+  const auto column = static_cast<std::size_t>(modListView.g_intSortColumn);
   std::vector<Key> keys;
   keys.reserve(list.rowCount());
   for (std::size_t row = 0; row < list.rowCount(); ++row) {
@@ -71,7 +69,7 @@ std::vector<std::size_t> sortedBy(const SortableList& list, KeyOf keyOf) {
   }
   std::vector<std::size_t> order(keys.size());
   std::iota(order.begin(), order.end(), 0);
-  const bool ascending = g_intSortOrder == kAscending;
+  const bool ascending = modListView.g_intSortOrder == kAscending;
   std::stable_sort(order.begin(), order.end(), [&](std::size_t first, std::size_t second) {
     return ascending ? keys[first] < keys[second] : keys[second] < keys[first];
   });
@@ -90,8 +88,8 @@ std::int16_t CompareDates(std::wstring_view first, std::wstring_view second) {
 
 void SortListView(SortableList& list, std::int16_t column, std::int16_t sortType) {
   list.sortOrder = list.sortOrder == kAscending ? kDescending : kAscending;
-  g_intSortColumn = static_cast<std::int16_t>(column - 1);
-  g_intSortOrder = list.sortOrder;
+  modListView.g_intSortColumn = static_cast<std::int16_t>(column - 1);
+  modListView.g_intSortOrder = list.sortOrder;
   switch (static_cast<SortType>(sortType)) {
     case SortType::Text:
       return list.reorder(sortedBy<std::string>(list, collationKey));

@@ -12,12 +12,16 @@ enum class SortType : std::int16_t { Text = 0, WholeNumber = 1, Date = 2 };
 inline constexpr std::int16_t kAscending = 0;
 inline constexpr std::int16_t kDescending = 1;
 
-/// What the comparison procedures read: the zero-based column and the order of the last sort.
-extern std::int16_t g_intSortColumn;
-extern std::int16_t g_intSortOrder;
+/// The variables of module modListView, which describe the last sort; modMain says which thread may
+/// use them.
+struct ModListView {
+  std::int16_t g_intSortColumn = 0;  ///< Counts from 0.
+  std::int16_t g_intSortOrder = kAscending;
+};
+inline ModListView modListView;
 
-/// 0, 1 or 2, never negative: for an ascending order 0 says that the first is below the second,
-/// for a descending one that it is above. A text that does not convert counts as 0.
+/// 0 when the first comes before the second in the current order, 1 when they are equal, 2 when it
+/// comes after. A text that does not convert counts as 0.
 std::int16_t CompareNumbers(std::wstring_view first, std::wstring_view second);
 std::int16_t CompareDates(std::wstring_view first, std::wstring_view second);
 
@@ -38,11 +42,11 @@ class SortableList : public ListRows {
   std::int16_t sortOrder = kAscending;
 };
 
-/// Turns the list's order round and sorts by the one-based column; any other sort type than the
-/// three leaves the rows as they are. Rows that compare equal keep their order.
+/// Reverses the list's sort order and sorts by the column, which counts from 1. Equal rows keep
+/// their order; an unknown sort type leaves all rows as they are.
 void SortListView(SortableList& list, std::int16_t column, std::int16_t sortType);
 
-/// A key whose byte order is the order of the texts to the user, without regard to case.
+/// A key whose byte order is the order of the texts in the user's language, without regard to case.
 std::string collationKey(std::wstring_view text);
 
 }  // namespace tlpacscfg

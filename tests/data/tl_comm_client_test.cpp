@@ -173,8 +173,8 @@ TEST_F(ConnectedClientTest, AQueryThatLeavesAnErrorAnswersZero) {
 
 TEST_F(ConnectedClientTest, AQueryWithoutTablesIsInvalid) {
   for (const std::int32_t count : {0, -1}) {
-    g_strLogFile = scratchPath(L"component.log");
-    writeBytes(g_strLogFile, "");
+    modLogSupport.g_strLogFile = scratchPath(L"component.log");
+    writeBytes(modLogSupport.g_strLogFile, "");
     client->tableCount = count;
     EXPECT_EQ(TlCommClientQuery(L"select 'a'\r\nfrom t"), 0);
     EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Querying DB using TlCommClient") +
@@ -234,8 +234,8 @@ TEST_F(ConnectedClientTest, WhatIsNoTableFailsAndTheErrorIsAskedForAllTheSame) {
     client->calls.clear();
     client->errors = {error};
     failWith(L"GetTableData", UnreadableAnswer(RunTimeError(13, L"Type mismatch")));
-    g_strLogFile = scratchPath(L"component.log");
-    writeBytes(g_strLogFile, "");
+    modLogSupport.g_strLogFile = scratchPath(L"component.log");
+    writeBytes(modLogSupport.g_strLogFile, "");
     Table data = tableOf({{L"old"}});
     EXPECT_FALSE(TlCommClientGetDataset(1, data));
     EXPECT_EQ(data.columns(), 0U);

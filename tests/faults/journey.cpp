@@ -97,7 +97,7 @@ void Journey::arrange(Fault fault, int step) {
       break;
   }
   logOn();
-  logFile_ = g_strLogFile;
+  logFile_ = modLogSupport.g_strLogFile;
 }
 
 void Journey::begin() {
@@ -106,10 +106,10 @@ void Journey::begin() {
     case Fault::None:
       break;
     case Fault::LogUnwritable:
-      g_strLogFile = scratchPath(L"directory");
+      modLogSupport.g_strLogFile = scratchPath(L"directory");
       break;
     case Fault::LogDiskFull:
-      g_strLogFile = kFullDevice;
+      modLogSupport.g_strLogFile = kFullDevice;
       break;
     case Fault::Refused:
       inflict(refusal(step_));
@@ -143,7 +143,7 @@ void Journey::begin() {
 
 void Journey::relent() {
   begun_ = true;
-  if (!logFile_.empty()) g_strLogFile = logFile_;
+  if (!logFile_.empty()) modLogSupport.g_strLogFile = logFile_;
   if (locker_) {
     locker_->query(L"ROLLBACK");
     locker_.reset();

@@ -29,7 +29,8 @@ class Texts : public SortableList {
 std::int16_t compareTexts(std::wstring_view first, std::wstring_view second) {
   const int order = collationKey(first).compare(collationKey(second));
   const int ascending = order < 0 ? 0 : order == 0 ? 1 : 2;
-  return static_cast<std::int16_t>(g_intSortOrder == kAscending ? ascending : 2 - ascending);
+  return static_cast<std::int16_t>(modListView.g_intSortOrder == kAscending ? ascending
+                                                                            : 2 - ascending);
 }
 
 void checkSort(const std::vector<std::wstring>& texts, SortType type,

@@ -18,10 +18,8 @@ namespace {
 void resetModules() {
   modMain = {};
   modTlCommClient = {};
-  g_strLogFile.clear();
-  g_intDebugMode = 0;
-  g_intSortColumn = 0;
-  g_intSortOrder = kAscending;
+  modLogSupport = {};
+  modListView = {};
 }
 
 struct System {
@@ -79,8 +77,8 @@ void CoreTest::expectPlainBox(const std::wstring& text) const {
 }
 
 void CoreTest::logTo(const std::wstring& file, std::int16_t depth) {
-  g_strLogFile = file;
-  g_intDebugMode = depth;
+  modLogSupport.g_strLogFile = file;
+  modLogSupport.g_intDebugMode = depth;
 }
 
 void CoreTest::logOn(std::int16_t depth) { logTo(scratchPath(L"component.log"), depth); }
@@ -119,9 +117,9 @@ SiteTest::SiteTest() {
 void SiteTest::connect() { ASSERT_TRUE(ConnectToDatabase(config)); }
 
 void SiteTest::connectSilently() {
-  const std::wstring file = std::exchange(g_strLogFile, std::wstring());
+  const std::wstring file = std::exchange(modLogSupport.g_strLogFile, std::wstring());
   connect();
-  g_strLogFile = file;
+  modLogSupport.g_strLogFile = file;
 }
 
 void SiteTest::addWorkstation(const std::wstring& name, const std::wstring& flag2) {

@@ -45,10 +45,7 @@ constexpr std::int16_t kText = 0, kNumber = 1, kDate = 2;
 
 class SortListViewTest : public ::testing::Test {
  protected:
-  SortListViewTest() {
-    g_intSortColumn = 0;
-    g_intSortOrder = kAscending;
-  }
+  SortListViewTest() { modListView = {}; }
 };
 
 TEST_F(SortListViewTest, TheOrderTurnsRoundOnEveryCallWhateverTheColumn) {
@@ -67,15 +64,15 @@ TEST_F(SortListViewTest, TheOrderTurnsRoundOnEveryCallWhateverTheColumn) {
 TEST_F(SortListViewTest, ColumnAndOrderAreKeptForTheComparisons) {
   Rows rows({{L"a", L"b", L"c"}});
   SortListView(rows, 3, kDate);
-  EXPECT_EQ(g_intSortColumn, 2);
-  EXPECT_EQ(g_intSortOrder, kDescending);
+  EXPECT_EQ(modListView.g_intSortColumn, 2);
+  EXPECT_EQ(modListView.g_intSortOrder, kDescending);
 }
 
 TEST_F(SortListViewTest, AnUnknownSortTypeTurnsTheOrderAndSortsNothing) {
   Rows rows = oneColumn({L"b", L"a"});
   SortListView(rows, 1, 3);
   EXPECT_EQ(rows.sortOrder, kDescending);
-  EXPECT_EQ(g_intSortOrder, kDescending);
+  EXPECT_EQ(modListView.g_intSortOrder, kDescending);
   EXPECT_EQ(rows.reordered, 0);
 }
 
@@ -152,7 +149,7 @@ TEST_F(SortListViewTest, AHundredThousandRowsSort) {
 }
 
 TEST(CompareTest, AscendingComparisonsAnswerZeroOneTwo) {
-  g_intSortOrder = kAscending;
+  modListView.g_intSortOrder = kAscending;
   EXPECT_EQ(CompareNumbers(L"1", L"2"), 0);
   EXPECT_EQ(CompareNumbers(L"2", L"2"), 1);
   EXPECT_EQ(CompareNumbers(L"3", L"2"), 2);
@@ -162,7 +159,7 @@ TEST(CompareTest, AscendingComparisonsAnswerZeroOneTwo) {
 }
 
 TEST(CompareTest, DescendingComparisonsAnswerTwoOneZero) {
-  g_intSortOrder = kDescending;
+  modListView.g_intSortOrder = kDescending;
   EXPECT_EQ(CompareNumbers(L"1", L"2"), 2);
   EXPECT_EQ(CompareNumbers(L"2", L"2"), 1);
   EXPECT_EQ(CompareNumbers(L"3", L"2"), 0);
@@ -172,7 +169,7 @@ TEST(CompareTest, DescendingComparisonsAnswerTwoOneZero) {
 }
 
 TEST(CompareTest, TextsThatDoNotConvertCompareAsZero) {
-  g_intSortOrder = kAscending;
+  modListView.g_intSortOrder = kAscending;
   EXPECT_EQ(CompareNumbers(L"x", L"0"), 1);
   EXPECT_EQ(CompareNumbers(L"", L"1"), 0);
   for (const wchar_t* text :

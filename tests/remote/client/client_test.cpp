@@ -61,9 +61,9 @@ ServiceClientTest::ServiceClientTest() {
 void ServiceClientTest::connectClient() {
   service.start();
   useService(service.port());
-  const std::wstring file = std::exchange(g_strLogFile, std::wstring());
+  const std::wstring file = std::exchange(modLogSupport.g_strLogFile, std::wstring());
   ASSERT_TRUE(ConnectTlCommClient(config)) << service.log();
-  g_strLogFile = file;
+  modLogSupport.g_strLogFile = file;
 }
 
 }  // namespace tlpacscfg::test
