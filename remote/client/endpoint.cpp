@@ -112,7 +112,7 @@ std::string readBody(HINTERNET request, const Deadline& deadline) {
     check(WinHttpReadData(request, piece.data(),
                           std::min(available, static_cast<DWORD>(piece.size())), &read));
     if (read == 0) return body;
-    if (body.size() + read > remote::kMostAnswerBytes) {
+    if (body.size() + read > remote::kMaxAnswerBytes) {
       throw ClientError(L"The service's answer is too large.");
     }
     body.append(piece, 0, read);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::string_view kHeaderEnd = "\r\n\r\n";
 constexpr std::chrono::seconds kLinger{1};
-constexpr std::size_t kMostLingeringBytes = 1 << 20;
+constexpr std::size_t kMaxLingerBytes = 1 << 20;
 
 void describe(const sockaddr_storage& peer, std::string& address, int& port) {
   std::array<char, INET6_ADDRSTRLEN> text{};
@@ -82,7 +82,7 @@ bool Channel::awaitWrite() {
   return await(POLLOUT, *writeDeadline_, false);
 }
 
-/// Waits for what the TLS session needs to go on; false when it cannot.
+/// Waits until the TLS session can continue; false when it cannot.
 bool Channel::awaitTls(int result, bool reading) {
   const Clock::time_point deadline =
       reading ? readDeadline_ : writeDeadline_.value_or(Clock::now() + limits_.writeTime);
@@ -150,7 +150,7 @@ bool Channel::withinLimits(std::string_view received) {
 }
 
 bool Channel::fill() {
-  // Also a client that always has a byte more to send is cut off in time.
+  // Ends a request that never stops arriving, a byte at a time.
   if (Clock::now() >= readDeadline_) return fail("too slow");
   const ssize_t received = receive(buffer_.data(), buffer_.size());
   if (received <= 0) return false;
@@ -170,7 +170,7 @@ ssize_t Channel::read(char* target, size_t size) {
 
 ssize_t Channel::write(const char* source, size_t size) {
   if (*failure_ != '\0') return -1;
-  // Every wait ends with a look at the clock; this one begins the time for the response.
+  // Also starts the time for the response.
   if (!awaitWrite()) return -1;
   std::size_t written = 0;
   while (written < size) {
@@ -205,12 +205,12 @@ void Channel::finish() {
     ERR_clear_error();
     SSL_shutdown(tls_.get());
   }
-  // Closing with input unread would reset the connection and lose the response on its way.
+  // Closing with unread input would reset the connection, and the client might lose the response.
   shutdown(socket_.get(), SHUT_WR);
   const Clock::time_point deadline = Clock::now() + kLinger;
-  // The request is over; what is cut off now is not part of it.
+  // The exchange is complete; a failure here is not reported.
   const ScopeExit forget([this] { failure_ = ""; });
-  std::size_t left = kMostLingeringBytes;
+  std::size_t left = kMaxLingerBytes;
   while (left > 0) {
     const ssize_t result = recv(socket_.get(), buffer_.data(), buffer_.size(), 0);
     if (result == 0 || (result < 0 && !wouldBlock())) return;

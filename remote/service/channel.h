@@ -20,15 +20,15 @@ struct ChannelLimits {
   std::chrono::seconds writeTime;
 };
 
-/// One accepted connection, with or without TLS. Whatever the other side does, the request has
-/// arrived, and the response is taken, within the given time and size, or the channel fails.
+/// One accepted connection, with or without TLS. It fails unless the request arrives and the
+/// response is accepted within the given times and sizes.
 class Channel : public httplib::Stream {
  public:
-  /// The time for the request begins now. `stopSignal` becomes readable when requests that have
-  /// not arrived yet are no longer wanted.
+  /// The time for the request begins now. When `stopSignal` becomes readable, a request that has
+  /// not arrived fails.
   Channel(Descriptor socket, SSL_CTX* tls, const ChannelLimits& limits, int stopSignal);
 
-  /// False when there will be no TLS session.
+  /// False when no TLS session could be agreed.
   bool handshake();
 
   bool is_readable() const override;
@@ -39,7 +39,7 @@ class Channel : public httplib::Stream {
   void get_local_ip_and_port(std::string& address, int& port) const override;
   socket_t socket() const override { return socket_.get(); }
 
-  /// Ends the connection so that the other side sees the whole response even when it still sends.
+  /// Ends the connection so that the client receives the whole response even while it still sends.
   void finish();
 
   /// Why the channel failed; empty when it did not.

@@ -13,28 +13,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLongestPattern = 255;
-constexpr std::size_t kDeepest = 64;
+constexpr std::size_t kMaxPatternLength = 255;
+constexpr std::size_t kMaxDepth = 64;
 
 [[noreturn]] void unknownDirectory() {
   throw Refusal(http_status::kFailed, "The directory is not shared or does not exist.");
 }
 
-/// The steps of a path; both kinds of slash separate, and doubled ones count once.
-std::vector<std::wstring> stepsOf(std::wstring path) {
+/// The names in a path. Both kinds of slash separate them; repeated ones count once.
+std::vector<std::wstring> namesIn(std::wstring path) {
   std::replace(path.begin(), path.end(), L'/', L'\\');
-  std::vector<std::wstring> steps;
-  for (const std::wstring_view step : split(path, L'\\')) {
-    if (!step.empty()) steps.emplace_back(step);
+  std::vector<std::wstring> names;
+  for (const std::wstring_view name : split(path, L'\\')) {
+    if (!name.empty()) names.emplace_back(name);
   }
-  return steps;
+  return names;
 }
 
-bool isPlainStep(const std::wstring& step) {
-  return step != L"." && step != L".." && step.find(L':') == step.npos;
+bool isPlainName(const std::wstring& name) {
+  return name != L"." && name != L".." && name.find(L':') == name.npos;
 }
 
-/// The entry of that name, else the only one that differs from it in letter case.
+/// The entry of that name, else the only one whose name differs in letter case only.
 fs::path childOf(const fs::path& directory, const std::wstring& name) {
   std::error_code error;
   const fs::path exact = directory / toUtf8(name);
@@ -55,38 +55,38 @@ bool isBelow(const fs::path& path, const fs::path& root) {
   return rootEnd == root.end();
 }
 
-/// Follows the steps below a root, and no link that leads out of it.
-fs::path follow(const fs::path& root, std::span<const std::wstring> steps) {
+/// The directory that the names lead to. Refuses a link that leads out of the root.
+fs::path follow(const fs::path& root, std::span<const std::wstring> names) {
   std::error_code error;
   const fs::path top = fs::canonical(root, error);
   if (error) unknownDirectory();
   fs::path directory = top;
-  for (const std::wstring& step : steps) {
-    if (!isPlainStep(step)) unknownDirectory();
-    directory = fs::canonical(childOf(directory, step), error);
+  for (const std::wstring& name : names) {
+    if (!isPlainName(name)) unknownDirectory();
+    directory = fs::canonical(childOf(directory, name), error);
     if (error || !isBelow(directory, top)) unknownDirectory();
   }
   if (!fs::is_directory(directory, error)) unknownDirectory();
   return directory;
 }
 
-/// The deepest shared directory that holds the asked one.
-fs::path resolve(const std::vector<SharedDirectory>& shared, const std::wstring& asked) {
-  const std::vector<std::wstring> steps = stepsOf(asked);
-  if (steps.size() > kDeepest) unknownDirectory();
+/// The local directory for the path that a client names, below the deepest shared directory.
+fs::path resolve(const std::vector<SharedDirectory>& shared, const std::wstring& clientPath) {
+  const std::vector<std::wstring> names = namesIn(clientPath);
+  if (names.size() > kMaxDepth) unknownDirectory();
   const SharedDirectory* best = nullptr;
   std::size_t depth = 0;
   for (const SharedDirectory& directory : shared) {
-    const std::vector<std::wstring> prefix = stepsOf(fromUtf8(directory.clientPath));
-    const bool holds = prefix.size() <= steps.size() &&
-                       std::equal(prefix.begin(), prefix.end(), steps.begin(), equalIgnoringCase);
+    const std::vector<std::wstring> prefix = namesIn(fromUtf8(directory.clientPath));
+    const bool holds = prefix.size() <= names.size() &&
+                       std::equal(prefix.begin(), prefix.end(), names.begin(), equalIgnoringCase);
     if (holds && (best == nullptr || prefix.size() > depth)) {
       best = &directory;
       depth = prefix.size();
     }
   }
   if (best == nullptr) unknownDirectory();
-  return follow(best->localPath, std::span(steps).subspan(depth));
+  return follow(best->localPath, std::span(names).subspan(depth));
 }
 
 }  // namespace
@@ -103,7 +103,7 @@ bool matchesPattern(std::wstring_view name, std::wstring_view pattern) {
       ++inPattern;
       ++inName;
     } else if (star != pattern.npos) {
-      // The last star takes one character more.
+      // Let the last star match one character more.
       inPattern = star + 1;
       inName = ++resume;
     } else {
@@ -116,13 +116,13 @@ bool matchesPattern(std::wstring_view name, std::wstring_view pattern) {
 std::vector<std::wstring> listFiles(const std::vector<SharedDirectory>& shared,
                                     const FileQuery& query) {
   const bool plainPattern = query.pattern.find_first_of(L"\\/") == query.pattern.npos;
-  if (query.pattern.empty() || query.pattern.size() > kLongestPattern || !plainPattern) {
+  if (query.pattern.empty() || query.pattern.size() > kMaxPatternLength || !plainPattern) {
     throw Refusal(http_status::kFailed, "The pattern is not one for file names.");
   }
   const auto folded = [&](std::wstring_view text) {
     return query.ignoreCase ? upperCase(text) : std::wstring(text);
   };
-  // Windows programs mean every file by it, also those without an extension.
+  // On Windows *.* matches every file, also one without an extension.
   const std::wstring pattern = query.pattern == L"*.*" ? L"*" : folded(query.pattern);
 
   std::vector<std::wstring> names;

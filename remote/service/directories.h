@@ -15,12 +15,12 @@ struct FileQuery {
   bool ignoreCase = true;
 };
 
-/// The names of the plain files in a directory that match the pattern. Only shared directories and
-/// what lies below them can be listed; everything else throws Refusal.
+/// The names of the regular files in a directory that match the pattern. Throws Refusal for a
+/// directory that is not shared or below a shared one.
 std::vector<std::wstring> listFiles(const std::vector<SharedDirectory>& shared,
                                     const FileQuery& query);
 
-/// Whether the whole name fits a pattern in which * stands for any characters and ? for one.
+/// Whether the whole name matches the pattern: * any characters, ? one character.
 bool matchesPattern(std::wstring_view name, std::wstring_view pattern);
 
 }  // namespace tlpacscfg::service

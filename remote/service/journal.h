@@ -4,8 +4,7 @@
 
 namespace tlpacscfg::service {
 
-/// Writes one line with the time before it to standard output, which holds it when this returns.
-/// Threads may write at once.
+/// Writes one line, with the time before it, to standard output and flushes it. Thread-safe.
 void writeJournal(const std::string& line);
 
 }  // namespace tlpacscfg::service

@@ -6,10 +6,10 @@
 
 namespace tlpacscfg::service {
 
-/// The text as JSON writes it; what is no UTF-8 is replaced.
+/// The text as a JSON string; invalid UTF-8 is replaced.
 std::string quoted(std::string text);
 
-/// A JSON text that may grow up to a limit, and throws Refusal beyond it.
+/// A JSON text of limited length. Throws Refusal when it grows longer.
 class BoundedText {
  public:
   explicit BoundedText(std::size_t limit) : limit_(limit) {}

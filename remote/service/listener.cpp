@@ -19,15 +19,15 @@
 namespace tlpacscfg::service {
 namespace {
 
-// The connection is taken over from a function that the library keeps private and may change.
+// Overrides a private function of the library, which another version may change.
 static_assert(std::string_view(CPPHTTPLIB_VERSION).starts_with("0.11."),
               "Check Server::process_and_close_socket of this version of cpp-httplib.");
 
 constexpr const char* kJson = "application/json";
 constexpr std::size_t kHeaderBytes = 4096;
 
-/// The parts of a request that decide before its body is read.
-void checkHeaders(const httplib::Request& request, std::size_t mostBytes) {
+/// Throws Refusal for a request whose body need not be read.
+void checkHeaders(const httplib::Request& request, std::size_t maxBytes) {
   if (request.method != "POST") throw Refusal(http_status::kNotPost, "Only POST is answered.");
   if (findOperation(request.path) == nullptr) {
     throw Refusal(http_status::kUnknownOperation, "There is no such operation.");
@@ -52,7 +52,7 @@ void checkHeaders(const httplib::Request& request, std::size_t mostBytes) {
   if (error == std::errc::invalid_argument || stop != end) {
     throw Refusal(http_status::kMalformed, "The length is not a number.");
   }
-  if (error == std::errc::result_out_of_range || bytes > mostBytes) {
+  if (error == std::errc::result_out_of_range || bytes > maxBytes) {
     throw Refusal(http_status::kTooLarge, "The request is larger than the service allows.");
   }
 }
@@ -64,7 +64,7 @@ void refuse(httplib::Response& response, const Refusal& refusal) {
 
 }  // namespace
 
-/// What the journal says about a connection.
+/// What is written about a connection into the journal.
 struct Listener::Exchange {
   const char* operation = "-";
   int status = 0;
@@ -81,7 +81,8 @@ Listener::Listener(const ServiceOptions& options, int stopSignal)
   set_payload_max_length(options_.requestBytes);
   set_tcp_nodelay(true);
   set_socket_options([](socket_t socket) {
-    // A restart takes the port over at once; sharing it with a stranger is not wanted.
+    // A restarted service can bind its port at once. Without SO_REUSEPORT no other process shares
+    // it.
     const int yes = 1;
     setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
   });
@@ -146,7 +147,7 @@ bool Listener::serveConnection(Descriptor socket) {
   std::string address = "-";
   int port = 0;
   channel.get_remote_ip_and_port(address, port);
-  if (WorkQueue::turnedAway()) {
+  if (WorkQueue::rejected()) {
     writeJournal(address + " turned away");
     return false;
   }
@@ -184,7 +185,7 @@ bool Listener::bind(int& port) {
 
 bool Listener::serve() {
   int port = options_.port;
-  // The loop of the library ends at the first connection that breaks before it is accepted.
+  // The library's loop ends when a connection breaks before it is accepted.
   while (!stopping()) {
     if (!bind(port)) return false;
     writeJournal(std::string("listening on ") + (tls_ ? "https" : "http") + "://" +

@@ -13,7 +13,7 @@
 
 namespace tlpacscfg::service {
 
-/// The service on its socket: one request for each connection, and one line in the journal.
+/// The HTTP server. Each connection is one request and one line in the journal.
 class Listener : public httplib::Server {
  public:
   /// `stopSignal` becomes readable when the service is to end. Throws OptionError.

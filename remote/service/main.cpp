@@ -40,8 +40,9 @@ void limitMemory([[maybe_unused]] std::size_t megabytes) {
 #endif
 }
 
-/// Waits for a signal to end, and then stops the listener for good. A second signal ends at once;
-/// so does work that is not done long after its time, like a listing of a disk that is gone.
+/// Waits for SIGTERM or SIGINT and stops the listener. The process exits at once on a second
+/// signal, and when a request is still running long after its time, such as a listing of a lost
+/// disk.
 class Ending {
  public:
   Ending(Listener& listener, int stopSignal)
@@ -57,7 +58,7 @@ class Ending {
   void wait() {
     const sigset_t signals = endingSignals();
     const timespec pause{0, 50'000'000};
-    constexpr std::chrono::seconds kMostTime = 4 * kEndingTime;
+    constexpr std::chrono::seconds kMaxTime = 4 * kEndingTime;
     bool ending = false;
     std::chrono::steady_clock::time_point latest{};
     while (!over_) {
@@ -68,11 +69,11 @@ class Ending {
       if (sigtimedwait(&signals, nullptr, &pause) > 0) {
         if (ending) std::_Exit(kFailure);
         ending = true;
-        latest = std::chrono::steady_clock::now() + kMostTime;
+        latest = std::chrono::steady_clock::now() + kMaxTime;
         writeJournal("stopping");
         eventfd_write(stopSignal_, 1);
       }
-      // The listener may just be about to listen again, so it is told until it is over.
+      // Repeated, because the listener may be about to listen again.
       if (ending) listener_.stop();
     }
   }
@@ -101,11 +102,11 @@ int run(const ServiceOptions& options) {
 
 int main(int count, char** arguments) {
   using namespace tlpacscfg::service;
-  // Inherited by all threads, so that only the one that waits for them gets them.
+  // All threads inherit the mask; only the one that waits for the signals receives them.
   const sigset_t signals = endingSignals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
-  // Whatever started the service: how its processes end is wanted.
+  // May have been ignored by the parent process; waitpid needs it.
   std::signal(SIGCHLD, SIG_DFL);
   try {
     const std::vector<std::string> words(arguments + 1, arguments + count);

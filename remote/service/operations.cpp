@@ -17,35 +17,35 @@ std::string connectStringOf(const ServiceOptions& options, const std::string& da
   return found->second;
 }
 
-std::string run(StatementKind kind, const Surroundings& surroundings, const Request& request) {
+std::string run(StatementKind kind, const Context& context, const Request& request) {
   return runInProcess(
-      {kind, connectStringOf(surroundings.options, request.utf8("database")), request.utf8("sql")},
-      surroundings.options, surroundings.stopSignal);
+      {kind, connectStringOf(context.options, request.utf8("database")), request.utf8("sql")},
+      context.options, context.stopSignal);
 }
 
-std::string answerConnect(const Surroundings&, const Request& request) {
+std::string answerConnect(const Context&, const Request& request) {
   request.utf8("application");
   return R"({"service":"tlcommd","version":1})";
 }
 
-std::string answerQuery(const Surroundings& surroundings, const Request& request) {
-  return run(StatementKind::Query, surroundings, request);
+std::string answerQuery(const Context& context, const Request& request) {
+  return run(StatementKind::Query, context, request);
 }
 
-std::string answerExecute(const Surroundings& surroundings, const Request& request) {
-  return run(StatementKind::Execute, surroundings, request);
+std::string answerExecute(const Context& context, const Request& request) {
+  return run(StatementKind::Execute, context, request);
 }
 
-std::string answerFiles(const Surroundings& surroundings, const Request& request) {
+std::string answerFiles(const Context& context, const Request& request) {
   if (request.truth("recurse") || request.truth("directories") || request.truth("fullPaths")) {
     throw Refusal(http_status::kFailed, "Only the names of files in one directory are listed.");
   }
   const std::vector<std::wstring> names =
-      listFiles(surroundings.options.directories, {.directory = request.text("directory"),
-                                                   .pattern = request.text("pattern"),
-                                                   .sorted = request.truth("sorted"),
-                                                   .ignoreCase = request.truth("ignoreCase")});
-  BoundedText answer(surroundings.options.responseBytes);
+      listFiles(context.options.directories, {.directory = request.text("directory"),
+                                              .pattern = request.text("pattern"),
+                                              .sorted = request.truth("sorted"),
+                                              .ignoreCase = request.truth("ignoreCase")});
+  BoundedText answer(context.options.responseBytes);
   answer += R"({"files":[)";
   for (const std::wstring& name : names) {
     if (&name != &names.front()) answer += ",";

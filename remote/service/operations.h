@@ -7,20 +7,20 @@
 
 namespace tlpacscfg::service {
 
-/// What an operation works with. `stopSignal` becomes readable when the service is to end.
-struct Surroundings {
+/// `stopSignal` becomes readable when the service is to end.
+struct Context {
   const ServiceOptions& options;
   int stopSignal;
 };
 
-/// One thing that clients may ask for: its path below the root, and what answers it with a JSON
-/// text. An answer throws Refusal or std::bad_alloc.
+/// One operation of the interface: its path, and the function that returns the JSON response. The
+/// function throws Refusal or std::bad_alloc.
 struct Operation {
   const char* path;
-  std::string (*answer)(const Surroundings& surroundings, const Request& request);
+  std::string (*answer)(const Context& context, const Request& request);
 };
 
-/// Nothing for an unknown path.
+/// Null for an unknown path.
 const Operation* findOperation(const std::string& path);
 
 /// {"error": reason}

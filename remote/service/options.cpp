@@ -19,21 +19,21 @@ struct Setting {
 };
 
 template <class Number>
-Number toNumber(const std::string& text, Number smallest, Number largest) {
+Number toNumber(const std::string& text, Number min, Number max) {
   Number number{};
   const char* const end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stop != end || number < smallest || number > largest) {
-    throw OptionError("'" + text + "' is not a number from " + std::to_string(smallest) + " to " +
-                      std::to_string(largest));
+  if (error != std::errc() || stop != end || number < min || number > max) {
+    throw OptionError("'" + text + "' is not a number from " + std::to_string(min) + " to " +
+                      std::to_string(max));
   }
   return number;
 }
 
 template <class Number>
-auto number(Number ServiceOptions::*member, Number smallest, Number largest) {
+auto number(Number ServiceOptions::*member, Number min, Number max) {
   return [=](ServiceOptions& options, const std::string& text) {
-    options.*member = toNumber(text, smallest, largest);
+    options.*member = toNumber(text, min, max);
   };
 }
 
@@ -53,7 +53,7 @@ void setPlainHttp(ServiceOptions& options, const std::string& value) {
 }
 
 const std::vector<Setting>& settings() {
-  constexpr std::size_t kMostBytes = 1 << 30;
+  constexpr std::size_t kMaxBytes = 1 << 30;
   static const std::vector<Setting> all = {
       {"address", "address to listen on (127.0.0.1)", text(&ServiceOptions::address)},
       {"port", "port to listen on, 0 for any (8443)", number(&ServiceOptions::port, 0, 65535)},
@@ -67,9 +67,9 @@ const std::vector<Setting>& settings() {
       {"waiting", "connections that may wait for a worker (64)",
        number<std::size_t>(&ServiceOptions::waiting, 0, 10'000)},
       {"request-bytes", "largest request (1048576)",
-       number<std::size_t>(&ServiceOptions::requestBytes, 1024, kMostBytes)},
+       number<std::size_t>(&ServiceOptions::requestBytes, 1024, kMaxBytes)},
       {"response-bytes", "largest response (67108864)",
-       number<std::size_t>(&ServiceOptions::responseBytes, 1024, remote::kMostAnswerBytes)},
+       number<std::size_t>(&ServiceOptions::responseBytes, 1024, remote::kMaxAnswerBytes)},
       {"request-seconds", "time for a request to arrive (10)",
        seconds(&ServiceOptions::requestSeconds)},
       {"response-seconds", "time for a response to be taken (60)",

@@ -12,10 +12,10 @@
 
 namespace tlpacscfg::service {
 
-/// What requests that are being served have left when the service is to end.
+/// The time that running requests get to finish when the service is to end.
 inline constexpr std::chrono::seconds kEndingTime{5};
 
-/// A directory that clients may list, and where it lies here.
+/// A directory that clients may list: the path that they use, and the one on this computer.
 struct SharedDirectory {
   std::string clientPath;
   std::filesystem::path localPath;
@@ -23,7 +23,7 @@ struct SharedDirectory {
 
 struct ServiceOptions {
   std::string address = "127.0.0.1";
-  int port = 8443;  ///< 0 takes any free port.
+  int port = 8443;  ///< 0: any free port.
   std::string certificate;
   std::string key;
   std::string tokenFile;
@@ -31,11 +31,11 @@ struct ServiceOptions {
   std::size_t workers = 8;
   std::size_t waiting = 64;
   std::size_t requestBytes = 1 << 20;
-  std::size_t responseBytes = remote::kMostAnswerBytes;
+  std::size_t responseBytes = remote::kMaxAnswerBytes;
   std::chrono::seconds requestSeconds{10};
   std::chrono::seconds responseSeconds{60};
   std::chrono::seconds statementSeconds{60};
-  std::size_t memoryMegabytes = 2048;  ///< Of each process; 0 sets no limit.
+  std::size_t memoryMegabytes = 2048;  ///< Of each process; 0: no limit.
 
   /// ODBC connect strings by the upper-case names that clients use.
   std::map<std::string, std::string> databases;
@@ -44,17 +44,17 @@ struct ServiceOptions {
   bool help = false;
 };
 
-/// Wrong settings; the text says which.
+/// A wrong setting; the text names it.
 class OptionError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The command line, and the configuration file that it names; the command line wins. Throws
-/// OptionError, also for settings that would serve plain HTTP to other machines.
+/// Reads the configuration file that the command line names, then the command line, which takes
+/// precedence. Throws OptionError, also for plain HTTP on an address that others can reach.
 ServiceOptions readOptions(const std::vector<std::string>& arguments);
 
-/// The settings of a configuration file's text, added to the options. Throws OptionError.
+/// Adds the settings in the text of a configuration file. Throws OptionError.
 void applyConfiguration(ServiceOptions& options, std::string_view text);
 
 std::string helpText();

@@ -25,7 +25,7 @@ inline constexpr int kNotPost = 405;
 inline constexpr int kLengthRequired = 411;
 inline constexpr int kTooLarge = 413;
 inline constexpr int kNotJson = 415;
-/// Understood, but it cannot be done: the error text is for the client's user.
+/// A valid request that could not be carried out; the reason is meant for the user.
 inline constexpr int kFailed = 422;
 }  // namespace http_status
 
@@ -33,7 +33,7 @@ inline Refusal tooLarge() {
   return {http_status::kFailed, "The result is larger than the service allows."};
 }
 
-/// What a client is told about the exception that is being handled.
+/// The refusal that a client receives for the exception being handled.
 Refusal refusalOfCurrentException();
 
 }  // namespace tlpacscfg::service

@@ -10,10 +10,10 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t kMostMembers = 16;
+constexpr std::size_t kMaxMembers = 16;
 
-/// Takes the events of the parser and ends it at the first one that does not belong to a flat
-/// object, so that no input costs more than its own length.
+/// Receives the events of the parser and stops it at the first one that does not belong to a flat
+/// object, so that nested input needs no memory.
 class FlatObjectReader : public nlohmann::json_sax<json> {
  public:
   FlatObjectReader(std::map<std::string, std::string>& texts, std::map<std::string, bool>& truths)
@@ -23,7 +23,7 @@ class FlatObjectReader : public nlohmann::json_sax<json> {
   bool end_object() override { return true; }
   bool key(string_t& name) override {
     key_ = name;
-    return texts_.size() + truths_.size() < kMostMembers && !texts_.contains(name) &&
+    return texts_.size() + truths_.size() < kMaxMembers && !texts_.contains(name) &&
            !truths_.contains(name);
   }
   bool string(string_t& value) override {

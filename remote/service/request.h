@@ -6,8 +6,8 @@
 
 namespace tlpacscfg::service {
 
-/// What a client asks for: one flat JSON object of texts and truth values. Everything that is
-/// missing or of another kind throws Refusal.
+/// The body of a request: one flat JSON object of texts and truth values. A member that is missing
+/// or of another type throws Refusal.
 class Request {
  public:
   explicit Request(std::string_view json);

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::chrono::seconds kLoginTimeout{10};
 
-std::string answerOf(const Table& table, std::size_t mostBytes) {
-  BoundedText answer(mostBytes);
+std::string answerOf(const Table& table, std::size_t maxBytes) {
+  BoundedText answer(maxBytes);
   answer += R"({"tables":[)";
   if (table.columns() > 0) {
     answer += R"({"columns":)" + std::to_string(table.columns()) + R"(,"rows":[)";

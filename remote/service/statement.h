@@ -8,7 +8,6 @@ namespace tlpacscfg::service {
 
 enum class StatementKind { Query, Execute };
 
-/// A text for a database.
 struct Statement {
   StatementKind kind = StatementKind::Query;
   std::string connectString;
@@ -16,12 +15,12 @@ struct Statement {
 };
 
 struct StatementLimits {
-  std::chrono::seconds time{60};  ///< For drivers that heed it.
+  std::chrono::seconds time{60};  ///< Drivers without time limits ignore it.
   std::size_t answerBytes = 0;
 };
 
-/// Runs the text on a connection of its own and gives the answer in JSON. Throws Refusal,
-/// RunTimeError when the database refuses, odbc::ResultTooLarge, or std::bad_alloc.
+/// Runs the statement on a connection of its own and returns the answer as JSON. Throws Refusal,
+/// RunTimeError for an error of the database, odbc::ResultTooLarge, or std::bad_alloc.
 std::string run(const Statement& statement, const StatementLimits& limits);
 
 }  // namespace tlpacscfg::service

@@ -26,14 +26,13 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* kFirstArgument = "--run-statement";
-/// How much later than the driver, which may end a statement more gently.
+/// Added to the time limit: the driver may end the statement itself first.
 constexpr std::chrono::seconds kGrace{2};
 constexpr std::size_t kStatusDigits = 3;
-constexpr std::size_t kLongestReason = 1 << 16;
+constexpr std::size_t kMaxReasonBytes = 1 << 16;
 
-Refusal brokeDown() { return {http_status::kFailed, "The database driver broke down."}; }
+Refusal driverFailed() { return {http_status::kFailed, "The database driver broke down."}; }
 
-/// Both ends of the talk with a process.
 struct SocketPair {
   SocketPair() : ends(make()), ours(ends[0]), theirs(ends[1]) {}
 
@@ -72,9 +71,9 @@ class Process {
     words.push_back(nullptr);
     FileActions actions;
     posix_spawn_file_actions_adddup2(actions.get(), input, STDIN_FILENO);
-    // What a driver prints does not belong in the journal.
+    // Keeps the output of drivers out of the journal.
     posix_spawn_file_actions_adddup2(actions.get(), STDERR_FILENO, STDOUT_FILENO);
-    // No connection of another client stays open because of this process.
+    // Otherwise this process would keep connections of other clients open.
     posix_spawn_file_actions_addclosefrom_np(actions.get(), STDERR_FILENO + 1);
     const int error =
         posix_spawn(&id_, "/proc/self/exe", actions.get(), nullptr, words.data(), environ);
@@ -88,7 +87,7 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
-  /// Whether it ended as it should.
+  /// Waits for the end of the process. True when its exit code was 0.
   bool awaitEnd() {
     int status = 0;
     while (waitpid(id_, &status, 0) < 0 && errno == EINTR) {
@@ -101,10 +100,10 @@ class Process {
   pid_t id_ = 0;
 };
 
-/// Talks with a process until a deadline, which comes sooner when the service is to end.
-class Talk {
+/// Exchanges texts with a process until a deadline, which is earlier when the service is to end.
+class Exchange {
  public:
-  Talk(int socket, int stopSignal, std::chrono::seconds time)
+  Exchange(int socket, int stopSignal, std::chrono::seconds time)
       : socket_(socket), stopSignal_(stopSignal), deadline_(Clock::now() + time) {}
 
   void send(std::string_view text) {
@@ -119,7 +118,7 @@ class Talk {
     shutdown(socket_, SHUT_WR);
   }
 
-  std::string receive(std::size_t mostBytes) {
+  std::string receive(std::size_t maxBytes) {
     std::string text;
     std::array<char, 65536> piece{};
     for (;;) {
@@ -130,13 +129,13 @@ class Talk {
         continue;
       }
       text.append(piece.data(), static_cast<std::size_t>(count));
-      if (text.size() > mostBytes) throw tooLarge();
+      if (text.size() > maxBytes) throw tooLarge();
     }
   }
 
  private:
   void awaitUnlessBroken(short events) {
-    if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) throw brokeDown();
+    if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) throw driverFailed();
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
     if (left.count() <= 0) {
       throw Refusal(http_status::kFailed,
@@ -190,7 +189,7 @@ void writeAll(int socket, std::string_view text) {
   }
 }
 
-/// The status, and then the answer or the reason.
+/// The HTTP status in three digits, then the answer or the reason.
 std::string resultOf(const StatementLimits& limits) {
   try {
     const Statement statement = statementIn(Request(readToEnd(STDIN_FILENO)));
@@ -211,12 +210,12 @@ std::string runInProcess(const Statement& statement, const ServiceOptions& optio
        std::to_string(options.statementSeconds.count()), std::to_string(options.responseBytes)},
       sockets.theirs.get());
   sockets.theirs.close();
-  Talk talk(sockets.ours.get(), stopSignal, options.statementSeconds + kGrace);
-  talk.send(requestOf(statement));
+  Exchange exchange(sockets.ours.get(), stopSignal, options.statementSeconds + kGrace);
+  exchange.send(requestOf(statement));
   std::string result =
-      talk.receive(std::max(options.responseBytes, kLongestReason) + kStatusDigits);
-  // The process has closed its end, as it does by ending.
-  if (!process.awaitEnd() || result.size() < kStatusDigits) throw brokeDown();
+      exchange.receive(std::max(options.responseBytes, kMaxReasonBytes) + kStatusDigits);
+  // The socket has been closed at the other end: the process has ended or is about to.
+  if (!process.awaitEnd() || result.size() < kStatusDigits) throw driverFailed();
   const int status = std::stoi(result.substr(0, kStatusDigits));
   result.erase(0, kStatusDigits);
   if (status != http_status::kOk) throw Refusal(status, result);
@@ -225,7 +224,7 @@ std::string runInProcess(const Statement& statement, const ServiceOptions& optio
 
 std::optional<int> serveStatement(const std::vector<std::string>& arguments) {
   if (arguments.size() != 4 || arguments[0] != kFirstArgument) return std::nullopt;
-  // A service that is killed takes its statements with it.
+  // The statement must not outlive a service that is killed.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != std::stoi(arguments[1])) return 1;
   const StatementLimits limits{.time = std::chrono::seconds(std::stoi(arguments[2])),

@@ -9,13 +9,13 @@
 
 namespace tlpacscfg::service {
 
-/// Runs a statement in a process of its own, and ends that process when it takes too long or the
-/// service is to end. Whatever a driver does - wait for good, break down, eat memory - it does to
-/// that process alone. Throws Refusal.
+/// Runs a statement in a process of its own, which is killed when it takes too long or the service
+/// is to end: a driver that hangs, crashes or exhausts memory harms that process only. Throws
+/// Refusal.
 std::string runInProcess(const Statement& statement, const ServiceOptions& options, int stopSignal);
 
-/// The exit code of the process, when this program was started to be one; it is told so by its
-/// first argument.
+/// When the first argument says that this process was started for a statement: runs it and returns
+/// the exit code.
 std::optional<int> serveStatement(const std::vector<std::string>& arguments);
 
 }  // namespace tlpacscfg::service

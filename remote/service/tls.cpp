@@ -9,7 +9,7 @@ TlsContext makeTlsContext(const std::string& certificateFile, const std::string&
   if (!context) throw OptionError("TLS is not available");
   SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION);
   SSL_CTX_set_options(context.get(), SSL_OP_NO_RENEGOTIATION | SSL_OP_NO_COMPRESSION);
-  // A write may be taken up again with the rest of the text at another address.
+  // A write that was interrupted continues with the rest of the text at another address.
   SSL_CTX_set_mode(context.get(),
                    SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_ACCEPT_MOVING_WRITE_BUFFER);
   if (SSL_CTX_use_certificate_chain_file(context.get(), certificateFile.c_str()) != 1) {

@@ -14,7 +14,7 @@ struct TlsRelease {
 using TlsContext = std::unique_ptr<SSL_CTX, TlsRelease>;
 using TlsSession = std::unique_ptr<SSL, TlsRelease>;
 
-/// Serves with a certificate chain and its key, TLS 1.2 at least. Throws OptionError.
+/// For a server with this certificate chain and key, TLS 1.2 or later. Throws OptionError.
 TlsContext makeTlsContext(const std::string& certificateFile, const std::string& keyFile);
 
 }  // namespace tlpacscfg::service

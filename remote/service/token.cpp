@@ -11,7 +11,7 @@
 namespace tlpacscfg::service {
 namespace {
 
-constexpr std::size_t kShortest = 16;
+constexpr std::size_t kMinLength = 16;
 
 using Digest = std::array<unsigned char, SHA256_DIGEST_LENGTH>;
 
@@ -28,14 +28,14 @@ Token Token::fromFile(const std::string& file) {
   if (!secret) {
     throw OptionError("the token file '" + file + "' cannot be read or is empty");
   }
-  if (secret->size() < kShortest) {
-    throw OptionError("the token has fewer than " + std::to_string(kShortest) + " characters");
+  if (secret->size() < kMinLength) {
+    throw OptionError("the token has fewer than " + std::to_string(kMinLength) + " characters");
   }
   return Token(*std::move(secret));
 }
 
 bool Token::matches(std::string_view shown) const {
-  // Digests are of one length, so that not even the secret's length shows in the time.
+  // Digests have one length, so that the time does not depend on the length of the secret.
   const Digest expected = digestOf(secret_);
   const Digest actual = digestOf(shown);
   return CRYPTO_memcmp(expected.data(), actual.data(), expected.size()) == 0;

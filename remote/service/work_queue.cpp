@@ -9,20 +9,20 @@
 namespace tlpacscfg::service {
 namespace {
 
-thread_local bool turningAway = false;
+thread_local bool rejecting = false;
 
-/// One connection that goes wrong is not the end of the others.
+/// A failure ends its own connection only.
 void perform(const std::function<void()>& work) noexcept {
   try {
     work();
   } catch (...) {
-    // The work has closed its connection, and nobody is left to tell.
+    // The work has closed its connection and cannot report to anyone.
   }
 }
 
-void turnAway(const std::function<void()>& work) {
-  turningAway = true;
-  const ScopeExit reset([] { turningAway = false; });
+void reject(const std::function<void()>& work) {
+  rejecting = true;
+  const ScopeExit reset([] { rejecting = false; });
   perform(work);
 }
 
@@ -32,20 +32,20 @@ WorkQueue::WorkQueue(std::size_t workers, std::size_t waiting) : waiting_(waitin
   try {
     for (std::size_t i = 0; i < workers; ++i) workers_.emplace_back([this] { run(); });
   } catch (const std::exception&) {
-    // Fewer workers than asked for are enough, but one there must be.
+    // Fewer workers than configured are enough, but there must be one.
     if (workers_.empty()) throw;
   }
 }
 
 WorkQueue::~WorkQueue() { shutdown(); }
 
-bool WorkQueue::turnedAway() { return turningAway; }
+bool WorkQueue::rejected() { return rejecting; }
 
 void WorkQueue::enqueue(std::function<void()> work) {
-  if (!placed(work)) turnAway(work);
+  if (!tryEnqueue(work)) reject(work);
 }
 
-bool WorkQueue::placed(const std::function<void()>& work) {
+bool WorkQueue::tryEnqueue(const std::function<void()>& work) {
   const std::scoped_lock lock(mutex_);
   if (ending_ || queue_.size() >= waiting_ + idle_) return false;
   try {
@@ -69,7 +69,7 @@ void WorkQueue::run() {
     const bool unwanted = ending_;
     lock.unlock();
     if (unwanted) {
-      turnAway(work);
+      reject(work);
     } else {
       perform(work);
     }

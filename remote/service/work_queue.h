@@ -12,8 +12,8 @@
 
 namespace tlpacscfg::service {
 
-/// A fixed number of workers and a bounded queue before them. Work that finds no place is not
-/// forgotten: it runs at once where turnedAway() says true, to end its connection.
+/// A fixed number of workers with a bounded queue. Work for which the queue has no place runs at
+/// once, with rejected() true, to close its connection.
 class WorkQueue : public httplib::TaskQueue {
  public:
   WorkQueue(std::size_t workers, std::size_t waiting);
@@ -21,14 +21,14 @@ class WorkQueue : public httplib::TaskQueue {
 
   void enqueue(std::function<void()> work) override;
 
-  /// Turns away what still waits and returns when the workers are done.
+  /// Rejects the waiting work and returns when the workers have finished.
   void shutdown() override;
 
-  /// Whether the work now running on this thread found no place.
-  static bool turnedAway();
+  /// Whether the work that runs on this thread found no place in the queue.
+  static bool rejected();
 
  private:
-  bool placed(const std::function<void()>& work);
+  bool tryEnqueue(const std::function<void()>& work);
   void run();
 
   const std::size_t waiting_;

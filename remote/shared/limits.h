@@ -4,7 +4,7 @@
 
 namespace tlpacscfg::remote {
 
-/// The largest answer that the service gives and that the client takes.
-inline constexpr std::size_t kMostAnswerBytes = 64 << 20;
+/// The largest answer that the service sends and the client accepts.
+inline constexpr std::size_t kMaxAnswerBytes = 64 << 20;
 
 }  // namespace tlpacscfg::remote

@@ -7,7 +7,7 @@
 
 namespace tlpacscfg::remote {
 
-/// The decimal number of one part of an IPv4 address.
+/// Whether the text is a decimal number from 0 to 255.
 inline bool isAddressPart(std::wstring_view part) {
   if (part.empty() || part.size() > 3) return false;
   int number = 0;
@@ -18,7 +18,7 @@ inline bool isAddressPart(std::wstring_view part) {
   return number <= 255;
 }
 
-/// Whether this computer itself is meant, to which plain HTTP may go: 127.0.0.0/8, ::1 or
+/// Whether the address is this computer, which may be reached by plain HTTP: 127.0.0.0/8, ::1 or
 /// localhost.
 inline bool isLoopback(std::wstring_view host) {
   if (equalIgnoringCase(host, L"localhost") || host == L"::1" || host == L"[::1]") {

@@ -8,8 +8,8 @@
 
 namespace tlpacscfg::remote {
 
-/// The first line of the file, without what editors leave around a line: a byte order mark before
-/// it, blanks and a carriage return behind it. Nothing when there is no line.
+/// The first line of the file without a byte order mark, trailing blanks and a carriage return;
+/// nullopt when there is no line.
 inline std::optional<std::string> readTokenFile(const std::filesystem::path& file) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   std::ifstream stream(file);

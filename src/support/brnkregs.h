@@ -8,8 +8,8 @@
 
 namespace tlpacscfg {
 
-/// One application key under HKEY_LOCAL_MACHINE, offered to hosts. The key's path is the base path
-/// followed by the application name, with nothing between them.
+/// A registry key of an application under HKEY_LOCAL_MACHINE, for hosts. The key's path is the base
+/// path followed directly by the application name.
 class brnkregs {
  public:
   static constexpr std::int16_t kText = 1;
@@ -25,8 +25,8 @@ class brnkregs {
   /// Deletes the key itself; false when it is missing or has subkeys.
   bool DeleteAllAppRegEntries();
 
-  /// Text comes with its terminating zero; a type other than text and number gives the number 1.
-  /// Nothing when the value is missing or a text is longer than 255 characters.
+  /// Text includes its terminating zero; a type other than text and number gives the number 1.
+  /// nullopt when the value is missing or a text is longer than 255 characters.
   std::optional<registry::Value> GetAppRegValue(const std::wstring& WhatKey,
                                                 std::int16_t KeyDataType) const;
 
@@ -37,7 +37,7 @@ class brnkregs {
   void setAppRegPath(const std::wstring& strRegKeyPath) { basePath_ = strRegKeyPath; }
   void setAppName(const std::wstring& strAppPath) { appName_ = strAppPath; }
   const std::wstring& appName() const { return appName_; }
-  /// The application name, not the path: hosts rely on it.
+  /// Returns the application name, not the path: hosts rely on it.
   const std::wstring& appRegPath() const { return appName_; }
 
  private:

@@ -15,7 +15,7 @@
 namespace tlpacscfg {
 namespace {
 
-/// What a number counts as that is too near to zero or too far from it for a double.
+/// The value used on underflow (zero) or overflow (infinity), with the number's sign.
 double outOfRange(std::string_view number) {
   const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
   const std::size_t point = std::min(number.find('.'), mark);
@@ -42,7 +42,7 @@ std::optional<double> parseNumber(std::wstring_view text) {
   std::string narrow;
   narrow.reserve(text.size());
   for (const wchar_t c : text) {
-    // from_chars also reads "inf" and "nan", which are words and not numbers.
+    // from_chars also accepts "inf" and "nan".
     const bool partOfNumber =
         (c >= L'0' && c <= L'9') || c == L'-' || c == L'+' || c == L'.' || c == L'e' || c == L'E';
     if (!partOfNumber) return std::nullopt;
@@ -56,13 +56,13 @@ std::optional<double> parseNumber(std::wstring_view text) {
   return value;
 }
 
-/// The number in a text of a few digits: what databases nearly always deliver. Nothing for any
-/// other text.
+/// The fast path for what databases nearly always deliver: up to nine digits. nullopt for any other
+/// text.
 std::optional<std::int32_t> plainInteger(std::wstring_view text) {
-  constexpr std::size_t kDigitsThatFit = 9;
+  constexpr std::size_t kMaxDigits = 9;
   const bool negative = text.starts_with(L'-');
   if (negative) text.remove_prefix(1);
-  if (text.empty() || text.size() > kDigitsThatFit) return std::nullopt;
+  if (text.empty() || text.size() > kMaxDigits) return std::nullopt;
   std::int32_t number = 0;
   for (const wchar_t digit : text) {
     if (digit < L'0' || digit > L'9') return std::nullopt;

@@ -8,7 +8,7 @@ namespace tlpacscfg {
 /// True for a decimal number: blanks around it, a sign, a fraction and an exponent are allowed.
 bool isNumeric(std::wstring_view text);
 
-/// The whole number nearest to the number in the text, halves to the even one.
+/// The nearest whole number; halves are rounded to the even neighbour.
 /// Throws TypeMismatch for a text that is not numeric, Overflow for a number that does not fit.
 std::int16_t toInt16(std::wstring_view text);
 std::int32_t toInt32(std::wstring_view text);
@@ -16,7 +16,7 @@ std::int32_t toInt32(std::wstring_view text);
 /// Throws TypeMismatch for a text that is not numeric; too large a number is infinite.
 double toDouble(std::wstring_view text);
 
-/// The same conversions for numbers at hand; throw Overflow.
+/// Round and check in the same way; throw Overflow.
 std::int16_t toInt16(std::int64_t number);
 std::int16_t toInt16(double number);
 std::int32_t toInt32(double number);

@@ -6,7 +6,7 @@
 
 namespace tlpacscfg {
 
-/// Owns one handle of the system: closed exactly once, moved, never copied.
+/// Owns one handle of the system.
 template <class Handle, auto Close, Handle Invalid = Handle{}>
 class UniqueHandle {
  public:
@@ -31,7 +31,8 @@ class UniqueHandle {
   Handle handle_ = Invalid;
 };
 
-/// A file handle: unlike the others, its "none" is INVALID_HANDLE_VALUE.
+/// Owns a file handle, whose null value is INVALID_HANDLE_VALUE, which cannot be a template
+/// argument.
 class FileHandle {
  public:
   explicit FileHandle(HANDLE handle) : handle_(handle) {}

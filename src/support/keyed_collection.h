@@ -32,8 +32,8 @@ class KeyedCollection {
     byKey_.reserve(count);
   }
 
-  /// Throws DuplicateKey and leaves the collection as it was when the key is taken. An item without
-  /// a key is found by its position only.
+  /// Throws DuplicateKey and leaves the collection unchanged when the key exists. An item without a
+  /// key is found by its position only.
   void add(Pointer item, std::optional<std::wstring_view> key = std::nullopt) {
     const std::wstring* folded = nullptr;
     if (key) {
@@ -50,7 +50,7 @@ class KeyedCollection {
     return entries_[position - 1].item;
   }
 
-  /// Nothing when no item has the key.
+  /// Null when no item has the key.
   Pointer find(std::wstring_view key) const {
     const auto found = byKey_.find(upperCase(key));
     return found == byKey_.end() ? nullptr : found->second;
@@ -74,7 +74,7 @@ class KeyedCollection {
     return 0;
   }
 
-  /// Walks the items themselves: `for (const auto& item : collection.items())`.
+  /// For range-based loops: `for (const auto& item : collection.items())`.
   class Items {
    public:
     class Iterator {
@@ -103,7 +103,7 @@ class KeyedCollection {
  private:
   struct Entry {
     Pointer item;
-    /// Owned by byKey_; nothing for an item without a key.
+    /// Owned by byKey_; null for an item without a key.
     const std::wstring* key;
   };
 

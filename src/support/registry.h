@@ -5,22 +5,21 @@
 #include <string>
 #include <variant>
 
-/// The registry, or, where there is none, a key store of the same shape that lasts as long as the
-/// process.
+/// The registry. The Linux build has a substitute in memory.
 namespace tlpacscfg::registry {
 
 enum class Root { LocalMachine, CurrentUser };
 
 using Value = std::variant<std::wstring, std::uint32_t>;
 
-/// A value as stored: text keeps the terminating zero that the registry reports (an empty text has
-/// none). Nothing when the key or the value does not exist. A type other than text and 32-bit
-/// number comes back as the number 1.
+/// A value as it is stored: text with the terminating zero that the registry reports (an empty text
+/// has none); the number 1 for a type other than text and 32-bit number. nullopt when the key or
+/// the value does not exist.
 std::optional<Value> read(Root root, const std::wstring& keyPath, const std::wstring& name);
 
 bool keyExists(Root root, const std::wstring& keyPath);
 
-/// A key is created with the keys above it; one that has subkeys is not deleted.
+/// Creates missing parent keys too. A key with subkeys is not deleted.
 bool createKey(Root root, const std::wstring& keyPath);
 bool deleteKey(Root root, const std::wstring& keyPath);
 

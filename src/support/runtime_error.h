@@ -6,7 +6,7 @@
 
 namespace tlpacscfg {
 
-/// The classic run-time error numbers that hosts and error boxes know.
+/// The run-time error numbers that hosts see and error boxes show.
 enum class ErrorNumber : std::int32_t {
   InvalidProcedureCall = 5,
   Overflow = 6,
@@ -21,7 +21,7 @@ enum class ErrorNumber : std::int32_t {
   DuplicateKey = 457,
 };
 
-/// The one kind of failure inside the component: a number and a description.
+/// The exception of the component: a number and a description.
 class RunTimeError : public std::exception {
  public:
   RunTimeError(std::int32_t number, std::wstring description);
@@ -39,11 +39,11 @@ class RunTimeError : public std::exception {
 /// Throws the error with its standard description.
 [[noreturn]] void raise(ErrorNumber number);
 
-/// The number and description of any exception; an error of the C++ library counts as error 5.
+/// Any exception as a run-time error; one of the C++ library becomes error 5.
 RunTimeError describe(const std::exception& error);
 
-/// The same of the exception being handled, whatever it is; what is no exception class counts as
-/// error 5. For the borders, where everything is caught.
+/// The same for the exception being handled, of whatever type. For the outermost functions, which
+/// catch everything.
 RunTimeError describeCurrent();
 
 }  // namespace tlpacscfg

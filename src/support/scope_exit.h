@@ -4,7 +4,7 @@
 
 namespace tlpacscfg {
 
-/// Runs an action when the scope ends, however it ends.
+/// Runs an action at the end of the scope, also when an exception leaves it.
 template <class Action>
 class ScopeExit {
  public:

@@ -3,7 +3,7 @@
 namespace tlpacscfg {
 
 void wipe(std::wstring& text) {
-  // A text that was longer before has its rest beyond the end.
+  // The buffer may hold the rest of a longer text beyond the end.
   text.resize(text.capacity());
   wipeMemory(text.data(), text.size() * sizeof(wchar_t));
   text.clear();

@@ -5,11 +5,11 @@
 
 namespace tlpacscfg {
 
-/// Overwrites memory with zeros, also where it is not read any more.
+/// Overwrites memory with zeros; the compiler cannot remove the call.
 void wipeMemory(void* memory, std::size_t size);
 
-/// Overwrites all that the text's memory holds and leaves the text empty. Memory that the text
-/// gave back as it grew is out of reach.
+/// Overwrites the whole buffer of the text and empties it. Buffers that the text freed when it grew
+/// are not reached.
 void wipe(std::wstring& text);
 
 }  // namespace tlpacscfg

@@ -7,7 +7,7 @@ namespace tlpacscfg::system {
 Answer MessageBoxes::operator()(const Message& message) const {
   ++open_;
   const ScopeExit closed([this] { --open_; });
-  // It may be replaced while it waits.
+  // A copy: the function may be replaced while the box is open.
   const Box box = box_;
   return box(message);
 }

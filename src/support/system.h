@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-/// What the system provides: clock, computer name, message boxes and the message loop. Each is a
-/// function that tests may replace.
+/// Clock, computer name, message boxes and message loop of the system, as functions that tests
+/// replace.
 namespace tlpacscfg::system {
 
 struct LocalTime {
@@ -20,7 +20,7 @@ enum class Answer { Ok, Yes, No, Cancel };
 struct Message {
   std::wstring text;
   Buttons buttons = Buttons::Ok;
-  Answer defaultAnswer = Answer::Yes;  ///< Of a question.
+  Answer defaultAnswer = Answer::Yes;  ///< For questions.
   Icon icon = Icon::None;
   Modality modality = Modality::System;
   std::wstring title = L"TLPACSCFG";
@@ -28,10 +28,10 @@ struct Message {
 
 extern std::function<LocalTime()> localTime;
 
-/// The name of this computer, without blanks around it.
+/// The name of this computer, trimmed.
 extern std::function<std::wstring()> computerName;
 
-/// Shows a message box and waits for the answer, as a replaceable function does it.
+/// A replaceable function that shows a message box and returns the answer; counts the open ones.
 class MessageBoxes {
  public:
   using Box = std::function<Answer(const Message&)>;
@@ -41,7 +41,7 @@ class MessageBoxes {
 
   Answer operator()(const Message& message) const;
 
-  /// While one waits, code below it on the stack waits too.
+  /// Whether a message box is open, and with it the code that called it.
   bool anyOpen() const { return open_ > 0; }
 
  private:
@@ -51,7 +51,7 @@ class MessageBoxes {
 
 extern MessageBoxes showMessage;
 
-/// Lets the messages that wait for the host's user interface be processed once.
+/// Processes the messages that wait in the thread's queue.
 extern std::function<void()> processPendingMessages;
 
 }  // namespace tlpacscfg::system

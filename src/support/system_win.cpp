@@ -42,7 +42,7 @@ class ThreadWindowsDisabled {
       try {
         guard.disabled_.push_back(window);
       } catch (...) {
-        // What cannot be remembered stays enabled.
+        // Without memory for the list the other windows stay enabled.
         return FALSE;
       }
       EnableWindow(window, FALSE);
