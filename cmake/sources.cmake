@@ -1,5 +1,5 @@
-# Sets <out> to the C++ files of the given folders that belong to the platform being built for:
-# a name that ends in _win or _posix is for that platform only.
+# Sets <out> to the C++ files of the given folders, without those for another platform, whose names
+# end in _win or _posix.
 function(tl_sources out)
   set(found)
   foreach(folder IN LISTS ARGN)
