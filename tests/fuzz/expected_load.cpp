@@ -49,7 +49,7 @@ void replaceCells(FuzzedDataProvider& input, Rows& rows) {
 template <class Action>
 Load loadUntilError(const Rows& rows, Action recordOf) {
   Load load;
-  std::set<std::wstring> keys = {};
+  std::set<std::wstring> keys;
   for (const Row& row : rows) {
     load.error = errorOf([&] { load.records.push_back(recordOf(row, keys)); });
     if (load.error) break;
@@ -58,7 +58,7 @@ Load loadUntilError(const Rows& rows, Action recordOf) {
 }
 
 void addKey(std::set<std::wstring>& keys, const std::wstring& key) {
-  if (!key.empty() && !keys.insert(upperCase(key)).second) raise(ErrorNumber::DuplicateKey);
+  if (!keys.insert(upperCase(key)).second) raise(ErrorNumber::DuplicateKey);
 }
 
 std::wstring required(const std::optional<std::wstring>& cell) {
@@ -114,7 +114,7 @@ Load expectedWorkstations(Path path, const Rows& rows, std::size_t columns) {
     if (columns < kWorkstationColumns) raise(ErrorNumber::SubscriptOutOfRange);
     const std::optional<std::wstring>& config = row[1];
     const bool assigned = config && (path == Path::Direct || isNumeric(*config));
-    // Directly the identifier comes before the name, remotely behind it.
+    // Directly the identifier comes before the name, remotely after it.
     std::int16_t id = assigned && path == Path::Direct ? toInt16(*config) : std::int16_t{0};
     const std::wstring name(trimBlanks(required(row[0])));
     if (assigned) id = toInt16(*config);

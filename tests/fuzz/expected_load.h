@@ -4,7 +4,7 @@
 #include "fuzz/fuzz_tools.h"
 #include "workstation/workstation.h"
 
-/// What loading rows must lead to, told once more without the table of columns.
+/// What loading rows must lead to, written without the component's table of columns.
 namespace tlpacscfg::fuzz {
 
 inline constexpr std::size_t kConfigurationColumns = 38;
@@ -29,7 +29,7 @@ Rows takeWorkstations(FuzzedDataProvider& input);
 Load expectedConfigurations(Path path, const Rows& rows, std::size_t columns);
 Load expectedWorkstations(Path path, const Rows& rows, std::size_t columns);
 
-/// What the component made of the rows. The configurations are those behind the placeholder.
+/// What the component made of the rows. The configurations are those after the placeholder.
 Load loadedConfigurations();
 Load loadedWorkstations();
 

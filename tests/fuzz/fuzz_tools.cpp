@@ -19,8 +19,8 @@ std::wstring textOf(const std::uint8_t* data, std::size_t size) {
   return fromUtf8(std::string_view(reinterpret_cast<const char*>(data), size));
 }
 
-std::wstring takeText(FuzzedDataProvider& input, std::size_t mostBytes) {
-  std::wstring text = fromUtf8(input.ConsumeRandomLengthString(mostBytes));
+std::wstring takeText(FuzzedDataProvider& input, std::size_t maxBytes) {
+  std::wstring text = fromUtf8(input.ConsumeRandomLengthString(maxBytes));
   std::erase(text, L'\0');
   return text;
 }

@@ -22,7 +22,7 @@ void require(bool holds, const char* property);
 std::wstring textOf(const std::uint8_t* data, std::size_t size);
 
 /// A piece of the input of at most so many bytes, read as UTF-8, without zeros.
-std::wstring takeText(FuzzedDataProvider& input, std::size_t mostBytes);
+std::wstring takeText(FuzzedDataProvider& input, std::size_t maxBytes);
 
 /// A number as foreign data might hold it: plain, at a border, with a fraction, or no number.
 std::wstring takeNumber(FuzzedDataProvider& input);
@@ -30,7 +30,7 @@ std::wstring takeNumber(FuzzedDataProvider& input);
 /// NULL, a number or a text.
 std::optional<std::wstring> takeCell(FuzzedDataProvider& input);
 
-/// The number of the run-time error that the action throws; nothing when it throws none.
+/// The number of the run-time error that the action throws; null when it throws none.
 std::optional<std::int32_t> errorOf(const std::function<void()>& action);
 
 using Rows = std::vector<std::vector<std::optional<std::wstring>>>;

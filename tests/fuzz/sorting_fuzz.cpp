@@ -45,8 +45,8 @@ void checkSort(const std::vector<std::wstring>& texts, SortType type,
       for (std::size_t first = 0; first < last; ++first) {
         const std::int16_t order = compare(list.texts()[first], list.texts()[last]);
         require(order + compare(list.texts()[last], list.texts()[first]) == 2,
-                "turned round, a comparison gives the opposite");
-        require(order <= 1, "an earlier row is not behind a later one");
+                "a comparison the other way round gives the opposite");
+        require(order <= 1, "an earlier row does not belong after a later one");
       }
     }
   }

@@ -11,7 +11,7 @@ using fuzz::require;
 
 namespace {
 
-/// What the system's converter makes of the bytes; nothing when they are malformed.
+/// What the system's converter makes of the bytes; null when they are malformed.
 std::optional<std::wstring> converted(const char* encoding, std::string bytes) {
   static_assert(sizeof(wchar_t) == 4);
   const iconv_t converter = iconv_open("UTF-32LE", encoding);
