@@ -4,7 +4,7 @@
 
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
-#include "ui/show_form.h"
+#include "ui/show_form/show_form.h"
 
 namespace tlpacscfg::bench {
 namespace {

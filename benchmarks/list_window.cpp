@@ -10,8 +10,8 @@
 #include "benchmarks/measuring.h"
 #include "support/conversions.h"
 #include "support/system.h"
-#include "ui/workstation_list/view/workstation_list_window.h"
 #include "ui/resource.h"
+#include "ui/show_form/windows.h"
 
 namespace tlpacscfg::bench {
 namespace {
@@ -55,7 +55,8 @@ std::vector<std::int32_t> identifiersOf(const WorkstationRows& rows) {
 
 void measureFilling(const Site& site, const std::shared_ptr<clsConfig>& config,
                     const std::vector<bare::Row>& texts) {
-  frmPACSList window(config);
+  Windows windows(config);
+  frmPACSList& window = windows.list;
   window.Show();
   const HWND list = window.item(IDC_frmPACSList_lvwPACSList);
   RECT frame{};
@@ -101,7 +102,8 @@ void measureFirstOpening(const Site& site, Series series) {
     record("opening-list", site.workstations, series, secondsOf(action));
   };
   if (series == Series::Component) {
-    frmPACSList window(config);
+    Windows windows(config);
+    frmPACSList& window = windows.list;
     time([&] {
       window.Show();
       UpdateWindow(window.window());

@@ -7,8 +7,8 @@
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
 #include "support/text.h"
-#include "ui/workstation_list/view/workstation_list_window.h"
 #include "ui/resource.h"
+#include "ui/show_form/windows.h"
 
 namespace tlpacscfg::bench {
 namespace {
@@ -51,13 +51,13 @@ void processMessages() {
 /// The settings window beside the list window that it belongs to.
 class SettingsWindow {
  public:
-  explicit SettingsWindow(const std::shared_ptr<clsConfig>& config) : list_(config) {
-    list_.Show();
+  explicit SettingsWindow(const std::shared_ptr<clsConfig>& config) : windows_(config) {
+    windows_.list.Show();
     processMessages();
   }
   ~SettingsWindow() {
     if (control(IDC_frmPACSSettings_btnExit) != nullptr) click(IDC_frmPACSSettings_btnExit);
-    list_.destroy();
+    windows_.list.destroy();
   }
   SettingsWindow(const SettingsWindow&) = delete;
   SettingsWindow& operator=(const SettingsWindow&) = delete;
@@ -87,7 +87,7 @@ class SettingsWindow {
   }
 
  private:
-  frmPACSList list_;
+  Windows windows_;
 };
 
 void measureOpening(const Site& site, const std::shared_ptr<clsConfig>& config,

@@ -4,6 +4,10 @@
 #include <string>
 #include <utility>
 
+namespace tlpacscfg {
+class RunTimeError;
+}
+
 /// Clock, computer name, message boxes and message loop of the system, as functions that tests
 /// replace.
 namespace tlpacscfg::system {
@@ -50,6 +54,9 @@ class MessageBoxes {
 };
 
 extern MessageBoxes showMessage;
+
+/// The default report of an error that no procedure handles.
+void reportRunTimeError(const RunTimeError& error);
 
 /// Processes the messages that wait in the thread's queue.
 extern std::function<void()> processPendingMessages;

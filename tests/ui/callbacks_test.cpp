@@ -1,6 +1,7 @@
 #include <functional>
 #include <new>
 
+#include "support/runtime_error.h"
 #include "ui/resource.h"
 #include "ui/win32/form.h"
 #include "ui/win32/subclass.h"

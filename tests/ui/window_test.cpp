@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "data/database.h"
-#include "ui/show_form.h"
+#include "ui/show_form/show_form.h"
 
 namespace tlpacscfg::test {
 

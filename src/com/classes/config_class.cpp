@@ -7,7 +7,7 @@
 #include "log/log_support.h"
 #include "support/conversions.h"
 #include "support/text.h"
-#include "ui/show_form.h"
+#include "ui/show_form/show_form.h"
 
 namespace tlpacscfg {
 namespace {

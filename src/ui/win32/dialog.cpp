@@ -1,5 +1,6 @@
 #include "ui/win32/dialog.h"
 
+#include "support/runtime_error.h"
 #include "support/system.h"
 #include "support/text.h"
 #include "ui/win32/module.h"
@@ -104,16 +105,11 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
   }
 }
 
-void reportRunTimeError(const RunTimeError& error) {
-  system::showMessage({.text = L"Run-time error '" + decimal(error.number()) + L"':" + kLineBreak +
-                               error.description()});
-}
-
 void reportCurrentException() noexcept {
   try {
-    reportRunTimeError(describeCurrent());
+    system::reportRunTimeError(describeCurrent());
   } catch (...) {
-    // Nobody is left to be told.
+    // The report failed too; there is no other.
   }
 }
 

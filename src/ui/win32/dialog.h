@@ -6,8 +6,6 @@
 #include <optional>
 #include <string>
 
-#include "support/runtime_error.h"
-
 namespace tlpacscfg::win32 {
 
 /// A modeless dialog, or a page inside one, made from a template. Its messages arrive as named
@@ -24,7 +22,7 @@ class Dialog {
   bool isVisible() const { return window_ && IsWindowVisible(window_); }
 
   /// Creates the window, hidden unless the template says otherwise. `parent` owns a top-level
-  /// dialog and holds a page; it may be nothing.
+  /// dialog and holds a page; it may be null.
   void create(int templateId, HWND parent);
   void destroy();
 
@@ -56,11 +54,8 @@ class Dialog {
   HWND window_ = nullptr;
 };
 
-/// The default report of an error that no procedure handles.
-void reportRunTimeError(const RunTimeError& error);
-
-/// The same for the exception being handled: what a callback of the system does with all that
-/// reaches it. Nothing passes, not even that there is no memory for the report.
+/// Shows the default report of the exception being handled: the end of every callback of the
+/// system. Nothing passes, not even that there is no memory for the report.
 void reportCurrentException() noexcept;
 
 /// The text of any window.

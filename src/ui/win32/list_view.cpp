@@ -60,7 +60,7 @@ void ListView::stretch() {
   if (stretchedColumn_ == kNoColumn || stretching_) return;
   stretching_ = true;
   const ScopeExit done([this] { stretching_ = false; });
-  // A new width lets scroll bars come and go, and these change the room: so often at most.
+  // A new width may show or hide a scroll bar, which changes the room again: a few passes at most.
   for (int i = 0; i < 3; ++i) {
     setColumnWidth(stretchedColumn_,
                    std::max(minStretchedWidth_, roomFor(stretchedColumn_) - slack_));
@@ -70,7 +70,7 @@ void ListView::stretch() {
 void ListView::refill() {
   clearSelection();
   {
-    // The control brings or takes away its scroll bar in several steps.
+    // The control shows or hides its scroll bar in several steps.
     stretching_ = true;
     const ScopeExit done([this] { stretching_ = false; });
     ListView_SetItemCountEx(list_, static_cast<int>(rows_->rowCount()), 0);
@@ -95,7 +95,7 @@ void ListView::select(std::size_t row) {
 
 void ListView::clearSelection() {
   rowBeforeInput_.reset();
-  // Only the rows in question: asking for all of them at once takes a look at each.
+  // Only these rows: changing the state of all rows at once visits each.
   for (const UINT state : {LVNI_SELECTED, LVNI_FOCUSED}) {
     const int row = ListView_GetNextItem(list_, -1, state);
     if (row >= 0) ListView_SetItemState(list_, row, 0, LVIS_SELECTED | LVIS_FOCUSED);
@@ -138,7 +138,7 @@ SIZE ListView::sizeForRows(int rows) const {
 
 bool ListView::answer(NMHDR& header, LRESULT& result) const {
   if (header.hwndFrom != list_) return false;
-  // A row that gets its selection back has not been chosen.
+  // Restoring a selection is not a choice of the user.
   if (restoring_ && header.code == LVN_ITEMCHANGED) return true;
   if (header.code == LVN_GETDISPINFOW) {
     LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;

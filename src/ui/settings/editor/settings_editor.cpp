@@ -8,6 +8,7 @@
 #include "support/runtime_error.h"
 #include "support/system.h"
 #include "support/text.h"
+#include "ui/settings/values/blank_form.h"
 #include "ui/settings/values/settings_binding.h"
 #include "ui/settings/values/settings_files.h"
 #include "ui/settings/values/settings_rules.h"
@@ -38,7 +39,7 @@ std::wstring whatHappened(std::int16_t configID, const ForeignChange& change) {
          change.stored->LastUpdateDate + L" since it was loaded.";
 }
 
-/// Yes: the values on the screen; No: the stored ones; Cancel: neither yet.
+/// Yes keeps the values on the screen, No the stored ones; Cancel decides nothing.
 system::Answer askWhoseValues(std::int16_t configID, const ForeignChange& change) {
   return ask(whatHappened(configID, change) +
                  (change.stored ? L" Save your values over it? No shows the stored values instead."
@@ -54,13 +55,13 @@ bool confirmDelete(std::int16_t configID, const ForeignChange& change) {
 
 }  // namespace
 
-SettingsEditor::SettingsEditor(std::shared_ptr<clsConfig> config, Surroundings surroundings)
-    : config_(std::move(config)), surroundings_(std::move(surroundings)) {}
+SettingsEditor::SettingsEditor(std::shared_ptr<clsConfig> host, Surroundings surroundings)
+    : host_(std::move(host)), surroundings_(std::move(surroundings)) {}
 
 template <class Work>
 auto SettingsEditor::atSite(Work work) {
   try {
-    const SiteAccess access(*config_);
+    const SiteAccess access(*host_);
     return work();
   } catch (const FieldError& error) {
     const Configuration& stored = error.stored();
@@ -71,8 +72,8 @@ auto SettingsEditor::atSite(Work work) {
 }
 
 void SettingsEditor::load() {
-  configurations_ = config_->m_colPACSConfig ? config_->m_colPACSConfig->deepCopy()
-                                             : std::make_shared<colPACSConfiguration>();
+  configurations_ = host_->m_colPACSConfig ? host_->m_colPACSConfig->deepCopy()
+                                           : std::make_shared<colPACSConfiguration>();
   form = SettingsForm(promptXmlFiles());
   fillList();
   firstTabWanted = true;
@@ -160,7 +161,7 @@ void SettingsEditor::selectEdited() {
 }
 
 void SettingsEditor::handOver() {
-  config_->m_colPACSConfig = configurations_->deepCopy();
+  host_->m_colPACSConfig = configurations_->deepCopy();
   surroundings_.refreshWorkstationList();
 }
 
@@ -188,8 +189,8 @@ colPACSConfiguration::Pointer SettingsEditor::settled() {
   return stored;
 }
 
-/// Remembers the record where it may be stored although the step failed: without an answer to the
-/// commit, and with a remote client, which takes nothing back.
+/// Keeps the record in `unsettled_` when it may be stored although the step failed: when the commit
+/// got no answer, and with a remote client, which has no transactions.
 template <class Work>
 void SettingsEditor::storing(const colPACSConfiguration::Pointer& record, Work work) {
   unsettled_ = record;
@@ -198,7 +199,7 @@ void SettingsEditor::storing(const colPACSConfiguration::Pointer& record, Work w
   } catch (const OutcomeUnknown&) {
     throw;
   } catch (...) {
-    if (!config_->isRemote()) unsettled_.reset();
+    if (!host_->isRemote()) unsettled_.reset();
     throw;
   }
   unsettled_.reset();
@@ -260,7 +261,7 @@ bool SettingsEditor::saveExisting() {
   return true;
 }
 
-/// The screen shows what somebody else made of the configuration.
+/// Shows what somebody else stored for the configuration; a deleted one leaves the list.
 void SettingsEditor::takeOver(const ForeignChange& change) {
   if (change.stored) {
     change.stored->CopyValues(*recordOf(currentID_));
@@ -280,7 +281,7 @@ bool SettingsEditor::save() {
 }
 
 bool SettingsEditor::isUsed(SiteCommand& command, std::int16_t configID) const {
-  const auto workstations = config_->m_colWorkstation;
+  const auto workstations = host_->m_colWorkstation;
   return workstations && isAssigned(command, *workstations, configID);
 }
 
@@ -289,8 +290,8 @@ bool SettingsEditor::hasEdits() const {
   return newConfiguration_ || (record && !isSettledAs(*record));
 }
 
-/// False when a workstation uses the configuration. What was loaded counts as what `change` found
-/// before.
+/// False when a workstation uses the configuration. What an earlier call found in `change` counts
+/// as loaded.
 bool SettingsEditor::deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change) {
   const auto loaded = change ? change->stored : recordOf(configID);
   return atSite([&] {
@@ -301,7 +302,7 @@ bool SettingsEditor::deleteUnlessUsed(std::int16_t configID, std::optional<Forei
   });
 }
 
-/// False when the configuration is left where it is.
+/// False when the configuration stays in the list.
 bool SettingsEditor::remove(std::int16_t configID) {
   try {
     std::optional<ForeignChange> change;
@@ -360,7 +361,7 @@ bool SettingsEditor::CheckForSave(std::int16_t configID) {
     case system::Answer::Yes:
       return saveAndGoOn();
     case system::Answer::No:
-      // Dropped edits do not stay on the screen; nothing was ever shown instead of a new one.
+      // Dropped edits do not stay on the screen. A new configuration has no stored values to show.
       if (!newConfiguration_) {
         showRecord(form, *record);
         rulesWanted = true;

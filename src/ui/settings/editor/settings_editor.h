@@ -5,59 +5,29 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "config/pacs_configurations.h"
 #include "config/stored_configuration.h"
 #include "host/config.h"
-#include "support/list_sort.h"
+#include "ui/settings/values/configuration_rows.h"
 #include "ui/settings/values/settings_form.h"
 
 namespace tlpacscfg {
-
-/// The rows of the configuration list: every configuration but the placeholder, in the order of
-/// the collection.
-class ConfigurationRows : public ListRows {
- public:
-  /// Columns count from 0; the last one serves programs that read the list.
-  enum Column : std::size_t { kConfigID, kConfiguration, kHiddenID };
-  static constexpr std::size_t kColumns = 3;
-
-  void fill(const colPACSConfiguration& configurations);
-  void clear() { rows_.clear(); }
-
-  std::size_t rowCount() const override { return rows_.size(); }
-  std::wstring_view cell(std::size_t row, std::size_t column) const override;
-
-  /// "C" and the identifier: the only link between a row and its configuration.
-  const std::wstring& key(std::size_t row) const { return rows_[row].key; }
-  std::optional<std::size_t> rowOfKey(const std::wstring& key) const;
-  static std::wstring keyOf(std::int16_t configID);
-  static std::int16_t configIDOfKey(const std::wstring& key);
-
- private:
-  struct Row {
-    std::wstring key;
-    std::wstring configID;
-    std::wstring text;
-  };
-  std::vector<Row> rows_;
-};
 
 /// What the settings window does, without the window: its state between events and its commands.
 /// Before a command the window copies its controls into `form`, after it `form` and the rest into
 /// its controls. A command that throws leaves what the user entered.
 class SettingsEditor {
  public:
-  /// Refreshes the workstation list, and the assignment dialog where the configurations changed
-  /// so that it must offer other ones. Presents the form before a message about it is shown.
+  /// What the commands ask of the windows. `present` shows the form before a message about it;
+  /// the assignment dialog is refreshed when a configuration was deleted.
   struct Surroundings {
     std::function<void()> present = [] {};
     std::function<void()> refreshWorkstationList = [] {};
     std::function<void()> refreshAssignmentDialog = [] {};
   };
 
-  SettingsEditor(std::shared_ptr<clsConfig> config, Surroundings surroundings);
+  SettingsEditor(std::shared_ptr<clsConfig> host, Surroundings surroundings);
 
   /// The window is loaded: a fresh form and a copy of the host's configurations.
   void load();
@@ -79,7 +49,7 @@ class SettingsEditor {
 
   /// True when the caller may go on to another configuration, to a new one, or to the end.
   bool CheckForSave(std::int16_t configID);
-  /// The same for a window that may stay open all the same.
+  /// The same; the window may stay open afterwards.
   bool mayLeave();
 
   SettingsForm form;
@@ -98,21 +68,21 @@ class SettingsEditor {
 
  private:
   void InitControls();
-  /// Gives the message to announce when the rest is done.
+  /// Returns the message to show once the form is on the screen.
   [[nodiscard]] std::optional<std::wstring> show(std::int16_t configID);
   void announce(const std::optional<std::wstring>& message);
-  /// False when the administrator goes on editing.
+  /// False when the administrator cancels.
   bool save();
   bool saveNew();
   bool saveExisting();
-  /// The row of the configuration that an earlier try may have stored, if it did.
+  /// The stored row of `unsettled_`; null when there is none or when it was not stored.
   colPACSConfiguration::Pointer settled();
   void adoptNew(const colPACSConfiguration::Pointer& record);
   void takeOver(const ForeignChange& change);
   bool remove(std::int16_t configID);
   bool deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change);
   bool isUsed(SiteCommand& command, std::int16_t configID) const;
-  /// One step at the database. Errors about a field call it by the name that the window shows.
+  /// Runs one step at the database. An error about a field names it by its caption.
   template <class Work>
   auto atSite(Work work);
   template <class Work>
@@ -129,7 +99,7 @@ class SettingsEditor {
   void handOver();
   colPACSConfiguration::Pointer recordOf(std::int16_t configID) const;
 
-  std::shared_ptr<clsConfig> config_;
+  std::shared_ptr<clsConfig> host_;
   Surroundings surroundings_;
   std::shared_ptr<colPACSConfiguration> configurations_;
   std::int16_t currentID_ = 0;

@@ -5,6 +5,7 @@
 #include "support/conversions.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
+#include "ui/settings/values/settings_rules.h"
 
 namespace tlpacscfg {
 namespace {
@@ -51,8 +52,7 @@ constexpr Binding kBindings[] = {
 };
 // clang-format on
 
-/// Of the file with exactly that name, else of one that is the same but for small and capital
-/// letters.
+/// The file with exactly that name, else one that differs in upper and lower case only.
 int positionOfFile(const SettingsForm& form, const std::wstring& file) {
   const auto& files = form.xmlFiles;
   auto found = std::find(files.begin(), files.end(), file);
@@ -114,8 +114,8 @@ void showNumber(SettingsForm& form, const Binding& binding, const Record& record
 
 std::int16_t tick(bool ticked) { return ticked ? std::int16_t{1} : std::int16_t{0}; }
 
-/// A list that shows no entry for the stored value and that the user cannot change says nothing.
-bool saysNothing(const SettingsForm& form, const Binding& binding) {
+/// True for a disabled list without a selected entry: the record keeps its value.
+bool hasNoValue(const SettingsForm& form, const Binding& binding) {
   const ControlContent& list = form[binding.control];
   if (list.enabled || list.position >= 0) return false;
   return binding.conversion == Conversion::Code || binding.conversion == Conversion::Position ||
@@ -132,7 +132,7 @@ std::wstring captionOf(const Column& column) {
   if (binding == std::end(kBindings)) return column.property;
   const ControlDesign* named = &design(binding->control);
   if (named->kind == Kind::Check) return named->text;
-  // Every other field stands after its label, some after other controls of the same field.
+  // The label precedes the field, sometimes with other controls of the field between.
   while (named->kind != Kind::Label) --named;
   return named->text;
 }
@@ -185,7 +185,7 @@ FieldValue readBack(const SettingsForm& form, const Binding& binding) {
 void readBack(const SettingsForm& form, Record& record) {
   Record changed = record;
   for (const Binding& binding : kBindings) {
-    if (saysNothing(form, binding)) continue;
+    if (hasNoValue(form, binding)) continue;
     setValue(changed, binding.field, readBack(form, binding));
   }
   record = changed;
@@ -193,7 +193,7 @@ void readBack(const SettingsForm& form, Record& record) {
 
 bool PACSValueTheSame(const SettingsForm& form, const Record& record) {
   return std::all_of(std::begin(kBindings), std::end(kBindings), [&](const Binding& binding) {
-    if (saysNothing(form, binding)) return true;
+    if (hasNoValue(form, binding)) return true;
     try {
       return readBack(form, binding) == valueOf(record, binding.field);
     } catch (const RunTimeError&) {

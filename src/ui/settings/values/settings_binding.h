@@ -30,8 +30,8 @@ struct Binding {
   Conversion conversion;
 };
 
-/// In the order of showing and comparing: the mapping depends on the vendor format and has the
-/// last word on the request's password option.
+/// In the order of showing and comparing. The mapping follows the vendor format, on which it
+/// depends, and the request's password option, which it may change.
 std::span<const Binding> bindings();
 
 /// What the window calls the field; the property's name for one that it does not show.

@@ -4,7 +4,8 @@
 #include <span>
 #include <string_view>
 
-/// Every control of the settings window: one table of names, kinds, pages, texts and tooltips.
+/// Every control of the settings window: one table of names, kinds, pages, texts and tooltips. The
+/// resource ids belong to the window.
 namespace tlpacscfg {
 
 enum class Control : std::size_t {
@@ -133,7 +134,6 @@ enum class Page { Window, General, Request, Response, ContextChanges, CloseDicta
 struct ControlDesign {
   Control control;
   const wchar_t* name;
-  int id;  ///< The resource id.
   Kind kind;
   Page page;
   const wchar_t* text;  ///< The caption; of a text box what it holds when the window opens.

@@ -9,30 +9,16 @@
 namespace tlpacscfg {
 namespace {
 
-constexpr Control kPacsOptions[] = {Control::radLogonMapPACS_0, Control::radLogonMapPACS_1};
-constexpr Control kCorvaneOptions[] = {Control::radLogonMapCorvane_0, Control::radLogonMapCorvane_1,
-                                       Control::radLogonMapCorvane_2};
 constexpr Control kMacOptions[] = {Control::optMultiAccessionHandlingOption_0,
                                    Control::optMultiAccessionHandlingOption_1,
                                    Control::optMultiAccessionHandlingOption_2};
-
-/// No option is selected for an index outside of the group.
-void selectOption(SettingsForm& form, std::span<const Control> group, std::size_t index) {
-  for (std::size_t i = 0; i < group.size(); ++i) form[group[i]].ticked = i == index;
-}
-
-void enableOptions(SettingsForm& form, std::span<const Control> group, bool enabled) {
-  for (const Control option : group) form[option].enabled = enabled;
-}
-
-constexpr std::size_t kNoOption = 99;
 
 std::wstring tickedFields(const SettingsForm& form, const wchar_t* separator) {
   std::wstring text;
   for (std::size_t i = 0; i < kDictationFieldCount; ++i) {
     if (!form.accessionTicks[i]) continue;
     if (!text.empty()) text += separator;
-    text += dictationFields()[i].text;
+    text += kDictationFields[i].text;
   }
   return text;
 }
@@ -66,48 +52,8 @@ void selectCode(SettingsForm& form, Control list, std::int16_t code) {
   }
 }
 
-bool isBroker(std::optional<std::int16_t> vendorFormat) {
-  return vendorFormat == vendor::kBroker || vendorFormat == vendor::kBrokerExtended;
-}
-
-bool needsXmlFile(std::optional<std::int16_t> vendorFormat) {
-  return vendorFormat == vendor::kCustom || vendorFormat == vendor::kHmi;
-}
-
-std::int16_t getUserLogonMappingValue(const SettingsForm& form) {
-  if (!form[Control::chkUserLogon].ticked) return 0;
-  int code = form[Control::radLogonMapPACS_1].ticked ? 4 : 1;
-  if (form[Control::radLogonMapCorvane_1].ticked) {
-    code += 1;
-  } else if (form[Control::radLogonMapCorvane_2].ticked) {
-    code += 2;
-  }
-  return static_cast<std::int16_t>(code);
-}
-
-void SetUserLogonMapping(SettingsForm& form, std::int16_t code) {
-  ControlContent& password = form[Control::cmbRequestPassword];
-  if (code >= 0) {
-    enableOptions(form, kPacsOptions, code > 0);
-    enableOptions(form, kCorvaneOptions, code > 0);
-    password.enabled = code > 0;
-  }
-  if (code == 0) {
-    form[Control::chkUserLogon].ticked = false;
-    selectOption(form, kPacsOptions, kNoOption);
-    selectOption(form, kCorvaneOptions, kNoOption);
-    password.position = 1;
-  }
-  if (code >= 1 && code <= 6) {
-    const auto index = static_cast<std::size_t>(code - 1);
-    form[Control::chkUserLogon].ticked = true;
-    selectOption(form, kPacsOptions, index / 3);
-    selectOption(form, kCorvaneOptions, index % 3);
-  }
-  if (isBroker(selectedCode(form, Control::cmbVendorType))) {
-    password.position = 0;
-    password.enabled = false;
-  }
+void selectOption(SettingsForm& form, std::span<const Control> group, std::size_t index) {
+  for (std::size_t i = 0; i < group.size(); ++i) form[group[i]].ticked = i == index;
 }
 
 std::int16_t getMACOption(const SettingsForm& form) {
@@ -134,7 +80,7 @@ void showAccessionFields(SettingsForm& form, std::wstring_view list) {
   form.accessionTicks.reset();
   for (const std::wstring_view piece : split(list, L',')) {
     for (std::size_t i = 0; i < kDictationFieldCount; ++i) {
-      if (dictationFields()[i].text == piece) form.accessionTicks.set(i);
+      if (kDictationFields[i].text == piece) form.accessionTicks.set(i);
     }
   }
 }
@@ -144,33 +90,5 @@ void accessionTicksChanged(SettingsForm& form) {
 }
 
 std::wstring accessionDisplayText(const SettingsForm& form) { return tickedFields(form, L", "); }
-
-void clearToDefaults(SettingsForm& form) {
-  constexpr Control kEmptied[] = {Control::txtDescription,      Control::txtRequestFileName,
-                                  Control::txtResponseFileName, Control::txtContextXML,
-                                  Control::txtCloseDictation,   Control::txtApplicableFields};
-  form[Control::txtDescription].enabled = true;
-  for (const Control text : kEmptied) form[text].text.clear();
-  form[Control::txtPort].text = L"0";
-  for (const ControlDesign& control : controls()) {
-    ControlContent& content = form[control.control];
-    if (control.kind == Kind::List) content.position = 0;
-    content.ticked = false;
-  }
-  form[Control::cmbRequestPassword].position = 1;
-  form[Control::cmbXMLConfugrationFile].position = -1;
-  showAccessionFields(form, L"");
-  SetUserLogonMapping(form, 0);
-}
-
-bool isBlank(const SettingsForm& form) {
-  return form[Control::cmbVendorType].position == 0 &&
-         selectedCode(form, Control::cmbStartPACS) == 0 &&
-         selectedCode(form, Control::cmbManualEntry) == 0 &&
-         form[Control::cmbRequestPassword].position == 1 && getUserLogonMappingValue(form) == 0 &&
-         form[Control::txtResponseFileName].text.empty() &&
-         form[Control::txtRequestFileName].text.empty() &&
-         form[Control::txtDescription].text.empty();
-}
 
 }  // namespace tlpacscfg

@@ -4,6 +4,7 @@
 #include <bitset>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,8 +42,8 @@ class SettingsForm {
   /// The entries of the list of XML files.
   std::vector<std::wstring> xmlFiles;
 
-  /// What is stored for the accession fields. It follows every change of a tick; what a record
-  /// brought stays as it is until then, also where it names no entry.
+  /// What is stored for the accession fields: the record's text, whatever it names, until a tick
+  /// changes; from then on the names of the ticked entries.
   std::wstring accessionFieldText;
   std::bitset<kDictationFieldCount> accessionTicks;
 
@@ -60,16 +61,10 @@ std::int16_t requiredCode(const SettingsForm& form, Control list);
 /// Selects the entry with the code; without one the list stays as it was.
 void selectCode(SettingsForm& form, Control list, std::int16_t code);
 
-/// "COM - Broker" or "COM - Broker Extended"
-bool isBroker(std::optional<std::int16_t> vendorFormat);
-/// The formats that map fields with an XML configuration file.
-bool needsXmlFile(std::optional<std::int16_t> vendorFormat);
+/// Selects one option of a group; none for an index outside of it.
+void selectOption(SettingsForm& form, std::span<const Control> group, std::size_t index);
 
-/// 0 when mapping is off; 1 to 6 for the chosen pair of options.
-std::int16_t getUserLogonMappingValue(const SettingsForm& form);
-void SetUserLogonMapping(SettingsForm& form, std::int16_t code);
-
-/// The index of the selected option; 0 when none is selected.
+/// The index of the selected option of the group for multiple accessions; 0 when none is selected.
 std::int16_t getMACOption(const SettingsForm& form);
 void setMACOption(SettingsForm& form, std::int16_t index);
 bool anyMACOptionSelected(const SettingsForm& form);
@@ -82,11 +77,5 @@ void showAccessionFields(SettingsForm& form, std::wstring_view list);
 void accessionTicksChanged(SettingsForm& form);
 /// What the closed list shows.
 std::wstring accessionDisplayText(const SettingsForm& form);
-
-/// The state of a new, empty configuration. The list of XML files and the status texts stay.
-void clearToDefaults(SettingsForm& form);
-
-/// True when nothing was entered into a new configuration.
-bool isBlank(const SettingsForm& form);
 
 }  // namespace tlpacscfg

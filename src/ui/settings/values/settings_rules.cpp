@@ -8,6 +8,23 @@ namespace {
 
 using enum Control;
 
+constexpr Control kGoverning[] = {chkResponseEnabled,
+                                  chkAborted,
+                                  chkEnableContextPolling,
+                                  chkCloseDictation,
+                                  cmbPollingOption,
+                                  cmbVendorType,
+                                  cmbResponseType,
+                                  cmbXMLConfugrationFile,
+                                  optMultiAccessionHandlingOption_0,
+                                  optMultiAccessionHandlingOption_1,
+                                  optMultiAccessionHandlingOption_2};
+
+constexpr Control kPacsOptions[] = {radLogonMapPACS_0, radLogonMapPACS_1};
+constexpr Control kCorvaneOptions[] = {radLogonMapCorvane_0, radLogonMapCorvane_1,
+                                       radLogonMapCorvane_2};
+constexpr std::size_t kNoOption = 99;
+
 struct ResponseFileTexts {
   const wchar_t* caption;
   const wchar_t* tooltip;
@@ -19,8 +36,12 @@ constexpr ResponseFileTexts kUrlTexts = {L"URL Address", L"Sets the URL to send 
 constexpr ResponseFileTexts kHl7Texts = {L"HL7 Message",
                                          L"Sets the HL7 message to send for the response"};
 
-void enable(SettingsForm& form, std::initializer_list<Control> list, bool enabled) {
+void enable(SettingsForm& form, std::span<const Control> list, bool enabled) {
   for (const Control control : list) form[control].enabled = enabled;
+}
+
+void enable(SettingsForm& form, std::initializer_list<Control> list, bool enabled) {
+  enable(form, std::span(list.begin(), list.size()), enabled);
 }
 
 void show(SettingsForm& form, std::initializer_list<Control> list, bool visible) {
@@ -142,6 +163,8 @@ std::optional<std::wstring> requireXmlFile(SettingsForm& form) {
 
 }  // namespace
 
+std::span<const Control> governingControls() { return kGoverning; }
+
 RuleResult applyFieldRules(SettingsForm form) {
   std::optional<std::wstring> message = requireXmlFile(form);
   const std::optional<std::int16_t> format = selectedCode(form, cmbVendorType);
@@ -153,6 +176,42 @@ RuleResult applyFieldRules(SettingsForm form) {
   contextChangeRules(form, format);
   closeDictationRules(form);
   return {std::move(form), std::move(message)};
+}
+
+std::int16_t getUserLogonMappingValue(const SettingsForm& form) {
+  if (!form[chkUserLogon].ticked) return 0;
+  int code = form[radLogonMapPACS_1].ticked ? 4 : 1;
+  if (form[radLogonMapCorvane_1].ticked) {
+    code += 1;
+  } else if (form[radLogonMapCorvane_2].ticked) {
+    code += 2;
+  }
+  return static_cast<std::int16_t>(code);
+}
+
+void SetUserLogonMapping(SettingsForm& form, std::int16_t code) {
+  ControlContent& password = form[cmbRequestPassword];
+  if (code >= 0) {
+    enable(form, kPacsOptions, code > 0);
+    enable(form, kCorvaneOptions, code > 0);
+    password.enabled = code > 0;
+  }
+  if (code == 0) {
+    form[chkUserLogon].ticked = false;
+    selectOption(form, kPacsOptions, kNoOption);
+    selectOption(form, kCorvaneOptions, kNoOption);
+    password.position = 1;
+  }
+  if (code >= 1 && code <= 6) {
+    const auto index = static_cast<std::size_t>(code - 1);
+    form[chkUserLogon].ticked = true;
+    selectOption(form, kPacsOptions, index / 3);
+    selectOption(form, kCorvaneOptions, index % 3);
+  }
+  if (isBroker(selectedCode(form, cmbVendorType))) {
+    password.position = 0;
+    password.enabled = false;
+  }
 }
 
 }  // namespace tlpacscfg

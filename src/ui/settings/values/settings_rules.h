@@ -1,15 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "ui/settings/values/settings_form.h"
 
 namespace tlpacscfg {
 
+/// The controls whose change calls for the rules.
+std::span<const Control> governingControls();
+
 struct RuleResult {
   SettingsForm form;
-  /// To be shown before the form is.
+  /// To be shown before the form.
   std::optional<std::wstring> message;
 };
 
@@ -17,5 +22,11 @@ struct RuleResult {
 /// can be used, are shown, change their texts or lose their values. The outcome depends on the
 /// values alone, not on the order in which they were entered.
 RuleResult applyFieldRules(SettingsForm form);
+
+/// 0 when logons are not mapped; 1 to 6 for the chosen pair of options.
+std::int16_t getUserLogonMappingValue(const SettingsForm& form);
+/// Selects the pair of options and enables or disables what depends on it. Other codes than 0 to 6
+/// select nothing.
+void SetUserLogonMapping(SettingsForm& form, std::int16_t code);
 
 }  // namespace tlpacscfg

@@ -39,7 +39,7 @@ Message checkApplicableFields(const SettingsForm& form) {
   if (type != response::kUrl && type != response::kHl7) return std::nullopt;
   const std::wstring text = upperCase(form[Control::txtResponseFileName].text);
   const std::size_t marker = text.find(L"{AF}");
-  // Only a marker behind the first character counts: templates may begin with one.
+  // Only a marker after the first character counts: templates may begin with one.
   if (marker == text.npos || marker == 0) return std::nullopt;
   if (!form[Control::txtApplicableFields].text.empty()) return std::nullopt;
   return std::wstring(L"Applicable Fields must be set if the ") +
@@ -47,19 +47,19 @@ Message checkApplicableFields(const SettingsForm& form) {
          L" contains the {AF} field marker.";
 }
 
-/// The value of a text of digits; any number of them.
+/// The value of a text of digits, capped: it may have any length.
 std::int64_t valueOfDigits(std::wstring_view digits) {
-  constexpr std::int64_t kEnough = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
   std::int64_t value = 0;
-  for (const wchar_t digit : digits) value = std::min(value * 10 + (digit - L'0'), kEnough);
+  for (const wchar_t digit : digits) value = std::min(value * 10 + (digit - L'0'), kMax);
   return value;
 }
 
-bool isPort(const std::wstring& text, std::int64_t lowest) {
-  constexpr std::int64_t kHighest = 65000;
+bool isPort(const std::wstring& text, std::int64_t minPort) {
+  constexpr std::int64_t kMaxPort = 65000;
   if (!IsAllDigits(text)) return false;
   const std::int64_t value = valueOfDigits(text);
-  return value >= lowest && value <= kHighest;
+  return value >= minPort && value <= kMaxPort;
 }
 
 Message checkPort(const SettingsForm& form) {

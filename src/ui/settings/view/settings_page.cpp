@@ -3,6 +3,7 @@
 #include <uxtheme.h>
 
 #include "ui/resource.h"
+#include "ui/settings/view/control_ids.h"
 #include "ui/win32/gdi.h"
 
 namespace tlpacscfg {
@@ -58,8 +59,8 @@ void SettingsPage::onInit() {
   bold_ = Font(boldVariant(window()));
   for (const ControlDesign& control : controls()) {
     if (control.page != page_) continue;
-    SetWindowTextW(item(control.id), control.text);
-    if (control.kind == Kind::Heading) makeHeading(item(control.id));
+    SetWindowTextW(item(idOf(control.control)), control.text);
+    if (control.kind == Kind::Heading) makeHeading(item(idOf(control.control)));
   }
 }
 

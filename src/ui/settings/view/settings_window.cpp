@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "support/scope_exit.h"
-#include "ui/assignment/assignment_window.h"
-#include "ui/workstation_list/view/workstation_list_window.h"
 #include "ui/resource.h"
+#include "ui/settings/values/settings_rules.h"
+#include "ui/settings/view/control_ids.h"
 
 namespace tlpacscfg {
 namespace {
@@ -15,24 +15,8 @@ namespace {
 constexpr UINT kRowChosen = WM_APP + 1;
 constexpr UINT kRulesMilliseconds = 50;
 
-/// A change of these governs other fields.
-constexpr Control kGoverning[] = {
-    Control::chkResponseEnabled,
-    Control::chkAborted,
-    Control::chkEnableContextPolling,
-    Control::chkCloseDictation,
-    Control::cmbPollingOption,
-    Control::cmbVendorType,
-    Control::cmbResponseType,
-    Control::cmbXMLConfugrationFile,
-    Control::optMultiAccessionHandlingOption_0,
-    Control::optMultiAccessionHandlingOption_1,
-    Control::optMultiAccessionHandlingOption_2,
-};
-
 bool governs(int controlId) {
-  return std::any_of(std::begin(kGoverning), std::end(kGoverning),
-                     [&](Control control) { return design(control).id == controlId; });
+  return std::ranges::find(governingControls(), controlId, &idOf) != governingControls().end();
 }
 
 bool isDown(int virtualKey) { return GetKeyState(virtualKey) < 0; }
@@ -49,24 +33,17 @@ std::optional<std::size_t> pageOfMnemonic(wchar_t letter) {
 
 }  // namespace
 
-frmPACSSettings::frmPACSSettings(frmPACSList& list, std::shared_ptr<clsConfig> config)
+frmPACSSettings::frmPACSSettings(std::shared_ptr<clsConfig> host, Surroundings surroundings)
     : Form(L"frmPACSSettings"),
-      list_(list),
-      editor_(std::move(config), {.present =
-                                      [this] {
-                                        present();
-                                        presentInFront();
-                                      },
-                                  .refreshWorkstationList =
-                                      [this] {
-                                        list_.FillPCList();
-                                        list_.SetItemFocus();
-                                      },
-                                  .refreshAssignmentDialog =
-                                      [this] {
-                                        frmWorkstationSettings& dialog = list_.assignmentDialog();
-                                        if (dialog.isOpen()) dialog.LoadList();
-                                      }}) {}
+      owner_(std::move(surroundings.owner)),
+      editor_(std::move(host),
+              {.present =
+                   [this] {
+                     present();
+                     presentInFront();
+                   },
+               .refreshWorkstationList = std::move(surroundings.refreshWorkstationList),
+               .refreshAssignmentDialog = std::move(surroundings.refreshAssignmentDialog)}) {}
 
 frmPACSSettings::~frmPACSSettings() { destroy(); }
 
@@ -74,7 +51,7 @@ void frmPACSSettings::ShowPACSSettings(std::int16_t configID) {
   const bool wasOpen = isOpen();
   if (!wasOpen) {
     editor_.load();
-    load(IDD_frmPACSSettings, list_.window());
+    load(IDD_frmPACSSettings, owner_());
   }
   try {
     runSettled([&] { editor_.ShowPACSSettings(configID); });
@@ -108,10 +85,11 @@ void frmPACSSettings::onDestroyed() {
   timerRuns_ = false;
   chosenRow_.reset();
   editor_.unload();
-  if (!list_.isCreated()) return;
-  // The list gives the focus back to the control that had it.
-  SetForegroundWindow(list_.window());
-  SetActiveWindow(list_.window());
+  const HWND owner = owner_();
+  if (!owner) return;
+  // The owner gives the focus back to the control that had it.
+  SetForegroundWindow(owner);
+  SetActiveWindow(owner);
 }
 
 void frmPACSSettings::runCommand(const std::function<void()>& command) {
@@ -128,7 +106,7 @@ void frmPACSSettings::runCommand(const std::function<void()>& command) {
   present();
 }
 
-/// What was changed just before the command counts with all its consequences.
+/// The rules of a change made just before the command are applied first.
 void frmPACSSettings::runSettled(const std::function<void()>& command) {
   takeChosenRow();
   runCommand([&] {
@@ -145,7 +123,7 @@ void frmPACSSettings::settleRules() {
 
 void frmPACSSettings::onCommand(int controlId, int code) {
   if (busy_) {
-    // What another program sends while a remote client is waited for has its turn afterwards.
+    // A click that another program sends while a remote client is waited for is handled afterwards.
     if (code == BN_CLICKED && InSendMessage()) {
       PostMessageW(window(), WM_COMMAND, static_cast<WPARAM>(controlId), 0);
     }
@@ -166,14 +144,14 @@ void frmPACSSettings::onCommand(int controlId, int code) {
     case IDC_frmPACSSettings_chkUserLogon:
       return runCommand([this] { editor_.chkUserLogonClicked(); });
     default:
-      // The tab stop of a group of options goes with the selected one.
+      // The tab stop of a group of options follows the selected one.
       updateTabStops();
       if (governs(controlId)) startRulesTimer();
   }
 }
 
 void frmPACSSettings::onTimer(UINT_PTR) {
-  // A command waits for an answer; the timer comes again.
+  // While a command waits for an answer the timer goes on.
   if (busy_) return;
   stopRulesTimer();
   runCommand([this] { editor_.TmrFieldChange(); });

@@ -15,14 +15,19 @@
 
 namespace tlpacscfg {
 
-class frmPACSList;
-
 /// The editor of integration configurations: puts the state of a SettingsEditor on the screen and
 /// hands it what the user does.
 class frmPACSSettings : public win32::Form {
  public:
-  /// The list window outlives the editor.
-  frmPACSSettings(frmPACSList& list, std::shared_ptr<clsConfig> config);
+  struct Surroundings {
+    std::function<HWND()> owner;
+    std::function<void()> refreshWorkstationList;
+    std::function<void()> refreshAssignmentDialog;
+  };
+
+  /// The owner's window is asked for when this one opens and when it has closed; null when there is
+  /// none.
+  frmPACSSettings(std::shared_ptr<clsConfig> host, Surroundings surroundings);
   ~frmPACSSettings() override;
 
   /// Opens the window on the configuration, 0 standing for the default configuration. Open
@@ -79,7 +84,7 @@ class frmPACSSettings : public win32::Form {
   bool leadsItsGroup(const ControlDesign& option) const;
   void updateTabStops() const;
 
-  frmPACSList& list_;
+  std::function<HWND()> owner_;
   SettingsEditor editor_;
 
   std::vector<std::unique_ptr<SettingsPage>> pages_;

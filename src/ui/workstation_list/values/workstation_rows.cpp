@@ -4,6 +4,7 @@
 #include <numeric>
 #include <utility>
 
+#include "config/code_tables.h"
 #include "support/conversions.h"
 #include "support/text.h"
 
@@ -23,16 +24,12 @@ bool passes(const clsWorkstation& workstation, WorkstationFilter filter) {
 }
 
 std::wstring_view requestFileText(const clsPACSConfiguration& configuration) {
-  constexpr std::int16_t kBroker = 4;
-  constexpr std::int16_t kBrokerExtended = 5;
-  if (configuration.PACSType == kBroker || configuration.PACSType == kBrokerExtended) {
-    return L"COM - Broker Interface";
-  }
+  if (isBroker(configuration.PACSType)) return L"COM - Broker Interface";
   if (configuration.RequestFileName.empty()) return L"Not Defined";
   return configuration.RequestFileName;
 }
 
-/// The first configuration of each identifier, as GetItemNumber finds it, from a single walk.
+/// The first configuration of each identifier, as GetItemNumber finds it, from a single pass.
 class ConfigurationsByID {
  public:
   explicit ConfigurationsByID(const colPACSConfiguration& configurations) : found_(kIdentifiers) {
@@ -116,9 +113,13 @@ std::int16_t WorkstationRows::configIDOf(std::size_t row) const {
   return text == kUnassigned || text == L"N/A" ? std::int16_t{0} : toInt16(text);
 }
 
+std::wstring ReplaceNull(const std::optional<std::wstring>& value) {
+  return value.value_or(L"N/A");
+}
+
 std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
                               const colPACSConfiguration* configurations) {
-  constexpr std::size_t kMostNamed = 5;
+  constexpr std::size_t kMaxNamed = 5;
   const auto named = [&](const std::wstring& configID) -> std::wstring {
     if (configID.empty()) return L"removed";
     if (configID == L"0") return L"None";
@@ -126,13 +127,13 @@ std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
     return known ? configID + L" - " + known->Description : configID;
   };
   std::wstring text = L"Somebody else reassigned workstations that were reassigned here too:";
-  for (std::size_t i = 0; i < std::min(conflicts.size(), kMostNamed); ++i) {
+  for (std::size_t i = 0; i < std::min(conflicts.size(), kMaxNamed); ++i) {
     const AssignmentConflict& conflict = conflicts[i];
     text += kLineBreak + conflict.workstation + L": here " + named(decimal(conflict.mine)) +
             L", stored " + named(conflict.theirs);
   }
-  if (conflicts.size() > kMostNamed) {
-    text += kLineBreak + (L"and " + decimal(conflicts.size() - kMostNamed)) + L" more";
+  if (conflicts.size() > kMaxNamed) {
+    text += kLineBreak + (L"and " + decimal(conflicts.size() - kMaxNamed)) + L" more";
   }
   return text + kLineBreak + L"Save the assignments made here? No keeps the stored ones.";
 }

@@ -36,7 +36,7 @@ class WorkstationRows : public SortableList {
   enum Column : std::size_t { kNumber, kName, kConfiguration, kRequestFile, kConfigID };
   static constexpr std::size_t kColumns = 5;
 
-  /// The identifier text of a workstation without configuration: sorts behind all others.
+  /// The identifier text of a workstation without configuration: sorts after all others.
   static constexpr const wchar_t* kUnassigned = L"9999";
 
   void clear();
@@ -67,7 +67,7 @@ class WorkstationRows : public SortableList {
   Text keep(std::wstring_view text);
   Text keepConfiguration(const clsPACSConfiguration& configuration);
 
-  /// All texts of all rows in one piece: a list of the largest site is filled before one blinks.
+  /// All texts of all rows in one buffer: one allocation a cell would make large lists slow.
   std::wstring texts_;
   /// In the order of the workstations.
   std::vector<Row> rows_;
@@ -75,8 +75,11 @@ class WorkstationRows : public SortableList {
   std::vector<std::size_t> order_;
 };
 
-/// Whose assignments are to be kept, with the first few of them: yes for those made here, no for
-/// the stored ones, cancel to settle it later.
+/// "N/A" for Null, otherwise the value as text.
+std::wstring ReplaceNull(const std::optional<std::wstring>& value);
+
+/// The question whose assignments to keep, with the first few conflicts: Yes for those made here,
+/// No for the stored ones, Cancel for neither yet.
 std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
                               const colPACSConfiguration* configurations);
 

@@ -10,7 +10,7 @@ namespace tlpacscfg {
 namespace {
 
 constexpr std::chrono::milliseconds kDelay{1000};
-/// Painting must not take longer than the work.
+/// At least this long between two paintings, so that they do not slow the work down.
 constexpr std::chrono::milliseconds kInterval{100};
 
 /// Also tells the system that the program still responds.

@@ -3,16 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/site_access.h"
-#include "log/log_support.h"
-#include "support/system.h"
 #include "support/scope_exit.h"
-#include "support/text.h"
-#include "ui/assignment/assignment_window.h"
-#include "ui/workstation_list/view/progress_window.h"
 #include "ui/resource.h"
-#include "ui/settings/view/settings_window.h"
 #include "ui/win32/module.h"
+#include "ui/workstation_list/view/progress_window.h"
 
 namespace tlpacscfg {
 namespace {
@@ -28,21 +22,31 @@ constexpr ColumnDesign kColumns[] = {
     {L"ConfigID", 0},
 };
 
-/// So many rows fit; one more brings a scroll bar, for which the third column makes room.
+/// The number of rows that fit. One more brings a scroll bar, for which the third column gets
+/// narrower.
 constexpr std::size_t kDesignedRows = 24;
 constexpr int kNarrowConfigurationTwips = 1950;
 
-constexpr WORD columnNumber(WorkstationRows::Column column) {
-  return static_cast<WORD>(column + 1);
-}
+/// While it lives, the progress of a save is shown. What the user entered meanwhile is dropped.
+struct SaveProgress {
+  explicit SaveProgress(HWND owner)
+      : list(owner), window(owner, L"Saving the workstation assignments...") {}
+  ~SaveProgress() {
+    if (window.isVisible()) win32::dropInput(list);
+  }
+  SaveProgress(const SaveProgress&) = delete;
+  SaveProgress& operator=(const SaveProgress&) = delete;
+
+  HWND list;
+  ProgressWindow window;
+};
 
 }  // namespace
 
-frmPACSList::frmPACSList(std::shared_ptr<clsConfig> config)
+frmPACSList::frmPACSList(std::shared_ptr<clsConfig> host, Surroundings surroundings)
     : Form(kName),
-      config_(std::move(config)),
-      settings_(std::make_unique<frmPACSSettings>(*this, config_)),
-      assignment_(std::make_unique<frmWorkstationSettings>(*this, config_)) {}
+      editor_(std::move(host), [this] { return startProgress(); }),
+      surroundings_(std::move(surroundings)) {}
 
 frmPACSList::~frmPACSList() { destroy(); }
 
@@ -63,7 +67,7 @@ void frmPACSList::onInit() {
   tooltips_.set(item(IDC_frmPACSList_cmdEditWorkstation),
                 L"Assign a configuration to a workstation");
 
-  list_.attach(item(IDC_frmPACSList_lvwPACSList), rows_, WorkstationRows::kName);
+  list_.attach(item(IDC_frmPACSList_lvwPACSList), editor_.rows, WorkstationRows::kName);
   addColumns();
   fitToDesignedRows();
 
@@ -86,7 +90,7 @@ void frmPACSList::fitToDesignedRows() {
   RECT now{};
   GetWindowRect(list, &now);
   SIZE wanted = list_.sizeForRows(static_cast<int>(kDesignedRows));
-  // What the narrowed column gives up may fall short of a scroll bar by a rounded pixel.
+  // Rounding may leave the narrowed column a pixel short of the width of a scroll bar.
   const int givenUp = list_.columnWidth(WorkstationRows::kConfiguration) -
                       win32::pixelsFromTwips(kNarrowConfigurationTwips);
   wanted.cx += std::max(GetSystemMetrics(SM_CXVSCROLL) - givenUp, 0);
@@ -112,7 +116,7 @@ void frmPACSList::fitToDesignedRows() {
   const int left = workArea.left + (workArea.right - workArea.left - width) / 2;
   const int top = workArea.top + (workArea.bottom - workArea.top - height) / 2;
   SetWindowPos(window(), nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
-  smallest_ = {width * 2 / 3, height / 3};
+  minSize_ = {width * 2 / 3, height / 3};
   list_.stretchColumn(WorkstationRows::kRequestFile,
                       list_.columnWidth(WorkstationRows::kRequestFile));
 }
@@ -120,52 +124,34 @@ void frmPACSList::fitToDesignedRows() {
 void frmPACSList::onSize(int, int) { anchors_.apply(); }
 
 void frmPACSList::onMinMaxInfo(MINMAXINFO& info) {
-  if (smallest_.cx > 0) info.ptMinTrackSize = {smallest_.cx, smallest_.cy};
+  if (minSize_.cx > 0) info.ptMinTrackSize = {minSize_.cx, minSize_.cy};
 }
 
 void frmPACSList::FillPCList() {
-  try {
-    const SiteAccess access(*config_);
-    SetWorkstationsList(static_cast<WorkstationFilter>(filter_.selectedCode()));
-    rows_.sortOrder = kDescending;
-    SortListView(rows_, columnNumber(WorkstationRows::kName),
-                 static_cast<std::int16_t>(SortType::Text));
-    list_.refill();
-    list_.showSortArrow(WorkstationRows::kName, true);
-    SetCurrentWorkstation();
-  } catch (...) {
-    logFailure(L"The workstation list was not filled", describeCurrent());
-    system::showMessage({.text = L"PACS interface configuration could not be loaded.  Please "
-                                 L"contact Brannock & Company for technical support.",
-                         .title = L"Corvane Search Configurations"});
-  }
+  editor_.filter = static_cast<WorkstationFilter>(filter_.selectedCode());
+  if (editor_.FillPCList()) present();
 }
 
-void frmPACSList::SetWorkstationsList(WorkstationFilter filter) {
-  const std::shared_ptr<colWorkstation> workstations = config_->m_colWorkstation;
-  const std::shared_ptr<colPACSConfiguration> configurations = config_->m_colPACSConfig;
-  if (!workstations || !configurations) raise(ErrorNumber::ObjectNotSet);
-  rows_.fill(*workstations, *configurations, filter);
-  enable(IDC_frmPACSList_cmdEditWorkstation, rows_.rowCount() > 0);
-  if (rows_.rowCount() > kDesignedRows) {
+void frmPACSList::present() {
+  const std::size_t count = editor_.rows.rowCount();
+  enable(IDC_frmPACSList_cmdEditWorkstation, count > 0);
+  if (count > kDesignedRows) {
     list_.setColumnWidth(WorkstationRows::kConfiguration,
                          win32::pixelsFromTwips(kNarrowConfigurationTwips));
   }
+  list_.refill();
+  list_.showSortArrow(WorkstationRows::kName, true);
+  presentSelection();
 }
 
-void frmPACSList::SetCurrentWorkstation() {
-  localComputer_ = system::computerName();
-  if (rows_.rowCount() == 0) return;
-  list_.select(rows_.rowOf(localComputer_).value_or(0));
+void frmPACSList::presentSelection() {
+  if (editor_.selectedRow) list_.select(*editor_.selectedRow);
 }
 
 void frmPACSList::SetItemFocus() {
-  const std::optional<std::size_t> row = rows_.rowOf(chosenWorkstation_);
-  if (row) list_.select(*row);
-}
-
-std::wstring frmPACSList::ReplaceNull(const std::optional<std::wstring>& value) {
-  return value.value_or(L"N/A");
+  readSelection();
+  editor_.SetItemFocus();
+  presentSelection();
 }
 
 void frmPACSList::onCommand(int controlId, int code) {
@@ -180,7 +166,7 @@ void frmPACSList::onCommand(int controlId, int code) {
     case IDC_frmPACSList_cmdEditWorkstation:
       return editWorkstation();
     case IDC_frmPACSList_btnOk:
-      return closeAfter(&frmPACSList::saveAssignments);
+      return closeAfter(&WorkstationListEditor::saveAssignments);
     case IDCANCEL:
       return onClose();
     default:
@@ -202,152 +188,48 @@ LRESULT frmPACSList::onNotify(NMHDR& header) {
 }
 
 void frmPACSList::sortByHeader(int column) {
-  const std::optional<std::size_t> selected = list_.selectedRow();
-  const std::wstring name(selected ? rows_.cell(*selected, WorkstationRows::kName) : L"");
-  if (column == WorkstationRows::kConfiguration) {
-    SortListView(rows_, columnNumber(WorkstationRows::kConfigID),
-                 static_cast<std::int16_t>(SortType::WholeNumber));
-  } else {
-    SortListView(rows_, static_cast<std::int16_t>(column + 1),
-                 static_cast<std::int16_t>(SortType::Text));
-  }
-  list_.showSortArrow(column, rows_.sortOrder == kAscending);
+  readSelection();
+  editor_.headerClicked(static_cast<std::size_t>(column));
+  list_.showSortArrow(column, editor_.rows.sortOrder == kAscending);
   list_.redraw();
   // The selection belongs to the workstation, not to the place in the list.
-  if (selected) selectRowOf(name);
-}
-
-void frmPACSList::selectRowOf(const std::wstring& name) {
   list_.clearSelection();
-  const std::optional<std::size_t> row = rows_.rowOf(name);
-  if (row) list_.select(*row);
+  presentSelection();
 }
 
 void frmPACSList::editConfiguration() {
-  chosenWorkstation_ = L"0";
-  std::int16_t configID = 0;
-  if (const std::optional<std::size_t> row = list_.selectedRow()) {
-    chosenWorkstation_ = rows_.cell(*row, WorkstationRows::kName);
-    configID = configIDOf(*row);
-  }
-  settings_->ShowPACSSettings(configID);
+  readSelection();
+  surroundings_.editConfiguration(editor_.cmdEditConfig());
 }
 
 void frmPACSList::editWorkstation() {
-  const std::optional<std::size_t> row = list_.selectedRow();
-  if (!row) return;
-  chosenWorkstation_ = rows_.cell(*row, WorkstationRows::kName);
-  assignment_->showPACSWorkStation(chosenWorkstation_, configIDOf(*row));
+  readSelection();
+  const auto chosen = editor_.cmdEditWorkstation();
+  if (chosen) surroundings_.editWorkstation(chosen->workstation, chosen->configID);
 }
 
-/// Of the workstation itself: a row that could not be refilled may be out of date.
-std::int16_t frmPACSList::configIDOf(std::size_t row) const {
-  const std::shared_ptr<colWorkstation> workstations = config_->m_colWorkstation;
-  const auto workstation =
-      workstations ? workstations->ColWorkStations->find(rows_.cell(row, WorkstationRows::kName))
-                   : nullptr;
-  return workstation ? workstation->configID : rows_.configIDOf(row);
-}
+void frmPACSList::onClose() { closeAfter(&WorkstationListEditor::saveOrGiveUp); }
 
-void frmPACSList::onClose() { closeAfter(&frmPACSList::saveOrGiveUp); }
-
-void frmPACSList::closeAfter(bool (frmPACSList::*save)()) {
+void frmPACSList::closeAfter(bool (WorkstationListEditor::*save)()) {
   if (closing_) return;
   closing_ = true;
   const ScopeExit done([this] { closing_ = false; });
-  if ((this->*save)()) closeEditorsAndUnload();
-  if (isCreated() && isOutOfDate()) refillAsItWas();
-}
-
-/// Without this way out a database that refuses the assignments would hold the host for ever.
-bool frmPACSList::saveOrGiveUp() {
-  try {
-    return saveAssignments();
-  } catch (...) {
-    win32::reportRunTimeError(describeCurrent());
-    return closeWithoutSaving();
+  if ((editor_.*save)() && surroundings_.closeEditors()) {
+    destroy();
+    editor_.unload();
   }
+  if (!isCreated() || !editor_.isOutOfDate()) return;
+  readSelection();
+  if (editor_.refill()) present();
 }
 
-bool frmPACSList::closeWithoutSaving() {
-  return system::showMessage({.text = L"The workstation assignments could not be saved. Close "
-                                      L"without saving them?",
-                              .buttons = system::Buttons::YesNo,
-                              .defaultAnswer = system::Answer::No}) == system::Answer::Yes;
+WorkstationListEditor::Progress frmPACSList::startProgress() const {
+  return [shown = std::make_shared<SaveProgress>(window())](std::size_t done, std::size_t total) {
+    shown->window.update(done, total);
+  };
 }
 
-/// False when the administrator stays to settle what somebody else has assigned.
-bool frmPACSList::saveAssignments() {
-  // A host may put another collection in its place while a question waits.
-  const std::shared_ptr<colWorkstation> workstations = config_->m_colWorkstation;
-  if (!workstations) raise(ErrorNumber::ObjectNotSet);
-  std::vector<AssignmentConflict> overruled;
-  for (;;) {
-    const auto conflicts = saveShowingProgress(*workstations, overruled);
-    if (conflicts.empty()) return true;
-    switch (askWhoseAssignments(conflicts)) {
-      case system::Answer::Yes:
-        overruled.insert(overruled.end(), conflicts.begin(), conflicts.end());
-        break;
-      case system::Answer::No:
-        for (const AssignmentConflict& conflict : conflicts) yieldTo(conflict, *workstations);
-        break;
-      default:
-        return false;
-    }
-  }
-}
-
-/// Whether a row shows another configuration than its workstation has by now.
-bool frmPACSList::isOutOfDate() const {
-  for (std::size_t row = 0; row < rows_.rowCount(); ++row) {
-    if (rows_.configIDOf(row) != configIDOf(row)) return true;
-  }
-  return false;
-}
-
-/// With what somebody else assigned meanwhile; the selected workstation stays the same.
-void frmPACSList::refillAsItWas() {
-  const std::optional<std::size_t> selected = list_.selectedRow();
-  const std::wstring name(selected ? rows_.cell(*selected, WorkstationRows::kName) : L"");
-  FillPCList();
-  if (selected && rows_.rowOf(name)) list_.select(*rows_.rowOf(name));
-}
-
-std::vector<AssignmentConflict> frmPACSList::saveShowingProgress(
-    const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled) {
-  const SiteAccess access(*config_);
-  ProgressWindow progress(window(), L"Saving the workstation assignments...");
-  const ScopeExit forgetInput([&] {
-    if (progress.isVisible()) win32::dropInput(window());
-  });
-  return tlpacscfg::saveAssignments(workstations, overruled,
-                                    [&](std::size_t done, std::size_t total) {
-                                      try {
-                                        progress.update(done, total);
-                                      } catch (...) {
-                                        // It is shown for the user's sake only.
-                                      }
-                                    });
-}
-
-system::Answer frmPACSList::askWhoseAssignments(
-    const std::vector<AssignmentConflict>& conflicts) const {
-  const std::shared_ptr<colPACSConfiguration> known = config_->m_colPACSConfig;
-  return system::showMessage({.text = conflictQuestion(conflicts, known.get()),
-                              .buttons = system::Buttons::YesNoCancel,
-                              .defaultAnswer = system::Answer::Cancel});
-}
-
-void frmPACSList::closeEditorsAndUnload() {
-  if (settings_->isOpen()) settings_->askToClose();
-  if (assignment_->isOpen()) assignment_->askToClose();
-  if (settings_->isOpen() || assignment_->isOpen()) return;
-  destroy();
-  config_->ConfigLoaded = false;
-}
-
-/// The session ends, perhaps: what is not saved is saved or asked about while there is time.
+/// The session may end: unsaved work is saved or asked about first.
 std::optional<INT_PTR> frmPACSList::onMessage(UINT message, WPARAM, LPARAM) {
   if (message != WM_QUERYENDSESSION) return std::nullopt;
   SetWindowLongPtrW(window(), DWLP_MSGRESULT, mayEnd() ? TRUE : FALSE);
@@ -358,7 +240,7 @@ bool frmPACSList::mayEnd() {
   if (closing_) return false;
   closing_ = true;
   const ScopeExit done([this] { closing_ = false; });
-  return saveOrGiveUp() && settings_->mayLeave();
+  return editor_.saveOrGiveUp() && surroundings_.mayLeaveSettings();
 }
 
 }  // namespace tlpacscfg

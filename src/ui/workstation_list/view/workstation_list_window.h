@@ -1,25 +1,20 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "host/config.h"
-#include "support/system.h"
-#include "ui/workstation_list/values/workstation_rows.h"
 #include "ui/win32/anchors.h"
 #include "ui/win32/combo_box.h"
 #include "ui/win32/form.h"
 #include "ui/win32/list_view.h"
 #include "ui/win32/tooltips.h"
-#include "workstation/assignments.h"
+#include "ui/workstation_list/editor/workstation_list_editor.h"
 
 namespace tlpacscfg {
-
-class frmPACSSettings;
-class frmWorkstationSettings;
 
 /// The workstation list: every workstation with its configuration, and the way to both editors.
 /// Closing it writes the assignments.
@@ -27,7 +22,16 @@ class frmPACSList : public win32::Form {
  public:
   static constexpr std::wstring_view kName = L"frmPACSList";
 
-  explicit frmPACSList(std::shared_ptr<clsConfig> config);
+  struct Surroundings {
+    std::function<void(std::int16_t configID)> editConfiguration;
+    std::function<void(const std::wstring& workstation, std::int16_t configID)> editWorkstation;
+    /// False when an editor stays open.
+    std::function<bool()> closeEditors;
+    /// False when the user goes on editing a configuration.
+    std::function<bool()> mayLeaveSettings;
+  };
+
+  frmPACSList(std::shared_ptr<clsConfig> host, Surroundings surroundings);
   ~frmPACSList() override;
 
   /// Loads the window with its first filter entry, topmost and in front.
@@ -43,16 +47,11 @@ class frmPACSList : public win32::Form {
   bool isClosing() const { return closing_; }
 
   /// Refills and sorts the list by name, and selects the local computer's row. An error is shown;
-  /// the list keeps what was filled.
+  /// the list stays as it was.
   void FillPCList();
 
   /// Selects the row of the workstation last chosen for editing.
   void SetItemFocus();
-
-  /// "N/A" for Null, otherwise the value as text.
-  static std::wstring ReplaceNull(const std::optional<std::wstring>& value);
-
-  frmWorkstationSettings& assignmentDialog() { return *assignment_; }
 
  private:
   void onInit() override;
@@ -65,38 +64,25 @@ class frmPACSList : public win32::Form {
 
   void addColumns();
   void fitToDesignedRows();
-  void SetWorkstationsList(WorkstationFilter filter);
-  void SetCurrentWorkstation();
-  void selectRowOf(const std::wstring& name);
+  void present();
+  void presentSelection();
   void sortByHeader(int column);
   void editConfiguration();
   void editWorkstation();
-  void closeAfter(bool (frmPACSList::*save)());
-  bool saveAssignments();
-  std::vector<AssignmentConflict> saveShowingProgress(
-      const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled);
-  system::Answer askWhoseAssignments(const std::vector<AssignmentConflict>& conflicts) const;
-  static bool closeWithoutSaving();
-  bool saveOrGiveUp();
-  bool isOutOfDate() const;
-  void refillAsItWas();
-  std::int16_t configIDOf(std::size_t row) const;
+  void readSelection() { editor_.selectedRow = list_.selectedRow(); }
+  void closeAfter(bool (WorkstationListEditor::*save)());
   bool mayEnd();
-  void closeEditorsAndUnload();
+  WorkstationListEditor::Progress startProgress() const;
 
-  std::shared_ptr<clsConfig> config_;
-  std::unique_ptr<frmPACSSettings> settings_;
-  std::unique_ptr<frmWorkstationSettings> assignment_;
+  WorkstationListEditor editor_;
+  Surroundings surroundings_;
 
-  WorkstationRows rows_;
   win32::ListView list_;
   win32::ComboBox filter_;
   win32::Tooltips tooltips_;
   win32::Anchors anchors_;
-  SIZE smallest_{};
+  SIZE minSize_{};
 
-  std::wstring chosenWorkstation_;
-  std::wstring localComputer_;
   bool closing_ = false;
 };
 

@@ -9,6 +9,8 @@
 #include "harness/core_test.h"
 #include "support/text.h"
 #include "ui/settings/editor/settings_editor.h"
+#include "ui/settings/values/blank_form.h"
+#include "ui/settings/values/settings_rules.h"
 
 namespace tlpacscfg::test {
 

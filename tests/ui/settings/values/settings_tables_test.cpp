@@ -41,12 +41,6 @@ TEST(SettingsTablesTest, NoControlIsThereThatNobodyExpects) {
   EXPECT_EQ(std::size(kExpectedControls), expected.size());
 }
 
-TEST(SettingsTablesTest, EveryControlHasAnIdOfItsOwn) {
-  std::set<int> ids;
-  for (const ControlDesign& control : controls()) ids.insert(control.id);
-  EXPECT_EQ(kControlCount, ids.size());
-}
-
 TEST(SettingsTablesTest, TheTabsHaveTheirCaptionsInOrder) {
   ASSERT_EQ(std::size(kExpectedTabs), pages().size());
   for (std::size_t i = 0; i < pages().size(); ++i) {
@@ -67,26 +61,6 @@ TEST(SettingsTablesTest, EveryListHasItsEntriesInOrderWithTheirCodes) {
       EXPECT_EQ(expected.entries[i].code, options[i].code);
     }
   }
-}
-
-std::vector<std::int16_t> codesOf(Control list) {
-  std::vector<std::int16_t> codes;
-  for (const Option& option : optionsOf(list)) codes.push_back(option.code);
-  return codes;
-}
-
-using Codes = std::vector<std::int16_t>;
-
-TEST(SettingsTablesTest, TheSpeechMikeListsCarryTenForEolAndEightForInsOvwrNotTheirPositions) {
-  for (const Control list : {Control::cmbStartPACS, Control::cmbManualEntry}) {
-    EXPECT_EQ((Codes{0, 10, 8}), codesOf(list));
-    EXPECT_STREQ(L"EOL", optionsOf(list)[1].text);
-    EXPECT_STREQ(L"INS/OVWR", optionsOf(list)[2].text);
-  }
-}
-
-TEST(SettingsTablesTest, TheContextChangeActionsCarryTheCodes10To45) {
-  EXPECT_EQ((Codes{10, 20, 30, 35, 40, 45}), codesOf(Control::cmbContextChangeOption));
 }
 
 TEST(SettingsTablesTest, EveryListButTheXmlFilesHasEntries) {

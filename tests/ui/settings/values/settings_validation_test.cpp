@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ui/settings/values/blank_form.h"
+
 namespace tlpacscfg::test {
 namespace {
 

@@ -110,7 +110,7 @@ class SettingsControlsTest : public SettingsTest {
   }
 
   static void expectTextFits(HWND window, const ControlDesign& each) {
-    const HWND control = controlOf(window, each.id);
+    const HWND control = controlOf(window, idOf(each.control));
     const RECT place = placeOf(control);
     LONG width = place.right - place.left;
     const LONG height = place.bottom - place.top;
@@ -143,7 +143,7 @@ TEST_F(SettingsControlsTest, EveryControlIsOnItsPageWithItsClassCaptionAndToolti
     for (const ExpectedControl& expected : kExpectedControls) {
       SCOPED_TRACE(toUtf8(expected.name));
       const ControlDesign& each = named(expected.name);
-      const HWND control = controlOf(window, each.id);
+      const HWND control = controlOf(window, idOf(each.control));
       EXPECT_EQ(classOf(control), classFor(expected.kind));
       EXPECT_EQ(GetParent(control) == window, expected.page == Page::Window);
       const bool captioned = expected.kind == Kind::Label || expected.kind == Kind::Heading ||
@@ -179,7 +179,7 @@ TEST_F(SettingsControlsTest, EveryListHasItsEntriesAndItemData) {
     for (const ExpectedList& expected : expectedLists()) {
       SCOPED_TRACE(toUtf8(expected.control));
       const ControlDesign& each = named(expected.control);
-      const HWND list = controlOf(window, each.id);
+      const HWND list = controlOf(window, idOf(each.control));
       Texts texts;
       for (const ExpectedEntry& entry : expected.entries) texts.emplace_back(entry.text);
       EXPECT_EQ(entriesOf(list), texts);
@@ -256,7 +256,7 @@ TEST_F(SettingsControlsTest, OnlyTheControlsOfTheSelectedTabTakeTabStops) {
         const bool takesKeys = each.kind == Kind::Text || each.kind == Kind::Check ||
                                each.kind == Kind::List || each.kind == Kind::TickList;
         if (each.page == Page::Window || !takesKeys) continue;
-        const LONG style = GetWindowLongW(controlOf(window, each.id), GWL_STYLE);
+        const LONG style = GetWindowLongW(controlOf(window, idOf(each.control)), GWL_STYLE);
         EXPECT_EQ((style & WS_TABSTOP) != 0, static_cast<int>(each.page) == tab + 1)
             << toUtf8(each.name) << " on tab " << tab;
       }
@@ -321,7 +321,7 @@ TEST_F(SettingsControlsTest, NothingIsClippedAndNothingOverlapsInAnyResponseType
                 "the rules are applied");
       std::vector<std::pair<const ControlDesign*, HWND>> shown;
       for (const ControlDesign& each : controls()) {
-        const HWND control = controlOf(window, each.id);
+        const HWND control = controlOf(window, idOf(each.control));
         const bool visible = (GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0;
         if (visible) shown.emplace_back(&each, control);
       }
@@ -347,7 +347,7 @@ TEST_F(SettingsControlsTest, LabelsAndFieldsOfAllPagesStandInTheSameColumns) {
     std::set<LONG> rights;
     for (const ControlDesign& each : controls()) {
       if (each.kind != Kind::List && each.kind != Kind::Text) continue;
-      RECT place = placeOf(controlOf(window, each.id));
+      RECT place = placeOf(controlOf(window, idOf(each.control)));
       lefts.insert(place.left);
       if (each.kind == Kind::List) rights.insert(place.right);
     }

@@ -91,29 +91,6 @@ TEST_F(SettingsRulesWindowTest, ALabelIsDisabledTogetherWithItsField) {
   });
 }
 
-TEST_F(SettingsRulesWindowTest, AGeFormatTurnsTheMappingOff) {
-  addSettled(1, L"Default", L"user_mapping_option = 5");
-  edit([](HWND window) {
-    EXPECT_TRUE(ticked(window, chkUserLogon));
-    pickCode(window, cmbVendorType, 2);
-    awaitEnabled(window, chkUserLogon, false);
-    EXPECT_FALSE(ticked(window, chkUserLogon));
-    EXPECT_FALSE(ticked(window, radLogonMapPACS_1));
-    EXPECT_FALSE(enabled(window, radLogonMapPACS_1));
-  });
-}
-
-TEST_F(SettingsRulesWindowTest, TcpIpDisablesTheRequestFile) {
-  makeSite();
-  edit([](HWND window) {
-    pickCode(window, cmbVendorType, 8);
-    awaitEnabled(window, txtRequestFileName, false);
-    for (const Control box : {chkDeleteFlag, chkCheckFileDateTime, chkPreProcessFile}) {
-      EXPECT_FALSE(enabled(window, box));
-    }
-  });
-}
-
 TEST_F(SettingsRulesWindowTest, ACustomFormatShowsTheXmlFilesAndSelectsTheFirst) {
   makePrompts({L"a.xml"});
   makeSite();
@@ -126,19 +103,6 @@ TEST_F(SettingsRulesWindowTest, ACustomFormatShowsTheXmlFilesAndSelectsTheFirst)
       EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"a.xml");
       pickCode(window, cmbVendorType, 1);
       waitUntil([&] { return !visible(window, cmbXMLConfugrationFile); }, "no list of files");
-    }
-  });
-}
-
-TEST_F(SettingsRulesWindowTest, ACustomFormatWithoutXmlFilesFallsBackToNone) {
-  makeSite();
-  edit([this](HWND window) {
-    for (const std::int16_t format : {std::int16_t{7}, std::int16_t{9}}) {
-      messages.clear();
-      pickCode(window, cmbVendorType, format);
-      waitUntil([&] { return position(window, cmbVendorType) == 0; }, "the fallback");
-      expectPlainBox(
-          L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.");
     }
   });
 }
@@ -161,21 +125,6 @@ TEST_F(SettingsRulesWindowTest, FromUrlBackToXmlFileTheCaptionAndTheFieldsFollow
   });
 }
 
-TEST_F(SettingsRulesWindowTest, UntickingTheResponseClearsItsBoxesForGood) {
-  addSettled(1, L"Default",
-             L"bidirectional = 1, response_for_paused_jobs = 1, response_for_aborted_jobs = 1, "
-             L"response_for_nonrequests = 1, flag18 = 1");
-  edit([](HWND window) {
-    const Control boxes[] = {chkPaused, chkAborted, chkNonPACS, chkSendAbortForCanceledOpen};
-    press(window, chkResponseEnabled);
-    awaitEnabled(window, chkPaused, false);
-    for (const Control box : boxes) EXPECT_FALSE(ticked(window, box));
-    press(window, chkResponseEnabled);
-    awaitEnabled(window, chkPaused, true);
-    for (const Control box : boxes) EXPECT_FALSE(ticked(window, box));
-  });
-}
-
 TEST_F(SettingsRulesWindowTest, TickingTheMappingSelectsTheFirstPairAtOnce) {
   makeSite();
   edit([](HWND window) {
@@ -195,32 +144,6 @@ TEST_F(SettingsRulesWindowTest, TickingTheMappingSelectsTheFirstPairAtOnce) {
     }
     EXPECT_EQ(position(window, cmbRequestPassword), 1);
     EXPECT_FALSE(enabled(window, cmbRequestPassword));
-  });
-}
-
-TEST_F(SettingsRulesWindowTest, ABrokerKeepsItsPasswordOptionWhenTheMappingIsOff) {
-  for (const wchar_t* format : {L"4", L"5"}) {
-    const int id = std::stoi(format);
-    addSettled(id, L"Broker " + std::wstring(format),
-               L"pacs_type = " + std::wstring(format) + L", pacs_request_password = 2");
-  }
-  addWorkstation(kComputer);
-  assign(kComputer, L"'4'");
-  edit([this](HWND window) {
-    for (const int row : {0, 1}) {
-      if (row > 0) {
-        answers = {system::Answer::No};
-        pickRow(window, row);
-      }
-      press(window, chkResponseEnabled);
-      awaitEnabled(window, chkPaused, true);
-      EXPECT_FALSE(ticked(window, chkUserLogon));
-      EXPECT_EQ(position(window, cmbRequestPassword), 0);
-      EXPECT_FALSE(enabled(window, cmbRequestPassword));
-    }
-    // Only its own rule held the option there.
-    pickCode(window, cmbVendorType, 1);
-    waitUntil([&] { return position(window, cmbRequestPassword) == 1; }, "the other format's rule");
   });
 }
 

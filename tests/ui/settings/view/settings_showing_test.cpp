@@ -91,45 +91,6 @@ TEST_F(SettingsShowingTest, EveryColumnIsShownInItsControl) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(SettingsShowingTest, ASavedEditChangesItsColumnAndNoOther) {
-  makePrompts({L"a.xml", L"b.xml"});
-  addComplete(1);
-  edit([this](HWND window) {
-    fill(window, txtPort, L"104");
-    press(window, btnSave);
-    EXPECT_TRUE(messages.empty());
-  });
-  for (const auto& [column, value] : completeRow()) {
-    EXPECT_EQ(stored(1, column), column == std::wstring(L"flag6") ? L"104" : value)
-        << toUtf8(column);
-  }
-}
-
-TEST_F(SettingsShowingTest, ASaveWithoutAnEditWritesNothing) {
-  makePrompts({L"a.xml", L"b.xml"});
-  addComplete(1);
-  edit([this](HWND window) {
-    press(window, btnSave);
-    EXPECT_EQ(stored(1, L"last_change_date"), L"2012-10-24 14:05:09");
-  });
-  EXPECT_TRUE(messages.empty());
-}
-
-TEST_F(SettingsShowingTest, AWorkstationWithoutAConfigurationOpensTheDefaultOne) {
-  addSettled(1, L"Default");
-  addWorkstation(kComputer);
-  initialise();
-  showWhile([](HWND list) {
-    choose(list, IDC_frmPACSList_cboPCList, 2);
-    const HWND window = openSettings(list);
-    EXPECT_EQ(text(window, txtDescription), L"Default");
-    EXPECT_FALSE(enabled(window, txtDescription));
-    EXPECT_EQ(list_view::selectedRow(rows(window)), 0);
-    closeSettings(window);
-    click(list, IDC_frmPACSList_btnOk);
-  });
-}
-
 TEST_F(SettingsShowingTest, OnlyTheDefaultConfigurationsDescriptionIsFixed) {
   makeSite();
   edit([](HWND window) {
@@ -140,21 +101,6 @@ TEST_F(SettingsShowingTest, OnlyTheDefaultConfigurationsDescriptionIsFixed) {
     pickRow(window, 0);
     EXPECT_FALSE(enabled(window, txtDescription));
     pickRow(window, 2);
-    EXPECT_TRUE(enabled(window, txtDescription));
-  });
-  EXPECT_TRUE(messages.empty());
-}
-
-TEST_F(SettingsShowingTest, AnEmptySiteOpensWithDefaultsAndNoRow) {
-  edit([](HWND window) {
-    EXPECT_EQ(list_view::rowCount(rows(window)), 0);
-    EXPECT_EQ(text(window, txtDescription), L"");
-    EXPECT_EQ(text(window, txtRequestFileName), L"");
-    EXPECT_EQ(text(window, txtResponseFileName), L"");
-    EXPECT_EQ(text(window, txtPort), L"0");
-    EXPECT_EQ(position(window, cmbVendorType), 0);
-    EXPECT_EQ(position(window, cmbRequestPassword), 1);
-    EXPECT_FALSE(ticked(window, chkResponseEnabled));
     EXPECT_TRUE(enabled(window, txtDescription));
   });
   EXPECT_TRUE(messages.empty());
@@ -172,47 +118,6 @@ TEST_F(SettingsShowingTest, AConfigurationThatIsGoneLeavesTheDesignTexts) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(SettingsShowingTest, AGeConfigurationOpensWithItsMappingOff) {
-  addSettled(1, L"Default", L"pacs_type = 2, user_mapping_option = 5");
-  edit([](HWND window) {
-    EXPECT_FALSE(ticked(window, chkUserLogon));
-    EXPECT_FALSE(enabled(window, chkUserLogon));
-    EXPECT_FALSE(enabled(window, radLogonMapPACS_0));
-    EXPECT_EQ(position(window, cmbRequestPassword), 1);
-    EXPECT_FALSE(enabled(window, cmbRequestPassword));
-  });
-}
-
-TEST_F(SettingsShowingTest, ABrokerConfigurationShowsItsFirstPasswordOptionDisabled) {
-  addSettled(1, L"Default", L"pacs_type = 4, user_mapping_option = 2, pacs_request_password = 2");
-  edit([](HWND window) {
-    EXPECT_EQ(position(window, cmbRequestPassword), 0);
-    EXPECT_FALSE(enabled(window, cmbRequestPassword));
-    EXPECT_TRUE(ticked(window, chkUserLogon));
-  });
-}
-
-TEST_F(SettingsShowingTest, AFlagOfMinusOneCountsAsAChangeUntilItIsSavedOnce) {
-  addSettled(1, L"Default", L"bidirectional = -1");
-  edit([this](HWND window) {
-    EXPECT_TRUE(ticked(window, chkResponseEnabled));
-    press(window, btnSave);
-  });
-  EXPECT_TRUE(messages.empty());
-  EXPECT_EQ(stored(1, L"bidirectional"), L"1");
-}
-
-TEST_F(SettingsShowingTest, AnUnmatchedCodeKeepsTheFormerSelection) {
-  addSettled(1, L"Default", L"pacs_type = 3, ins_ovr_before_pacs = 10");
-  addSettled(2, L"Odd", L"pacs_type = 6, ins_ovr_before_pacs = 99, flag8 = 7");
-  edit([](HWND window) {
-    pickRow(window, 1);
-    EXPECT_EQ(position(window, cmbVendorType), 3);
-    EXPECT_EQ(position(window, cmbStartPACS), 1);
-    EXPECT_EQ(position(window, cmbContextUpdate), 0);
-  });
-}
-
 TEST_F(SettingsShowingTest, AListWithoutASelectedEntryCannotBeSaved) {
   addSettled(1, L"Default", L"pacs_type = 6");
   edit([this](HWND window) {
@@ -225,47 +130,6 @@ TEST_F(SettingsShowingTest, AListWithoutASelectedEntryCannotBeSaved) {
     EXPECT_TRUE(messages.empty());
   });
   EXPECT_EQ(stored(1, L"pacs_type"), L"1");
-}
-
-TEST_F(SettingsShowingTest, ADisabledListWithoutASelectedEntryHindersNoSave) {
-  addSettled(1, L"Default", L"flag8 = 1");
-  edit([this](HWND window) {
-    EXPECT_EQ(position(window, cmbContextUpdate), CB_ERR);
-    EXPECT_FALSE(enabled(window, cmbContextUpdate));
-    fill(window, txtPort, L"7");
-    press(window, btnSave);
-  });
-  EXPECT_TRUE(messages.empty());
-  EXPECT_EQ(stored(1, L"flag6"), L"7");
-  EXPECT_EQ(stored(1, L"flag8"), L"1");
-}
-
-TEST_F(SettingsShowingTest, AStoredXmlFileIsShownInTheLettersOfTheDirectory) {
-  makePrompts({L"a.xml", L"MAP.XML"});
-  addSettled(1, L"Default", L"pacs_type = 7, string1 = 'map.xml'");
-  edit([](HWND window) { EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"MAP.XML"); });
-}
-
-TEST_F(SettingsShowingTest, TheFieldMarkerAndOtherTextIsStoredAsTypedWithoutTrimming) {
-  addSettled(1, L"Default", L"bidirectional = 1, flag2 = 1");
-  edit([](HWND window) {
-    fill(window, txtResponseFileName, L"{AF}  {12} ");
-    fill(window, txtRequestFileName, L"  c:\\in\\{AF}.xml ");
-    press(window, btnSave);
-    EXPECT_EQ(text(window, txtResponseFileName), L"{AF}  {12} ");
-  });
-  EXPECT_TRUE(messages.empty());
-  EXPECT_EQ(stored(1, L"response_filename"), L"{AF}  {12} ");
-  EXPECT_EQ(stored(1, L"request_filename"), L"  c:\\in\\{AF}.xml ");
-}
-
-TEST_F(SettingsShowingTest, AnUntickedContextChangeBoxStoresZero) {
-  addSettled(1, L"Default", L"flag9 = 40");
-  edit([](HWND window) {
-    press(window, chkEnableContextPolling);
-    press(window, btnSave);
-  });
-  EXPECT_EQ(stored(1, L"flag9"), L"0");
 }
 
 TEST_F(SettingsShowingTest, ATextWithALineBreakSurvivesTheEditOfAnotherField) {

@@ -64,9 +64,7 @@ void SettingsTest::edit(const std::function<void(HWND)>& script) {
   });
 }
 
-HWND SettingsTest::control(HWND window, Control which) {
-  return controlOf(window, design(which).id);
-}
+HWND SettingsTest::control(HWND window, Control which) { return controlOf(window, idOf(which)); }
 
 std::wstring SettingsTest::text(HWND window, Control which) {
   return textOf(control(window, which));
@@ -88,14 +86,14 @@ bool SettingsTest::visible(HWND window, Control which) {
   return (GetWindowLongW(control(window, which), GWL_STYLE) & WS_VISIBLE) != 0;
 }
 
-void SettingsTest::press(HWND window, Control button) { click(window, design(button).id); }
+void SettingsTest::press(HWND window, Control button) { click(window, idOf(button)); }
 
 void SettingsTest::fill(HWND window, Control edit, const std::wstring& text) {
-  type(window, design(edit).id, text);
+  type(window, idOf(edit), text);
 }
 
 void SettingsTest::pick(HWND window, Control list, int position) {
-  choose(window, design(list).id, position);
+  choose(window, idOf(list), position);
 }
 
 void SettingsTest::pickCode(HWND window, Control list, std::int16_t code) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ui/settings/values/settings_controls.h"
+#include "ui/settings/view/control_ids.h"
 #include "ui/window_test.h"
 
 namespace tlpacscfg::test {

@@ -1,5 +1,5 @@
 #include "ui/settings/view/settings_test.h"
-#include "ui/show_form.h"
+#include "ui/show_form/show_form.h"
 #include "ui/win32/form.h"
 
 namespace tlpacscfg::test {
@@ -9,52 +9,6 @@ using enum Control;
 using system::Answer;
 using system::Buttons;
 using SettingsLeavingTest = SettingsTest;
-
-TEST_F(SettingsLeavingTest, ABlankNewConfigurationIsLeftWithoutAQuestion) {
-  makeSite();
-  edit([&](HWND window) {
-    press(window, btnNew);
-    pickRow(window, 2);
-    EXPECT_TRUE(enabled(window, btnDelete));
-    press(window, btnNew);
-    press(window, btnExit);
-    EXPECT_FALSE(isShown(kSettingsTitle));
-  });
-  EXPECT_TRUE(messages.empty());
-  EXPECT_EQ(count(), L"3");
-}
-
-TEST_F(SettingsLeavingTest, LeavingANewConfigurationIsAskedAboutAndAnsweredEveryWay) {
-  makeSite();
-  edit([&](HWND window) {
-    press(window, btnNew);
-    fill(window, txtDescription, L"Ten");
-    pickRowAndAnswer(window, 2, Answer::Cancel, -1);
-    expectQuestion(kNewQuestion, Buttons::YesNoCancel);
-    EXPECT_EQ(text(window, txtDescription), L"Ten");
-
-    messages.clear();
-    fill(window, txtDescription, L"five");
-    pickRowAndAnswer(window, 2, Answer::Yes, -1);
-    EXPECT_EQ(messages.size(), 2U);
-    EXPECT_EQ(count(), L"3");
-
-    messages.clear();
-    fill(window, txtDescription, L"Ten");
-    pickRowAndAnswer(window, 2, Answer::Yes, 2);
-    waitUntil([&] { return text(window, txtDescription) == L"Nine"; }, "the row is shown");
-    EXPECT_EQ(stored(10, L"description"), L"Ten");
-    EXPECT_EQ(list_view::selectedRow(rows(window)), 2);
-
-    messages.clear();
-    press(window, btnNew);
-    fill(window, txtDescription, L"Eleven");
-    answers = {Answer::No};
-    press(window, btnExit);
-    EXPECT_FALSE(isShown(kSettingsTitle));
-  });
-  EXPECT_EQ(count(), L"4");
-}
 
 TEST_F(SettingsLeavingTest, AnotherRowAsksAboutUnsavedEditsAndIsAnsweredEveryWay) {
   makeSite();
@@ -83,22 +37,6 @@ TEST_F(SettingsLeavingTest, AnotherRowAsksAboutUnsavedEditsAndIsAnsweredEveryWay
     EXPECT_EQ(stored(9, L"description"), L"Ninth");
     EXPECT_EQ(list_view::cell(rows(window), 2, 1), L"9 - Ninth");
   });
-}
-
-TEST_F(SettingsLeavingTest, ASaveByTheQuestionShowsInTheWorkstationList) {
-  makeSite();
-  initialise();
-  showWhile([&](HWND list) {
-    const HWND window = openSettings(list);
-    fill(window, txtDescription, L"Fifth");
-    pickRowAndAnswer(window, 2, Answer::Yes, 2);
-    const HWND workstations = controlOf(list, IDC_frmPACSList_lvwPACSList);
-    EXPECT_EQ(list_view::cell(workstations, 0, 2), L"5 - Fifth");
-    EXPECT_EQ(list_view::selectedRow(workstations), 0);
-    closeSettings(window);
-    click(list, IDC_frmPACSList_btnOk);
-  });
-  EXPECT_EQ(messages.size(), 1U);
 }
 
 TEST_F(SettingsLeavingTest, AClickOnTheShownRowOffersToDropItsEdits) {
@@ -134,45 +72,6 @@ TEST_F(SettingsLeavingTest, AClickBesideTheRowsKeepsTheSelectionAndAsksNothing) 
     EXPECT_EQ(list_view::cell(rows(window), 1, 1), L"5 - Changed");
   });
   EXPECT_TRUE(messages.empty());
-}
-
-TEST_F(SettingsLeavingTest, ExitAsksAndIsAnsweredEveryWay) {
-  makeSite();
-  edit([&](HWND window) {
-    fill(window, txtCloseDictation, L"c.xml");
-    answers = {Answer::Cancel};
-    press(window, btnExit);
-    expectQuestion(kSaveQuestion, Buttons::YesNoCancel);
-    EXPECT_TRUE(isShown(kSettingsTitle));
-
-    fill(window, txtDescription, L"");
-    answers = {Answer::Yes};
-    press(window, btnExit);
-    EXPECT_TRUE(isShown(kSettingsTitle));
-
-    fill(window, txtDescription, L"Five");
-    answers = {Answer::Yes};
-    press(window, btnExit);
-    EXPECT_FALSE(isShown(kSettingsTitle));
-  });
-  EXPECT_EQ(stored(5, L"string5"), L"c.xml");
-}
-
-TEST_F(SettingsLeavingTest, ExitAnsweredNoDropsTheEdits) {
-  makeSite();
-  initialise();
-  showWhile([&](HWND list) {
-    HWND window = openSettings(list);
-    fill(window, txtDescription, L"Changed");
-    answers = {Answer::No};
-    closeSettings(window);
-    EXPECT_FALSE(win32::IsFormLoaded(L"frmPACSSettings"));
-    window = openSettings(list);
-    EXPECT_EQ(text(window, txtDescription), L"Five");
-    closeSettings(window);
-    click(list, IDC_frmPACSList_btnOk);
-  });
-  EXPECT_EQ(stored(5, L"description"), L"Five");
 }
 
 TEST_F(SettingsLeavingTest, TheClosingBoxIsTheExitButton) {
@@ -226,28 +125,6 @@ TEST_F(SettingsLeavingTest, OpeningAnotherConfigurationAsksAboutUnsavedEdits) {
     closeSettings(window);
     click(list, IDC_frmPACSList_btnOk);
   });
-}
-
-TEST_F(SettingsLeavingTest, OpeningAConfigurationThatIsGoneKeepsTheOneOnTheScreen) {
-  makeSite();
-  addWorkstation(L"READ-02");
-  assign(L"READ-02", L"'7'");
-  initialise();
-  showWhile([&](HWND list) {
-    const HWND window = openSettings(list);
-    fill(window, txtDescription, L"Changed");
-    list_view::selectRow(controlOf(list, IDC_frmPACSList_lvwPACSList), 1);
-    answers = {Answer::No};
-    click(list, IDC_frmPACSList_cmdEditConfig);
-    EXPECT_EQ(text(window, txtDescription), L"Changed");
-    EXPECT_EQ(list_view::selectedRow(rows(window)), 1);
-    messages.clear();
-    answers = {Answer::Yes};
-    closeSettings(window);
-    expectQuestion(kSaveQuestion, Buttons::YesNoCancel);
-    click(list, IDC_frmPACSList_btnOk);
-  });
-  EXPECT_EQ(stored(5, L"description"), L"Changed");
 }
 
 TEST_F(SettingsLeavingTest, TheFocusGoesBackToTheListWindow) {
@@ -320,24 +197,6 @@ TEST_F(SettingsLeavingTest, AListThatStaysOpenAfterASaveShowsWhatAColleagueAssig
     click(list, IDC_frmPACSList_btnOk);
   });
   EXPECT_EQ(site.value(L"select key_value from System_workstation_cfg"), L"9");
-}
-
-TEST_F(SettingsLeavingTest, ACollectionThatAHostReplacesWhileAQuestionWaitsStaysAlive) {
-  makeSite();
-  initialise();
-  config_->m_colWorkstation->Item(1)->configID = 1;
-  site.run(L"update System_workstation_cfg set key_value = '9'");
-  const std::weak_ptr<colWorkstation> asked = config_->m_colWorkstation;
-  bool freed = true;
-  showWhile([&](HWND list) {
-    system::showMessage = [&](const system::Message&) {
-      config_->m_colWorkstation = std::make_shared<colWorkstation>();
-      freed = asked.expired();
-      return system::Answer::No;
-    };
-    click(list, IDC_frmPACSList_btnOk);
-  });
-  EXPECT_FALSE(freed);
 }
 
 TEST_F(SettingsLeavingTest, ShowFormCalledFromAQuestionOfTheEditorAnswersOne) {

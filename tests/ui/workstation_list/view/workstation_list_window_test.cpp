@@ -3,7 +3,7 @@
 
 #include "data/database.h"
 #include "ui/workstation_list/view/workstation_list_window.h"
-#include "ui/show_form.h"
+#include "ui/show_form/show_form.h"
 #include "ui/win32/form.h"
 #include "ui/win32/module.h"
 #include "ui/window_test.h"
@@ -82,52 +82,6 @@ TEST_F(ListWindowTest, HasFiveColumnsOfWhichTwoServeTheProgram) {
   });
 }
 
-TEST_F(ListWindowTest, TheRequestFileColumnTellsBrokersUndefinedFilesAndNone) {
-  addConfiguration(1, L"pacs_type = 4, request_filename = 'ignored'");
-  addConfiguration(2, L"pacs_type = 5");
-  addConfiguration(3, L"pacs_type = 1");
-  addConfiguration(4, L"pacs_type = 8, request_filename = 'r.xml'");
-  for (int i = 1; i <= 4; ++i) {
-    addWorkstation(L"PC-" + std::to_wstring(i));
-    assign(L"PC-" + std::to_wstring(i), L"'" + std::to_wstring(i) + L"'");
-  }
-  addWorkstation(L"PC-5");
-  initialise();
-  showWhile([&](HWND window) {
-    showAll(window);
-    EXPECT_EQ(list_view::column(list(window), 3),
-              (Texts{L"COM - Broker Interface", L"COM - Broker Interface", L"Not Defined", L"r.xml",
-                     L"N/A"}));
-    EXPECT_EQ(list_view::column(list(window), 4), (Texts{L"1", L"2", L"3", L"4", L"9999"}));
-    close(window);
-  });
-}
-
-TEST_F(ListWindowTest, AConfigurationThatIsGoneShowsNoneAndKeepsItsStaleIdentifier) {
-  addConfiguration(1);
-  addWorkstation(L"PC-1");
-  assign(L"PC-1", L"'7'");
-  initialise();
-  showWhile([&](HWND window) {
-    EXPECT_EQ(row(window, 0), (Texts{L"1", L"PC-1", L"None", L"N/A", L"7"}));
-    close(window);
-  });
-  EXPECT_EQ(site.value(L"select key_value from System_workstation_cfg"), L"7");
-}
-
-TEST_F(ListWindowTest, WithNoConfigurationsEveryRowShowsNoneAndNotAvailable) {
-  addWorkstation(L"PC-1");
-  addWorkstation(L"PC-2");
-  assign(L"PC-1", L"'1'");
-  initialise();
-  showWhile([&](HWND window) {
-    showAll(window);
-    EXPECT_EQ(list_view::column(list(window), 2), (Texts{L"None", L"None"}));
-    EXPECT_EQ(list_view::column(list(window), 3), (Texts{L"N/A", L"N/A"}));
-    close(window);
-  });
-}
-
 TEST_F(ListWindowTest, TwentyFourRowsLeaveTheConfigurationColumnAsDesigned) {
   addWorkstations(24);
   initialise();
@@ -148,19 +102,6 @@ TEST_F(ListWindowTest, TwentyFiveRowsNarrowTheConfigurationColumnForGood) {
     choose(window, IDC_frmPACSList_cboPCList, 0);
     EXPECT_EQ(list_view::rowCount(list(window)), 0);
     EXPECT_EQ(list_view::columnWidth(list(window), 2), win32::pixelsFromTwips(1950));
-    close(window);
-  });
-}
-
-TEST_F(ListWindowTest, EveryRefillSortsByNameAscendingWithoutRegardToCase) {
-  for (const wchar_t* name : {L"beta", L"ALPHA", L"Gamma", L"alpha-2"}) addWorkstation(name);
-  initialise();
-  showWhile([&](HWND window) {
-    for (int i = 0; i < 3; ++i) {
-      showAll(window);
-      EXPECT_EQ(list_view::column(list(window), 1),
-                (Texts{L"ALPHA", L"alpha-2", L"beta", L"Gamma"}));
-    }
     close(window);
   });
 }
@@ -187,19 +128,6 @@ TEST_F(ListWindowTest, HeaderClicksSortEitherWayAndConfigurationsByNumber) {
   });
 }
 
-TEST_F(ListWindowTest, AHeaderClickKeepsTheWorkstationSelected) {
-  for (const wchar_t* name : {L"PC-1", L"PC-2", L"PC-3"}) addWorkstation(name);
-  initialise();
-  showWhile([&](HWND window) {
-    showAll(window);
-    list_view::selectRow(list(window), 2);
-    list_view::clickHeader(list(window), 1);
-    EXPECT_EQ(list_view::selectedRow(list(window)), 0);
-    EXPECT_EQ(list_view::cell(list(window), 0, 1), L"PC-3");
-    close(window);
-  });
-}
-
 TEST_F(ListWindowTest, AfterAClickBesideTheRowsTheSelectedWorkstationIsStillTheOneToEdit) {
   for (const wchar_t* name : {L"PC-1", L"PC-2"}) addWorkstation(name);
   initialise();
@@ -214,26 +142,6 @@ TEST_F(ListWindowTest, AfterAClickBesideTheRowsTheSelectedWorkstationIsStillTheO
     const HWND dialog = windowNamed(L"Workstation Setting");
     EXPECT_EQ(textOf(controlOf(dialog, IDC_frmWorkstationSettings_lblWorkstation)), L"PC-2");
     SendMessageW(dialog, WM_CLOSE, 0, 0);
-    close(window);
-  });
-}
-
-TEST_F(ListWindowTest, SelectsTheLocalComputerAfterEachRefill) {
-  for (const wchar_t* name : {L"A-01", L"READ-01", L"Z-01"}) addWorkstation(name);
-  initialise();
-  showWhile([&](HWND window) {
-    showAll(window);
-    EXPECT_EQ(list_view::selectedRow(list(window)), 1);
-    close(window);
-  });
-}
-
-TEST_F(ListWindowTest, AComputerThatIsNotListedLeavesTheFirstRowSelected) {
-  for (const wchar_t* name : {L"A-01", L"read-01"}) addWorkstation(name);
-  initialise();
-  showWhile([&](HWND window) {
-    showAll(window);
-    EXPECT_EQ(list_view::selectedRow(list(window)), 0);
     close(window);
   });
 }
@@ -397,11 +305,6 @@ TEST_F(ListWindowTest, TheRunningNumberCannotBeOpened) {
     EXPECT_EQ(list_view::columnWidth(list(window), 0), 0);
     close(window);
   });
-}
-
-TEST(ReplaceNullTest, ANullBecomesNotAvailable) {
-  EXPECT_EQ(frmPACSList::ReplaceNull(std::nullopt), L"N/A");
-  EXPECT_EQ(frmPACSList::ReplaceNull(L"x"), L"x");
 }
 
 }  // namespace

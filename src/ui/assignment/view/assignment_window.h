@@ -1,25 +1,30 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "host/config.h"
 #include "support/handle_win.h"
+#include "ui/assignment/editor/assignment_editor.h"
 #include "ui/win32/combo_box.h"
 #include "ui/win32/form.h"
 #include "ui/win32/tooltips.h"
 
 namespace tlpacscfg {
 
-class frmPACSList;
-
 /// The dialog that assigns a configuration to one workstation. The assignment is written when the
 /// list window closes.
 class frmWorkstationSettings : public win32::Form {
  public:
-  /// The list window outlives the dialog.
-  frmWorkstationSettings(frmPACSList& list, std::shared_ptr<clsConfig> config);
+  struct Surroundings {
+    std::function<HWND()> owner;
+    std::function<void()> refreshWorkstationList;
+  };
+
+  /// The owner's window is asked for when the dialog is shown for the first time.
+  frmWorkstationSettings(std::shared_ptr<clsConfig> host, Surroundings surroundings);
   ~frmWorkstationSettings() override;
 
   /// One dialog serves all workstations: shown already, it turns to this one.
@@ -44,10 +49,8 @@ class frmWorkstationSettings : public win32::Form {
   void setPicture();
   void cmdOK();
 
-  frmPACSList& list_;
-  std::shared_ptr<clsConfig> config_;
-  std::wstring workstation_;
-  std::int16_t configID_ = 0;
+  Surroundings surroundings_;
+  AssignmentEditor editor_;
   win32::ComboBox configurations_;
   win32::Tooltips tooltips_;
   ImageList picture_;

@@ -95,60 +95,6 @@ TEST_F(AssignmentTest, TheChoiceShowsInTheListAndIsStoredWhenTheListCloses) {
   EXPECT_EQ(assigned(kComputer), L"5");
 }
 
-TEST_F(AssignmentTest, NoneTakesTheAssignmentAway) {
-  makeSite();
-  assignWhile([](HWND list) {
-    const HWND dialog = open(list);
-    choose(dialog, IDC_frmWorkstationSettings_cmbPACSConfig, 0);
-    ok(dialog);
-    EXPECT_EQ(list_view::cell(workstations(list), 0, 2), L"None");
-    EXPECT_EQ(list_view::cell(workstations(list), 0, 3), L"N/A");
-    EXPECT_EQ(list_view::cell(workstations(list), 0, 4), L"9999");
-  });
-  EXPECT_EQ(assigned(kComputer), L"0");
-}
-
-TEST_F(AssignmentTest, AWorkstationWithoutAConfigurationOpensWithNoneSelected) {
-  makeSite();
-  site.run(L"update System_workstation_cfg set key_value = '0'");
-  assignWhile([](HWND list) {
-    const HWND dialog = open(list);
-    EXPECT_EQ(chosen(dialog), 0);
-    EXPECT_EQ(textOf(combo(dialog)), L"<None>");
-    EXPECT_EQ(SendMessageW(combo(dialog), CB_GETITEMDATA, 0, 0), 0);
-  });
-}
-
-TEST_F(AssignmentTest, NoneSortsTheRowLastByConfiguration) {
-  makeSite();
-  addWorkstation(L"READ-02");
-  assign(L"READ-02", L"'9'");
-  assignWhile([](HWND list) {
-    const HWND dialog = open(list);
-    choose(dialog, IDC_frmWorkstationSettings_cmbPACSConfig, 0);
-    ok(dialog);
-    // The first click reverses the order by name.
-    list_view::clickHeader(workstations(list), 2);
-    list_view::clickHeader(workstations(list), 2);
-    EXPECT_EQ(list_view::column(workstations(list), 1), (Texts{L"READ-02", kComputer}));
-    EXPECT_EQ(list_view::column(workstations(list), 4), (Texts{L"9", L"9999"}));
-  });
-}
-
-TEST_F(AssignmentTest, NothingIsWrittenBeforeTheListCloses) {
-  makeSite();
-  assignWhile([this](HWND list) {
-    const HWND dialog = open(list);
-    choose(dialog, IDC_frmWorkstationSettings_cmbPACSConfig, 3);
-    ok(dialog);
-    EXPECT_EQ(list_view::cell(workstations(list), 0, 4), L"9");
-    // A program that is killed now loses the change.
-    EXPECT_EQ(assigned(kComputer), L"5");
-    EXPECT_EQ(site.value(L"select count(*) from System_offline_db_updates"), L"0");
-  });
-  EXPECT_EQ(assigned(kComputer), L"9");
-}
-
 TEST_F(AssignmentTest, AConfigurationThatIsGoneShowsNoEntryAndCannotBeConfirmed) {
   makeSite();
   site.run(L"update System_workstation_cfg set key_value = '7'");

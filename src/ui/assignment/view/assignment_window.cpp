@@ -1,27 +1,26 @@
-#include "ui/assignment/assignment_window.h"
+#include "ui/assignment/view/assignment_window.h"
 
 #include <commctrl.h>
 
 #include <utility>
 
-#include "support/runtime_error.h"
-#include "support/text.h"
-#include "ui/workstation_list/view/workstation_list_window.h"
 #include "ui/resource.h"
 #include "ui/win32/module.h"
 
 namespace tlpacscfg {
 
-frmWorkstationSettings::frmWorkstationSettings(frmPACSList& list, std::shared_ptr<clsConfig> config)
-    : Form(L"frmWorkstationSettings"), list_(list), config_(std::move(config)) {}
+frmWorkstationSettings::frmWorkstationSettings(std::shared_ptr<clsConfig> host,
+                                               Surroundings surroundings)
+    : Form(L"frmWorkstationSettings"),
+      surroundings_(std::move(surroundings)),
+      editor_(std::move(host)) {}
 
 frmWorkstationSettings::~frmWorkstationSettings() { destroy(); }
 
 void frmWorkstationSettings::showPACSWorkStation(const std::wstring& WorkStation,
                                                  std::int16_t configID) {
-  workstation_ = WorkStation;
-  configID_ = configID;
-  if (!isCreated()) load(IDD_frmWorkstationSettings, list_.window());
+  editor_.turnTo(WorkStation, configID);
+  if (!isCreated()) load(IDD_frmWorkstationSettings, surroundings_.owner());
   LoadList();
   ShowWindow(window(), SW_SHOW);
   win32::SetFormTopMost(window(), true);
@@ -55,19 +54,14 @@ void frmWorkstationSettings::setPicture() {
 }
 
 void frmWorkstationSettings::LoadList() {
-  if (!config_->m_colPACSConfig) raise(ErrorNumber::ObjectNotSet);
+  editor_.LoadList();
   configurations_.clear();
-  configurations_.add(L"<None>", 0);
-  int selected = configID_ == 0 ? 0 : -1;
-  for (const auto& configuration : config_->m_colPACSConfig->ColPACSConfigs->items()) {
-    const std::int16_t id = configuration->configID;
-    if (id <= 0) continue;
-    configurations_.add(decimal(id) + L" - " + configuration->Description, id);
-    if (id == configID_) selected = configurations_.count() - 1;
+  for (const ConfigurationChoice& choice : editor_.choices()) {
+    configurations_.add(choice.text, choice.configID);
   }
-  configurations_.selectPosition(selected);
+  configurations_.selectPosition(editor_.position());
   configurations_.fitDroppedWidth();
-  setText(IDC_frmWorkstationSettings_lblWorkstation, workstation_);
+  setText(IDC_frmWorkstationSettings_lblWorkstation, editor_.workstation());
 }
 
 void frmWorkstationSettings::onCommand(int controlId, int code) {
@@ -80,15 +74,8 @@ void frmWorkstationSettings::onCommand(int controlId, int code) {
 }
 
 void frmWorkstationSettings::cmdOK() {
-  const std::int16_t chosen = configurations_.selectedCode();
-  if (!config_->m_colWorkstation) raise(ErrorNumber::ObjectNotSet);
-  const colWorkstation& workstations = *config_->m_colWorkstation;
-  const auto record = workstations.Item(
-      workstations.GetItemNumber(text(IDC_frmWorkstationSettings_lblWorkstation)));
-  if (!record) raise(ErrorNumber::ObjectNotSet);
-  record->configID = chosen;
-  list_.FillPCList();
-  list_.SetItemFocus();
+  editor_.assign(configurations_.selectedCode());
+  surroundings_.refreshWorkstationList();
   askToClose();
 }
 

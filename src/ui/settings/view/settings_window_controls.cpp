@@ -1,4 +1,7 @@
+#include <utility>
+
 #include "ui/resource.h"
+#include "ui/settings/view/control_ids.h"
 #include "ui/settings/view/settings_window.h"
 #include "ui/win32/combo_box.h"
 
@@ -39,13 +42,13 @@ void setTabStop(HWND control, bool wanted) {
 
 HWND frmPACSSettings::control(Control control) const {
   const ControlDesign& wanted = design(control);
-  if (wanted.page == Page::Window) return item(wanted.id);
-  return pages_[static_cast<std::size_t>(wanted.page) - 1]->item(wanted.id);
+  if (wanted.page == Page::Window) return item(idOf(control));
+  return pages_[static_cast<std::size_t>(wanted.page) - 1]->item(idOf(control));
 }
 
 void frmPACSSettings::onInit() {
   for (const ControlDesign& each : controls()) {
-    if (each.page == Page::Window) setText(each.id, each.text);
+    if (each.page == Page::Window) setText(idOf(each.control), each.text);
   }
   shown_ = SettingsForm(editor_.form.xmlFiles);
   createPages();
@@ -105,7 +108,7 @@ void frmPACSSettings::fillLists() {
     list.fitDroppedWidth();
   }
   std::vector<std::wstring> fields;
-  for (const Option& field : dictationFields()) fields.emplace_back(field.text);
+  for (const Option& field : kDictationFields) fields.emplace_back(field.text);
   accessionFields().attach(control(Control::cmpAccessionFields), control(Control::cmbContextUpdate),
                            fields,
                            [this] { runCommand([this] { editor_.accessionTickClicked(); }); });

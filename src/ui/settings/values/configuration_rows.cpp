@@ -1,6 +1,7 @@
+#include "ui/settings/values/configuration_rows.h"
+
 #include "support/conversions.h"
 #include "support/text.h"
-#include "ui/settings/editor/settings_editor.h"
 
 namespace tlpacscfg {
 

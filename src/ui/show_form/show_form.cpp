@@ -1,4 +1,4 @@
-#include "ui/show_form.h"
+#include "ui/show_form/show_form.h"
 
 #include <windows.h>
 
@@ -11,7 +11,7 @@
 #include "support/system.h"
 #include "support/scope_exit.h"
 #include "support/text.h"
-#include "ui/workstation_list/view/workstation_list_window.h"
+#include "ui/show_form/windows.h"
 
 namespace tlpacscfg {
 namespace {
@@ -65,7 +65,8 @@ bool showList(const std::shared_ptr<clsConfig>& config) {
     waitUntilUnloaded(*g_loadedList);
     return true;
   }
-  frmPACSList list(config);
+  Windows windows(config);
+  frmPACSList& list = windows.list;
   const ScopeExit forget([before = std::exchange(g_loadedList, &list)] { g_loadedList = before; });
   list.Show();
   config->ConfigLoaded = true;

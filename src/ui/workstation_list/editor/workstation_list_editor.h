@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/config.h"
+#include "support/system.h"
+#include "ui/workstation_list/values/workstation_rows.h"
+#include "workstation/assignments.h"
+
+namespace tlpacscfg {
+
+/// What the workstation list does, without the window: its state between events and its commands.
+/// Before a command the window sets `filter` and `selectedRow`, after it shows `rows` and
+/// `selectedRow`.
+class WorkstationListEditor {
+ public:
+  using Progress = std::function<void(std::size_t done, std::size_t total)>;
+  /// Called when a save begins. It ends when what was returned is destroyed.
+  using StartProgress = std::function<Progress()>;
+
+  WorkstationListEditor(std::shared_ptr<clsConfig> host, StartProgress startProgress);
+
+  /// Fills and sorts the rows by name and selects the local computer's row, or the first. An error
+  /// is shown and logged; false then, and everything stays as it was.
+  bool FillPCList();
+  /// Selects the row of the workstation last chosen for editing.
+  void SetItemFocus();
+  /// Sorts by the column, the other way round than the last time. The workstation stays selected.
+  void headerClicked(std::size_t column);
+
+  /// The configuration of the selected workstation; 0 for none.
+  std::int16_t cmdEditConfig();
+
+  struct Assignment {
+    std::wstring workstation;
+    std::int16_t configID;
+  };
+  /// The selected workstation and its configuration.
+  std::optional<Assignment> cmdEditWorkstation();
+
+  /// Writes the assignments. False when the administrator stays to settle what somebody else has
+  /// assigned.
+  bool saveAssignments();
+  /// The same, but an error is shown, and true when the administrator then gives the assignments
+  /// up.
+  bool saveOrGiveUp();
+  /// Whether a row shows another configuration than its workstation has by now.
+  bool isOutOfDate() const;
+  /// With what somebody else assigned meanwhile; the selected workstation stays the same.
+  bool refill();
+
+  /// The window is gone.
+  void unload() { host_->ConfigLoaded = false; }
+
+  WorkstationRows rows;
+  WorkstationFilter filter = WorkstationFilter::Assigned;
+  std::optional<std::size_t> selectedRow;
+
+ private:
+  std::int16_t configIDOf(std::size_t row) const;
+  std::wstring selectedName() const;
+  std::vector<AssignmentConflict> saveShowingProgress(
+      const colWorkstation& workstations, const std::vector<AssignmentConflict>& overruled);
+  system::Answer askWhoseAssignments(const std::vector<AssignmentConflict>& conflicts) const;
+
+  std::shared_ptr<clsConfig> host_;
+  StartProgress startProgress_;
+  std::wstring chosenWorkstation_;
+};
+
+}  // namespace tlpacscfg
