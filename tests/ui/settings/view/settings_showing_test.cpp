@@ -106,32 +106,6 @@ TEST_F(SettingsShowingTest, OnlyTheDefaultConfigurationsDescriptionIsFixed) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(SettingsShowingTest, AConfigurationThatIsGoneLeavesTheDesignTexts) {
-  addSettled(1, L"Default");
-  addWorkstation(kComputer);
-  assign(kComputer, L"'7'");
-  edit([](HWND window) {
-    EXPECT_EQ(text(window, txtRequestFileName), L"c:\\pacs\\request.xml");
-    EXPECT_EQ(text(window, txtResponseFileName), L"c:\\pacs\\response.xml");
-    EXPECT_EQ(list_view::selectedRow(rows(window)), -1);
-  });
-  EXPECT_TRUE(messages.empty());
-}
-
-TEST_F(SettingsShowingTest, AListWithoutASelectedEntryCannotBeSaved) {
-  addSettled(1, L"Default", L"pacs_type = 6");
-  edit([this](HWND window) {
-    EXPECT_EQ(position(window, cmbVendorType), CB_ERR);
-    press(window, btnSave);
-    expectPlainBox(L"Run-time error '381':\r\nInvalid property array index");
-    messages.clear();
-    pick(window, cmbVendorType, 1);
-    press(window, btnSave);
-    EXPECT_TRUE(messages.empty());
-  });
-  EXPECT_EQ(stored(1, L"pacs_type"), L"1");
-}
-
 TEST_F(SettingsShowingTest, ATextWithALineBreakSurvivesTheEditOfAnotherField) {
   addSettled(1, L"Default");
   site.run(L"update Interface_PACS_cfg set response_filename = 'MSH' || char(13, 10) || 'PID'");
@@ -152,17 +126,6 @@ TEST_F(SettingsShowingTest, TextsOfEveryScriptAreShownAndStoredAsTheyAre) {
     EXPECT_EQ(list_view::cell(rows(window), 1, 1), L"5 - " + name);
   });
   EXPECT_EQ(stored(5, L"description"), name);
-}
-
-TEST_F(SettingsShowingTest, AStoredCustomFormatWithoutXmlFilesFallsBackWithItsMessage) {
-  addSettled(1, L"Default", L"pacs_type = 9, string1 = 'a.xml'");
-  edit([this](HWND window) {
-    expectPlainBox(
-        L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.  Vendor "
-        L"Format reset to '<None>'.");
-    EXPECT_EQ(position(window, cmbVendorType), 0);
-  });
-  EXPECT_EQ(stored(1, L"pacs_type"), L"9");
 }
 
 TEST_F(SettingsShowingTest, TheLargestSiteOpensAndTurnsToItsLastConfiguration) {

@@ -170,18 +170,6 @@ TEST_F(ListWindowTest, HasItsCaptionsAndStaysTopmost) {
   });
 }
 
-TEST_F(ListWindowTest, AFailedRefillIsReportedUnderItsOwnTitle) {
-  addConfiguration(32767);
-  addWorkstation(L"PC-1");
-  initialise();
-  showWhile([&](HWND window) { close(window); });
-  ASSERT_EQ(messages.size(), 1U);
-  EXPECT_EQ(messages[0].title, L"Corvane Search Configurations");
-  EXPECT_EQ(messages[0].text,
-            L"PACS interface configuration could not be loaded.  Please contact Brannock & "
-            L"Company for technical support.");
-}
-
 TEST_F(ListWindowTest, WithoutADatabaseNoWindowAppearsAndTheCodeIsOne) {
   logOn(7);
   EXPECT_EQ(ShowForm(config_), 1);
