@@ -1,14 +1,15 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
-#include "faults/journeys.h"
+#include "faults/scenarios.h"
 
 namespace tlpacscfg::test {
 
-/// A fault at each of the steps, and what it must lead to. In the texts {number} and {description}
-/// stand for the error's.
+/// A fault at the first, the middle and the last of the steps, and what it must lead to. In the
+/// texts {number} and {description} stand for the error's.
 struct Cell {
   Fault fault;
   int firstStep;
@@ -19,30 +20,19 @@ struct Cell {
   std::wstring memory;
 };
 
-/// A fault that a journey need not be put to.
-struct Exemption {
-  Fault fault;
-  const char* reason;
-};
-
-/// How many steps of each kind a journey has.
-struct Steps {
-  int lines = 0;  ///< Of the log.
-  int rowsRead = 0;
-  int rowsWritten = 0;
-  int commands = 0;
-};
-
-/// One journey: how it ends undisturbed, and what becomes of it with each fault.
+/// One scenario: what it does undisturbed, and what becomes of it with each fault.
 struct Chart {
   const char* name;
-  JourneyFactory journey;
+  ScenarioFactory scenario;
   std::wstring result;
   std::wstring memory;
-  Steps steps;
-  std::vector<Cell> cells;
-  std::vector<Exemption> exemptions = {};
+  int lines;                 ///< Of the log.
+  std::string calls;         ///< As OdbcCalls notes them.
+  std::wstring writes = {};  ///< As Scenario::writes tells them.
+  std::vector<Cell> cells = {};
 };
+
+inline void PrintTo(const Chart& chart, std::ostream* stream) { *stream << chart.name; }
 
 const std::vector<Chart>& matrix();
 

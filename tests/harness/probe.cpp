@@ -96,7 +96,8 @@ class ProbeConnection {
 
  private:
   static std::optional<std::wstring> cell(const ProbeHandle& handle, SQLUSMALLINT column) {
-    std::u16string text(150'000, u'\0');
+    // Made once: filling it takes longer than anything else here.
+    static std::u16string text(150'000, u'\0');
     SQLLEN length = 0;
     handle.verify(SQLGetData(handle.get(), column, SQL_C_WCHAR, text.data(),
                              static_cast<SQLLEN>(text.size() * sizeof(char16_t)), &length));
@@ -113,6 +114,16 @@ class ProbeConnection {
 
 }  // namespace
 
+std::wstring asText(const ProbeRows& rows) {
+  std::wstring text;
+  for (const ProbeRow& row : rows) {
+    for (const std::optional<std::wstring>& cell : row)
+      text += cell ? L"[" + *cell + L"]" : L"NULL";
+    text += L"\n";
+  }
+  return text;
+}
+
 void Probe::runAll(const std::vector<std::wstring>& statements) const {
   const ProbeConnection connection(connectString_);
   connection.autocommit(false);
@@ -124,6 +135,8 @@ void Probe::runAll(const std::vector<std::wstring>& statements) const {
 ProbeRows Probe::rows(const std::wstring& statement) const {
   return ProbeConnection(connectString_).execute(statement);
 }
+
+std::wstring Probe::text(const std::wstring& statement) const { return asText(rows(statement)); }
 
 std::optional<std::wstring> Probe::value(const std::wstring& statement) const {
   const ProbeRows found = rows(statement);

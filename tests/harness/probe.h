@@ -9,6 +9,12 @@ namespace tlpacscfg::test {
 using ProbeRow = std::vector<std::optional<std::wstring>>;
 using ProbeRows = std::vector<ProbeRow>;
 
+/// Changes nothing, but fails while another transaction holds the rows of a site.
+inline constexpr const wchar_t* kHarmlessChange =
+    L"UPDATE System_pc_names SET access_string = access_string";
+
+std::wstring asText(const ProbeRows& rows);
+
 /// A look into a database that shares no code with the component's data layer: every call opens
 /// its own connection and closes it again. Throws std::runtime_error.
 class Probe {
@@ -22,6 +28,8 @@ class Probe {
   ProbeRows rows(const std::wstring& statement) const;
   /// The first cell of the first row.
   std::optional<std::wstring> value(const std::wstring& statement) const;
+  /// All rows, a line each; NULL differs from the empty text.
+  std::wstring text(const std::wstring& statement) const;
 
  private:
   std::wstring connectString_;

@@ -1,11 +1,10 @@
 #include <gmock/gmock.h>
 
-#include <iostream>
 #include <numeric>
 
 #include "data/database.h"
 #include "data/mod_main.h"
-#include "faults/commands/command_site.h"
+#include "faults/commands/command_chart.h"
 #include "support/text.h"
 #include "wire/wire_test.h"
 
@@ -13,7 +12,7 @@
 namespace tlpacscfg::test {
 namespace {
 
-enum class Fault {
+enum class WireFault {
   HangUpBefore,
   HangUpAfter,
   HangUpInside,  ///< After the answer to the first statement.
@@ -21,17 +20,17 @@ enum class Fault {
   RefusedAndUndone,  ///< The server takes the transaction back by itself.
 };
 
-const char* nameOf(Fault fault) {
+const char* nameOf(WireFault fault) {
   switch (fault) {
-    case Fault::HangUpBefore:
+    case WireFault::HangUpBefore:
       return "hang-up before it";
-    case Fault::HangUpAfter:
+    case WireFault::HangUpAfter:
       return "hang-up after it";
-    case Fault::HangUpInside:
+    case WireFault::HangUpInside:
       return "hang-up inside";
-    case Fault::Refused:
+    case WireFault::Refused:
       return "refused";
-    case Fault::RefusedAndUndone:
+    case WireFault::RefusedAndUndone:
       return "refused and undone";
   }
   return "?";
@@ -66,41 +65,32 @@ std::vector<int> requestsAt(Command command) {
   return requests;
 }
 
-/// One letter for the fault at each of them. A hang-up before a question whether the connection
+/// A hang-up before a question whether the connection
 /// answers is not noticed, and neither is anything after the commit, or at the end of a deletion's
 /// first step, which wrote nothing: the next question opens a connection anew. A server that
 /// refuses the isolation is not written to, as what was read would not stay as it was.
-struct FaultRow {
-  Command command;
-  Fault fault;
-  std::string endings;
+const ChartRow<WireFault> kFaultRows[] = {
+    {Command::SaveNew, WireFault::HangUpBefore, "DUUUUUUUUDD"},
+    {Command::SaveNew, WireFault::HangUpAfter, "DUUUUUUUCDD"},
+    {Command::SaveNew, WireFault::HangUpInside, "UUUUUUUUDDD"},
+    {Command::SaveNew, WireFault::Refused, "DUUUUUUUUDD"},
+    {Command::SaveNew, WireFault::RefusedAndUndone, "DUUUUUUUUDD"},
+    {Command::SaveChanged, WireFault::HangUpBefore, "DUUUUUUUDD"},
+    {Command::SaveChanged, WireFault::HangUpAfter, "DUUUUUUCDD"},
+    {Command::SaveChanged, WireFault::HangUpInside, "UUUUUUUDDD"},
+    {Command::SaveChanged, WireFault::Refused, "DUUUUUUUDD"},
+    {Command::SaveChanged, WireFault::RefusedAndUndone, "DUUUUUUUDD"},
+    {Command::Delete, WireFault::HangUpBefore, "DUUUDDDDUUUUUUUUDD"},
+    {Command::Delete, WireFault::HangUpAfter, "DUUUDDDDUUUUUUUCDD"},
+    {Command::Delete, WireFault::HangUpInside, "UUUDDDDUUUUUUUUDDD"},
+    {Command::Delete, WireFault::Refused, "DUUUDDDDUUUUUUUUDD"},
+    {Command::Delete, WireFault::RefusedAndUndone, "DUUUDDDDUUUUUUUUDD"},
+    {Command::Assign, WireFault::HangUpBefore, "DUUUUUUUUD"},
+    {Command::Assign, WireFault::HangUpAfter, "DUUUUUUUCD"},
+    {Command::Assign, WireFault::HangUpInside, "UUUUUUUUDD"},
+    {Command::Assign, WireFault::Refused, "DUUUUUUUUD"},
+    {Command::Assign, WireFault::RefusedAndUndone, "DUUUUUUUUD"},
 };
-const FaultRow kFaultRows[] = {
-    {Command::SaveNew, Fault::HangUpBefore, "DUUUUUUUUDD"},
-    {Command::SaveNew, Fault::HangUpAfter, "DUUUUUUUCDD"},
-    {Command::SaveNew, Fault::HangUpInside, "UUUUUUUUDDD"},
-    {Command::SaveNew, Fault::Refused, "DUUUUUUUUDD"},
-    {Command::SaveNew, Fault::RefusedAndUndone, "DUUUUUUUUDD"},
-    {Command::SaveChanged, Fault::HangUpBefore, "DUUUUUUUDD"},
-    {Command::SaveChanged, Fault::HangUpAfter, "DUUUUUUCDD"},
-    {Command::SaveChanged, Fault::HangUpInside, "UUUUUUUDDD"},
-    {Command::SaveChanged, Fault::Refused, "DUUUUUUUDD"},
-    {Command::SaveChanged, Fault::RefusedAndUndone, "DUUUUUUUDD"},
-    {Command::Delete, Fault::HangUpBefore, "DUUUDDDDUUUUUUUUDD"},
-    {Command::Delete, Fault::HangUpAfter, "DUUUDDDDUUUUUUUCDD"},
-    {Command::Delete, Fault::HangUpInside, "UUUDDDDUUUUUUUUDDD"},
-    {Command::Delete, Fault::Refused, "DUUUDDDDUUUUUUUUDD"},
-    {Command::Delete, Fault::RefusedAndUndone, "DUUUDDDDUUUUUUUUDD"},
-    {Command::Assign, Fault::HangUpBefore, "DUUUUUUUUD"},
-    {Command::Assign, Fault::HangUpAfter, "DUUUUUUUCD"},
-    {Command::Assign, Fault::HangUpInside, "UUUUUUUUDD"},
-    {Command::Assign, Fault::Refused, "DUUUUUUUUD"},
-    {Command::Assign, Fault::RefusedAndUndone, "DUUUUUUUUD"},
-};
-
-void PrintTo(const FaultRow& row, std::ostream* stream) {
-  *stream << nameOf(row.command) << ", " << nameOf(row.fault);
-}
 
 /// The number of a time-out or a connection that is lost, or that of any other failure.
 bool isOfDatabase(const std::wstring& error) {
@@ -125,7 +115,9 @@ class WireCommandTest : public WireTest {
     viewBefore = administrator->view();
   }
 
-  Stored stored() const { return storedIn(siteRows(storedQuestion())); }
+  Stored stored() const {
+    return storedIn([this](const std::wstring& sql) { return siteRows(sql); });
+  }
 
   void give() { error = administrator->give(); }
 
@@ -151,7 +143,7 @@ class WireCommandTest : public WireTest {
   }
 
   /// The same command again stores what was meant, once, and asks nothing.
-  void expectGoesWellNow(Command command, char letter, const std::wstring& done) {
+  void expectSucceedsNow(Command command, char letter, const std::wstring& done) {
     EXPECT_TRUE(administrator->takeQuestions().empty());
     give();
     EXPECT_EQ(toUtf8(error), "");
@@ -179,94 +171,64 @@ class WireCommandTest : public WireTest {
 };
 
 class WireCommandFaultTest : public WireCommandTest,
-                             public ::testing::WithParamInterface<FaultRow> {
+                             public ::testing::WithParamInterface<ChartRow<WireFault>> {
  protected:
-  void inflict(Fault fault, int request) const {
+  void inflict(WireFault fault, int request) const {
     const At at = At::request(request);
     switch (fault) {
-      case Fault::HangUpBefore:
+      case WireFault::HangUpBefore:
         return hangUpBefore(at);
-      case Fault::HangUpAfter:
+      case WireFault::HangUpAfter:
         return hangUpAfter(at);
-      case Fault::HangUpInside:
+      case WireFault::HangUpInside:
         return hangUpInside(at, Statements{1});
-      case Fault::Refused:
+      case WireFault::Refused:
         return failAt(at, 9002, L"The transaction log is full.");
-      case Fault::RefusedAndUndone:
+      case WireFault::RefusedAndUndone:
         return failAt(at, 1205, L"Transaction was deadlocked.", AfterFailure::UndoesTransaction);
     }
   }
 };
 
-TEST_P(WireCommandFaultTest, TheSiteIsOldOrNewAndTheSameCommandGoesWellAfterwards) {
+TEST_P(WireCommandFaultTest, TheSiteIsOldOrNewAndTheSameCommandSucceedsAfterwards) {
   const auto& [command, fault, endings] = GetParam();
   const std::wstring done = undisturbed(command);
-  std::string found;
-  for (const int request : requestsAt(command)) {
-    SCOPED_TRACE("request " + std::to_string(request));
+  expectEndings(GetParam(), requestsAt(command), [&, command = command, fault = fault](int at) {
     begin(command);
-    inflict(fault, request);
+    inflict(fault, at);
     give();
     EXPECT_EQ(faultsLeft(), 0);
-    found += letter(done);
-    if (found.back() != kDone) expectGoesWellNow(command, found.back(), done);
-  }
-  EXPECT_EQ(found, endings);
-  std::cout << found.size() << " cells\n";
+    const char ending = letter(done);
+    if (ending != kDone) expectSucceedsNow(command, ending, done);
+    return ending;
+  });
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, WireCommandFaultTest, ::testing::ValuesIn(kFaultRows),
-                         [](const auto& row) {
-                           return inOneWord(std::string(nameOf(row.param.command)) + ", " +
-                                            nameOf(row.param.fault));
-                         });
+TL_FOR_EACH(WireCommandFaultTest, kFaultRows);
 
-/// One letter for each request at which the second administrator is at work.
-struct RivalRow {
-  const Rival& rival;
-  std::string endings;
-};
-std::vector<RivalRow> rivalRows() {
-  // Until the command has looked he is asked about, or another number is taken; then he waits.
-  const char* const endings[] = {"BBBBBFFFFFF",        "AAAABBBBBB",         "AAAABBBBBB",
-                                 "AAAAAAAAAAAFFFFFFF", "AAAAAAAAAAABBBBBBB", "AAABBBBBBB",
-                                 "BBBBBBBBBB",         "BBBBBBBBBB"};
-  std::vector<RivalRow> rows;
-  for (const Rival& rival : rivals()) rows.push_back({rival, endings[rows.size()]});
-  return rows;
-}
-
-void PrintTo(const RivalRow& row, std::ostream* stream) {
-  *stream << nameOf(row.rival.command) << ", " << row.rival.name;
-}
-
-class WireRivalTest : public WireCommandTest, public ::testing::WithParamInterface<RivalRow> {};
+class WireRivalTest : public WireCommandTest,
+                      public ::testing::WithParamInterface<ChartRow<Rival>> {};
 
 TEST_P(WireRivalTest, HisChangeIsAskedAboutOrComesAfterwardsAndIsNeverLost) {
-  const auto& [rival, endings] = GetParam();
+  const auto& [command, rival, endings] = GetParam();
   std::wstring script;
   for (const std::wstring& statement : statementsOf(rival)) script += statement + L";";
-  std::string found;
-  for (const int request : requestsAt(rival.command)) {
-    SCOPED_TRACE("request " + std::to_string(request));
-    begin(rival.command);
-    changeSiteAt(At::request(request), script);
+  expectEndings(GetParam(), requestsAt(command), [&, command = command, &rival = rival](int at) {
+    begin(command);
+    changeSiteAt(At::request(at), script);
     give();
     EXPECT_EQ(faultsLeft(), 0);
     const bool asked = !administrator->takeQuestions().empty();
-    found += letterOf(rival, {error, asked, siteRows(meetingQuestion(rival)).at(0)});
     EXPECT_TRUE(!asked || administrator->view() == viewBefore);
     expectNothingOpen();
-  }
-  EXPECT_EQ(found, endings);
-  std::cout << found.size() << " cells\n";
+    return letterOf(rival, {error, asked, siteRows(meetingQuestion(rival)).at(0)});
+  });
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, WireRivalTest, ::testing::ValuesIn(rivalRows()),
-                         [](const auto& row) {
-                           return inOneWord(std::string(nameOf(row.param.rival.command)) + ", " +
-                                            row.param.rival.name);
-                         });
+/// Until the command has looked he is asked about, or another number is taken; then he waits.
+TL_FOR_EACH(WireRivalTest,
+            rivalRows({"BBBBBFFFFFF", "AAAABBBBBB", "AAAABBBBBB", "AAAAAAAAAAAFFFFFFF",
+                       "AAAAAAAAAAABBBBBBB", "AAABBBBBBB", "BBBBBBBBBB", "BBBBBBBBBB"}));
 
 class EachWireCommandTest : public WireCommandTest, public ::testing::WithParamInterface<Command> {
  protected:
@@ -298,7 +260,7 @@ TEST_P(EachWireCommandTest, ARollbackThatIsRefusedTooLeavesTheSiteAsItWas) {
     EXPECT_EQ(administrator->host->path.connection->isLost(), refusedRollbacks == 2);
     const char ending = letter(done);
     EXPECT_EQ(ending, kUndone);
-    expectGoesWellNow(command, ending, done);
+    expectSucceedsNow(command, ending, done);
   }
   std::cout << "2 cells\n";
 }
@@ -327,12 +289,11 @@ TEST_P(EachWireCommandTest, AServerThatIsStoppedIsAnErrorUntilItIsStarted) {
     EXPECT_EQ(toUtf8(administrator->view()), toUtf8(viewBefore));
   }
   startServer();
-  expectGoesWellNow(command, kUndone, done);
+  expectSucceedsNow(command, kUndone, done);
   std::cout << "2 cells\n";
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, EachWireCommandTest, ::testing::ValuesIn(kCommands),
-                         [](const auto& row) { return inOneWord(nameOf(row.param)); });
+TL_FOR_EACH(EachWireCommandTest, kCommands);
 
 enum class Executes { Yes, No };
 
@@ -363,7 +324,7 @@ TEST_P(WireStallTest, AServerThatFallsSilentEndsTheCommandAfterItsTime) {
   EXPECT_EQ(faultsLeft(), 0);
   const char found = letter(done);
   EXPECT_EQ(found, ending);
-  if (found != kDone) expectGoesWellNow(command, found, done);
+  if (found != kDone) expectSucceedsNow(command, found, done);
   std::cout << "1 cell\n";
 }
 

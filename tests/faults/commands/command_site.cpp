@@ -4,7 +4,6 @@
 
 #include <cctype>
 
-#include "config/columns.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {
@@ -124,23 +123,16 @@ char letterOf(const Rival& rival, const Meeting& meeting) {
   return kBoth;
 }
 
-std::wstring storedQuestion() {
-  std::wstring row;
-  for (const Column& column : columns()) {
-    row += (row.empty() ? L"quote(" : L" || ',' || quote(") + std::wstring(column.name) + L")";
-  }
-  return L"SELECT (SELECT group_concat(" + row +
-         L", ';') FROM (SELECT * FROM Interface_PACS_cfg ORDER BY config_id)), (SELECT "
-         L"group_concat(pc_name || '=' || key_value, ' ') FROM (SELECT * FROM "
-         L"System_workstation_cfg ORDER BY pc_name)), (SELECT group_concat(pc_name || '=' || "
-         L"flag2, ' ') FROM (SELECT * FROM System_pc_names ORDER BY pc_name)), (SELECT count(*) "
-         L"FROM System_offline_db_updates WHERE user_id = -1)";
-}
-
-Stored storedIn(const ProbeRows& answer) {
+Stored storedIn(const std::function<ProbeRows(const std::wstring&)>& read) {
   Stored stored;
-  for (std::size_t i = 0; i < 3; ++i) stored.rows += answer.at(0)[i].value_or(L"NULL") + L"\n";
-  stored.marks = std::stoi(*answer[0][3]);
+  for (const wchar_t* const table :
+       {L"Interface_PACS_cfg ORDER BY config_id", L"System_workstation_cfg ORDER BY pc_name",
+        L"System_pc_names ORDER BY pc_name"}) {
+    stored.rows += asText(read(L"SELECT * FROM " + std::wstring(table)));
+  }
+  const ProbeRows marks =
+      read(L"SELECT count(*) FROM System_offline_db_updates WHERE user_id = -1");
+  stored.marks = std::stoi(*marks.at(0).at(0));
   return stored;
 }
 
@@ -156,7 +148,7 @@ char letterOf(const Ending& ending, const std::wstring& done) {
   }
   EXPECT_EQ(toUtf8(ending.now.rows), toUtf8(ending.before.rows)) << "Neither old nor new.";
   EXPECT_EQ(newMarks, 0);
-  EXPECT_TRUE(failed) << "Nothing was stored, and nobody was told.";
+  EXPECT_TRUE(failed) << "Nothing was stored, and no error was shown.";
   EXPECT_EQ(toUtf8(ending.viewNow), toUtf8(ending.viewBefore)) << "The edits are lost.";
   const bool old = ending.now.rows == ending.before.rows && newMarks == 0 && failed;
   return old && ending.viewNow == ending.viewBefore ? kUndone : kWrong;

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "faults/commands/administrator.h"
 #include "harness/probe.h"
 
-/// The site on which the windows' commands are given, in words that SQLite understands and the
-/// stand-in for SQL Server too.
+/// The site on which the windows' commands run, in SQL that both SQLite and the stand-in for SQL
+/// Server understand.
 namespace tlpacscfg::test {
 
 inline constexpr int kWorkstations = 250;
@@ -17,17 +18,18 @@ inline constexpr int kWorkstations = 250;
 std::vector<std::wstring> contentFor(Command command);
 /// Makes the tables empty again.
 std::vector<std::wstring> clearing();
-/// Whether the command's change is there, once: its first cell is 1.
+/// A query whose first cell is 1 when the command's change is there, once.
 std::wstring oursQuestion(Command command);
 
-/// What a second administrator does where the command does it too, or beside it.
+/// A second administrator's change that conflicts with the command's, or does not.
 struct Rival {
   const char* name;
   Command command;
   std::wstring change;
-  /// Whether his change is there: a question whose first cell is 1.
+  /// A query whose first cell is 1 when his change is there.
   std::wstring check;
 };
+inline const char* nameOf(const Rival& rival) { return rival.name; }
 const std::vector<Rival>& rivals();
 /// His change, and a note of how many rows it found.
 std::vector<std::wstring> statementsOf(const Rival& rival);
@@ -54,14 +56,10 @@ struct Stored {
   std::wstring rows;
   int marks = 0;
 };
-std::wstring storedQuestion();
-Stored storedIn(const ProbeRows& answer);
+/// `read` runs a query at the site.
+Stored storedIn(const std::function<ProbeRows(const std::wstring&)>& read);
 
-/// Changes nothing, but must wait for whoever holds rows.
-inline constexpr const wchar_t* kHarmlessChange =
-    L"UPDATE System_pc_names SET access_string = access_string";
-
-/// How a command that met a fault ends: a letter in the charts.
+/// How a command with a fault ends: a letter in the charts.
 struct Ending {
   std::wstring error;  ///< Empty for none.
   Stored before;
@@ -74,7 +72,7 @@ inline constexpr char kDone = 'D';         ///< No error; everything is stored, 
 inline constexpr char kUndone = 'U';       ///< An error, and everything is as it was.
 inline constexpr char kUnconfirmed = 'C';  ///< An error that says so; everything is stored.
 
-/// For test names: letters and digits alone.
+/// A name for a test: only letters and digits.
 std::string inOneWord(const std::string& text);
 
 /// The letter; whatever is none of these fails the test. `done` is what an undisturbed run leaves.

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "data/database.h"
+#include "faults/commands/command_chart.h"
 #include "faults/commands/sqlite_command_test.h"
 #include "support/text.h"
 
@@ -38,7 +39,7 @@ TEST_P(KilledTest, TheSiteIsOldBeforeTheEndOfTheCommitAndNewAfterwards) {
   const std::wstring done = undisturbed(GetParam());
   const std::vector<int> calls = callsOf(GetParam());
   int cells = 0;
-  // Between two calls the database hears nothing: before the next one is as after this one.
+  // Nothing reaches the database between two calls: before one is the same as after the last.
   for (const int call : calls) {
     SCOPED_TRACE("call " + std::to_string(call));
     ASSERT_TRUE(isKilledAt(call, OdbcMoment::Before));
@@ -62,8 +63,7 @@ TEST_P(KilledTest, TheSiteIsOldBeforeTheEndOfTheCommitAndNewAfterwards) {
   std::cout << cells << " cells\n";
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, KilledTest, ::testing::ValuesIn(kCommands),
-                         [](const auto& row) { return inOneWord(nameOf(row.param)); });
+TL_FOR_EACH(KilledTest, kCommands);
 
 }  // namespace
 }  // namespace tlpacscfg::test

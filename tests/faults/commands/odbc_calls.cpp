@@ -1,6 +1,8 @@
 #include "faults/commands/odbc_calls.h"
 
+#include <cctype>
 #include <utility>
+#include <vector>
 
 #include "odbc/handle.h"
 #include "odbc/platform.h"
@@ -8,38 +10,53 @@
 namespace tlpacscfg::test {
 namespace {
 
-OdbcCalls::Listener listening;
-int calls = 0;
-bool busy = false;
+OdbcCalls::Listener listener;
+std::vector<std::string> verbs;
+bool active = false;
 bool refusing = false;
 
-void tell(OdbcMoment moment) {
-  busy = true;
-  listening(calls, moment);
-  busy = false;
+void notify(OdbcMoment moment) {
+  if (!listener) return;
+  active = false;
+  listener(static_cast<int>(verbs.size()), moment);
+  active = true;
 }
 
-/// `refused` fails in the database's own words.
+/// `refused` fails as the database would.
 template <class Call, class Refused>
-SQLRETURN heard(Call call, Refused refused) {
-  if (!listening || busy) return call();
-  ++calls;
-  tell(OdbcMoment::Before);
+SQLRETURN observed(const std::string& verb, Call call, Refused refused) {
+  if (!active) return call();
+  verbs.push_back(verb);
+  notify(OdbcMoment::Before);
   const SQLRETURN code = std::exchange(refusing, false) ? refused() : call();
-  tell(OdbcMoment::After);
+  notify(OdbcMoment::After);
   return code;
+}
+
+std::string firstWord(const SQLWCHAR* text) {
+  std::string word;
+  for (; *text >= 'A' && *text <= 'z'; ++text) word += static_cast<char>(std::toupper(*text));
+  return word;
 }
 
 }  // namespace
 
-OdbcCalls::OdbcCalls(Listener listener) {
-  calls = 0;
-  listening = std::move(listener);
+OdbcCalls::OdbcCalls(Listener newListener) {
+  test::verbs.clear();
+  listener = std::move(newListener);
+  active = true;
 }
 
-OdbcCalls::~OdbcCalls() { listening = nullptr; }
+OdbcCalls::~OdbcCalls() {
+  active = false;
+  listener = nullptr;
+}
 
-int OdbcCalls::count() const { return calls; }
+std::string OdbcCalls::verbs() const {
+  std::string text;
+  for (const std::string& verb : tlpacscfg::test::verbs) text += (text.empty() ? "" : " ") + verb;
+  return text;
+}
 
 void OdbcCalls::refuseThisCall() { refusing = true; }
 
@@ -52,16 +69,19 @@ SQLRETURN SQL_API __real_SQLEndTran(SQLSMALLINT type, SQLHANDLE handle, SQLSMALL
 
 SQLRETURN SQL_API __wrap_SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) {
   using namespace tlpacscfg;
-  return test::heard([&] { return __real_SQLExecDirectW(statement, text, length); },
-                     [&] {
-                       std::u16string nothing = odbc::toOdbc(L"SELECT refused");
-                       return __real_SQLExecDirectW(statement, odbc::odbcText(nothing), SQL_NTS);
-                     });
+  return test::observed(
+      test::firstWord(text), [&] { return __real_SQLExecDirectW(statement, text, length); },
+      [&] {
+        std::u16string refused = odbc::toOdbc(L"SELECT refused");
+        return __real_SQLExecDirectW(statement, odbc::odbcText(refused), SQL_NTS);
+      });
 }
 
 SQLRETURN SQL_API __wrap_SQLEndTran(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT how) {
-  return tlpacscfg::test::heard([&] { return __real_SQLEndTran(type, handle, how); },
-                                [] { return static_cast<SQLRETURN>(SQL_ERROR); });
+  return tlpacscfg::test::observed(
+      how == SQL_COMMIT ? "commit" : "rollback",
+      [&] { return __real_SQLEndTran(type, handle, how); },
+      [] { return static_cast<SQLRETURN>(SQL_ERROR); });
 }
 
 }  // extern "C"

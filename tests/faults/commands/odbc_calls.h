@@ -4,24 +4,26 @@
 #include <string>
 
 /// The component's calls that reach a database: the statements it runs, and the ends of its
-/// transactions. The program is linked so that they come by here.
+/// transactions. The program is linked so that they pass through here.
 namespace tlpacscfg::test {
 
 enum class OdbcMoment { Before, After };
 
-/// Counts from now on, and calls `listener` before and after each call; it does not hear of those
-/// that it makes itself. Until its end.
+/// While it lives, notes the calls and runs `listener` before and after each; the calls that the
+/// listener makes do not count.
 class OdbcCalls {
  public:
   using Listener = std::function<void(int call, OdbcMoment moment)>;
-  explicit OdbcCalls(Listener listener);
+  explicit OdbcCalls(Listener listener = nullptr);
   ~OdbcCalls();
   OdbcCalls(const OdbcCalls&) = delete;
   OdbcCalls& operator=(const OdbcCalls&) = delete;
 
-  int count() const;
+  /// The calls in their order, like "SELECT UPDATE commit": a statement's first word in capitals,
+  /// or how a transaction ended.
+  std::string verbs() const;
 
-  /// For a listener before a call: it fails, and the database does not hear of it.
+  /// For a listener before a call: the call fails, and does not reach the database.
   static void refuseThisCall();
 };
 

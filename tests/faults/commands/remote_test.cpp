@@ -1,8 +1,9 @@
 #include <algorithm>
-#include <iostream>
+#include <numeric>
 
 #include "data/database.h"
 #include "data/mod_main.h"
+#include "faults/commands/command_chart.h"
 #include "faults/commands/sqlite_command_test.h"
 #include "harness/fake_client.h"
 #include "support/text.h"
@@ -12,22 +13,22 @@
 namespace tlpacscfg::test {
 namespace {
 
-enum class Fault {
+enum class CallFault {
   Refused,     ///< The method answers that it failed, and CheckForError why.
   Throws,      ///< The call does nothing.
   AnswerLost,  ///< The call does what it is told, and fails.
   Vanished,    ///< This and every later call fails.
 };
 
-const char* nameOf(Fault fault) {
+const char* nameOf(CallFault fault) {
   switch (fault) {
-    case Fault::Refused:
+    case CallFault::Refused:
       return "refused";
-    case Fault::Throws:
+    case CallFault::Throws:
       return "throws";
-    case Fault::AnswerLost:
+    case CallFault::AnswerLost:
       return "answer lost";
-    case Fault::Vanished:
+    case CallFault::Vanished:
       return "vanished";
   }
   return "?";
@@ -37,39 +38,26 @@ constexpr char kUnmarked = 'M';  ///< No error; everything is stored, but for th
 constexpr char kStored = 'S';    ///< An error, though everything is stored; the edits are kept.
 constexpr char kPart = 'P';      ///< An error; some batches are stored; the edits are kept.
 
-/// One letter for the fault at each call: a question is four of them, a statement is one. What was
-/// executed and cannot be read back counts as done, but for assignments, which are sent again; a
-/// mark that fails is only logged.
-struct FaultRow {
-  Command command;
-  Fault fault;
-  std::string endings;
+/// A call that throws ends as one that is refused. A query is four calls, a statement is one. What
+/// was executed and cannot be read back counts as done, but for assignments, which are sent again;
+/// a mark that fails is only logged.
+const ChartRow<CallFault> kFaultRows[] = {
+    {Command::SaveNew, CallFault::Refused, "UUUUUUUUUDDDDM"},
+    {Command::SaveNew, CallFault::Throws, "UUUUUUUUUDDDDM"},
+    {Command::SaveNew, CallFault::AnswerLost, "UUUUUUUUSDDDDD"},
+    {Command::SaveNew, CallFault::Vanished, "UUUUUUUUUMMMMM"},
+    {Command::SaveChanged, CallFault::Refused, "UUUUUDDDDM"},
+    {Command::SaveChanged, CallFault::AnswerLost, "UUUUSDDDDD"},
+    {Command::Delete, CallFault::Refused, "UUUUUUUUUUUUUDDDDM"},
+    {Command::Delete, CallFault::AnswerLost, "UUUUUUUUUUUUSDDDDD"},
+    {Command::Delete, CallFault::Vanished, "UUUUUUUUUUUUUMMMMM"},
+    {Command::Assign, CallFault::Refused, "UUUUUPPSSSSM"},
+    {Command::Assign, CallFault::AnswerLost, "UUUUPPSSSSSD"},
+    {Command::Assign, CallFault::Vanished, "UUUUUPPSSSSM"},
 };
 
-void PrintTo(const FaultRow& row, std::ostream* stream) {
-  *stream << nameOf(row.command) << ", " << nameOf(row.fault);
-}
-
-const FaultRow kFaultRows[] = {
-    {Command::SaveNew, Fault::Refused, "UUUUUUUUUDDDDM"},
-    {Command::SaveNew, Fault::Throws, "UUUUUUUUUDDDDM"},
-    {Command::SaveNew, Fault::AnswerLost, "UUUUUUUUSDDDDD"},
-    {Command::SaveNew, Fault::Vanished, "UUUUUUUUUMMMMM"},
-    {Command::SaveChanged, Fault::Refused, "UUUUUDDDDM"},
-    {Command::SaveChanged, Fault::Throws, "UUUUUDDDDM"},
-    {Command::SaveChanged, Fault::AnswerLost, "UUUUSDDDDD"},
-    {Command::SaveChanged, Fault::Vanished, "UUUUUMMMMM"},
-    {Command::Delete, Fault::Refused, "UUUUUUUUUUUUUDDDDM"},
-    {Command::Delete, Fault::Throws, "UUUUUUUUUUUUUDDDDM"},
-    {Command::Delete, Fault::AnswerLost, "UUUUUUUUUUUUSDDDDD"},
-    {Command::Delete, Fault::Vanished, "UUUUUUUUUUUUUMMMMM"},
-    {Command::Assign, Fault::Refused, "UUUUUPPSSSSM"},
-    {Command::Assign, Fault::Throws, "UUUUUPPSSSSM"},
-    {Command::Assign, Fault::AnswerLost, "UUUUPPSSSSSD"},
-    {Command::Assign, Fault::Vanished, "UUUUUPPSSSSM"},
-};
-
-class RemoteFaultTest : public SqliteCommandTest, public ::testing::WithParamInterface<FaultRow> {
+class RemoteFaultTest : public SqliteCommandTest,
+                        public ::testing::WithParamInterface<ChartRow<CallFault>> {
  protected:
   RemoteFaultTest() {
     config.TlCommClientHostIP = L"10.0.0.1";
@@ -92,7 +80,7 @@ class RemoteFaultTest : public SqliteCommandTest, public ::testing::WithParamInt
   }
 
   /// Gives the command with the fault at a call. False when there is no such call.
-  bool giveWith(Fault fault, int call) {
+  bool giveWith(CallFault fault, int call) {
     calls_ = 0;
     executed_.clear();
     executedBefore_ = 0;
@@ -102,7 +90,7 @@ class RemoteFaultTest : public SqliteCommandTest, public ::testing::WithParamInt
       client_->tableCount = 1;
       client_->executes = true;
       losing_ = false;
-      if (calls_ < call || (calls_ > call && fault != Fault::Vanished)) return;
+      if (calls_ < call || (calls_ > call && fault != CallFault::Vanished)) return;
       if (calls_ == call) executedBefore_ = executed_.size();
       inflict(fault, method);
     };
@@ -149,10 +137,10 @@ class RemoteFaultTest : public SqliteCommandTest, public ::testing::WithParamInt
     return view;
   }
 
-  void inflict(Fault fault, const std::wstring& method) {
-    if (fault == Fault::AnswerLost && method.starts_with(L"SQL")) {
+  void inflict(CallFault fault, const std::wstring& method) {
+    if (fault == CallFault::AnswerLost && method.starts_with(L"SQL")) {
       losing_ = true;
-    } else if (fault != Fault::Refused) {
+    } else if (fault != CallFault::Refused) {
       throw RunTimeError(-2147417848, L"The object invoked has disconnected from its clients.");
     } else {
       client_->errors.push_back(L"Refused.");
@@ -174,29 +162,26 @@ class RemoteFaultTest : public SqliteCommandTest, public ::testing::WithParamInt
   std::size_t answered_ = 0;
 };
 
-TEST_P(RemoteFaultTest, WhatWasConfirmedStaysAndTheSameCommandGoesWellAfterwards) {
+TEST_P(RemoteFaultTest, WhatWasConfirmedStaysAndTheSameCommandSucceedsAfterwards) {
   const auto& [command, fault, endings] = GetParam();
   const std::wstring done = undisturbed(command);
-  std::string found;
-  for (int call = 1;; ++call) {
-    SCOPED_TRACE("call " + std::to_string(call));
+  std::vector<int> steps(endings.size());
+  std::iota(steps.begin(), steps.end(), 1);
+  expectEndings(GetParam(), steps, [&, command = command, fault = fault](int call) {
     begin(command);
-    if (!giveWith(fault, call)) break;
-    found += remoteLetter(done);
+    EXPECT_TRUE(giveWith(fault, call));
+    const char ending = remoteLetter(done);
     if (!error.empty()) {
-      expectGoesWellNow(done);
+      expectSucceedsNow(done);
       EXPECT_EQ(stored().marks, 1);
     }
-  }
-  EXPECT_EQ(found, endings);
-  std::cout << found.size() << " cells\n";
+    return ending;
+  });
+  begin(command);
+  EXPECT_FALSE(giveWith(fault, static_cast<int>(steps.size()) + 1)) << "There are more calls.";
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, RemoteFaultTest, ::testing::ValuesIn(kFaultRows),
-                         [](const auto& row) {
-                           return inOneWord(std::string(nameOf(row.param.command)) + ", " +
-                                            nameOf(row.param.fault));
-                         });
+TL_FOR_EACH(RemoteFaultTest, kFaultRows);
 
 }  // namespace
 }  // namespace tlpacscfg::test

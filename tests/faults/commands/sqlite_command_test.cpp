@@ -5,16 +5,31 @@
 
 namespace tlpacscfg::test {
 
+std::string verbsOf(Command command) {
+  std::string assignments;
+  switch (command) {
+    case Command::SaveNew:
+      return "SELECT SELECT SELECT INSERT SELECT INSERT commit";
+    case Command::SaveChanged:
+      return "SELECT SELECT UPDATE SELECT INSERT commit";
+    case Command::Delete:
+      return "SELECT SELECT rollback SELECT SELECT SELECT DELETE SELECT INSERT commit";
+    case Command::Assign:
+      for (int i = 0; i < kWorkstations; ++i) assignments += "DELETE INSERT ";
+      return "SELECT SELECT " + assignments + "SELECT INSERT commit";
+  }
+  return {};
+}
+
 std::vector<int> callsOf(Command command) {
   switch (command) {
-    case Command::SaveNew:  // Alive, the numbers, the look, INSERT, the look, the mark, commit.
+    case Command::SaveNew:
       return {1, 2, 3, 4, 5, 6, 7};
-    case Command::SaveChanged:  // Alive, the look, UPDATE, the look, the mark, commit.
+    case Command::SaveChanged:
       return {1, 2, 3, 4, 5, 6};
-    case Command::Delete:  // Alive, the list, rollback; alive, the list, the look, DELETE, and so
-                           // on.
+    case Command::Delete:
       return {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
-    case Command::Assign:  // Alive, the list; 3 to 502; the list, the mark, commit.
+    case Command::Assign:
       return {1, 2, 3, 203, 502, 503, 504, 505};
   }
   return {};
@@ -69,7 +84,7 @@ char SqliteCommandTest::letter(const std::wstring& done) const {
   return letterOf({error, before, stored(), viewBefore, administrator->view()}, done);
 }
 
-void SqliteCommandTest::expectGoesWellNow(const std::wstring& done, std::size_t questions) {
+void SqliteCommandTest::expectSucceedsNow(const std::wstring& done, std::size_t questions) {
   EXPECT_TRUE(administrator->takeQuestions().empty());
   give();
   EXPECT_EQ(toUtf8(error), "");
@@ -77,12 +92,6 @@ void SqliteCommandTest::expectGoesWellNow(const std::wstring& done, std::size_t 
   EXPECT_EQ(toUtf8(stored().rows), toUtf8(done));
   EXPECT_NE(administrator->view(), viewBefore);
   expectNothingOpen();
-}
-
-std::shared_ptr<odbc::Connection> SqliteCommandTest::anotherConnection() const {
-  return std::make_shared<odbc::Connection>(
-      std::make_shared<odbc::Environment>(odbc::CursorLibrary::NotUsed, std::chrono::seconds(5)),
-      L"TlImpatientSite", odbc::Prompt::Never, L"");
 }
 
 }  // namespace tlpacscfg::test

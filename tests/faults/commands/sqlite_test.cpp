@@ -1,12 +1,10 @@
-#include <filesystem>
+
 #include <iostream>
 
-#include "data/database.h"
-#include "data/mod_main.h"
-#include "faults/commands/command_site.h"
+#include "faults/commands/command_chart.h"
 #include "faults/commands/odbc_calls.h"
 #include "faults/commands/sqlite_command_test.h"
-#include "harness/scratch.h"
+#include "support/runtime_error.h"
 #include "support/text.h"
 
 /// The windows' commands on SQLite, with a fault or a second administrator at every call of the
@@ -14,47 +12,10 @@
 namespace tlpacscfg::test {
 namespace {
 
-enum class Fault {
-  Refused,
-  Locked,         ///< Another connection keeps everybody out, from the call on.
-  WritingLocked,  ///< Another connection is about to write.
-  CommitLocked,   ///< Another connection reads, which holds up a commit and nothing before it.
-  ReadOnly,
-  FileGone,
-};
-
-const char* nameOf(Fault fault) {
-  switch (fault) {
-    case Fault::Refused:
-      return "call refused";
-    case Fault::Locked:
-      return "locked";
-    case Fault::WritingLocked:
-      return "writing locked";
-    case Fault::CommitLocked:
-      return "commit locked";
-    case Fault::ReadOnly:
-      return "read-only";
-    case Fault::FileGone:
-      return "file gone";
-  }
-  return "?";
-}
-
-/// One letter for the fault from each call on. Nobody can lock what the command has read already,
-/// and nobody's lock on writing matters once it has written. A refusal is an answer too where the
-/// command only asks whether the connection still answers, a deletion twice.
-struct FaultRow {
-  Command command;
-  Fault fault;
-  std::string endings;
-};
-
-void PrintTo(const FaultRow& row, std::ostream* stream) {
-  *stream << nameOf(row.command) << ", " << nameOf(row.fault);
-}
-
-const FaultRow kFaultRows[] = {
+/// The fault lasts from the call on, but a refusal is of that call alone. Nobody can lock what the
+/// command has read already, and nobody's lock on writing matters once it has written. A refusal
+/// does no harm where the command only asks whether the connection still answers.
+const ChartRow<Fault> kFaultRows[] = {
     {Command::SaveNew, Fault::Refused, "DUUUUUU"},
     {Command::SaveNew, Fault::Locked, "UUUDDDD"},
     {Command::SaveNew, Fault::WritingLocked, "UUUUDDD"},
@@ -81,108 +42,37 @@ const FaultRow kFaultRows[] = {
     {Command::Assign, Fault::FileGone, "UUUDDDDD"},
 };
 
-class SqliteFaultTest : public SqliteCommandTest, public ::testing::WithParamInterface<FaultRow> {
- protected:
-  /// Before a call.
-  void inflict(Fault fault) {
-    switch (fault) {
-      case Fault::Refused:
-        return OdbcCalls::refuseThisCall();
-      case Fault::Locked:
-        return lock({L"BEGIN EXCLUSIVE"});
-      case Fault::WritingLocked:
-        return lock({L"BEGIN IMMEDIATE"});
-      case Fault::CommitLocked:
-        return lock({L"BEGIN", L"SELECT count(*) FROM Interface_PACS_cfg"});
-      case Fault::ReadOnly:
-        modMain.g_conSql->query(L"PRAGMA query_only = 1");
-        return;
-      case Fault::FileGone:
-        std::filesystem::rename(siteFile(), gone());
-        return;
-    }
-  }
+class SqliteFaultTest : public SqliteCommandTest,
+                        public ::testing::WithParamInterface<ChartRow<Fault>> {};
 
-  void relent(Fault fault) {
-    if (locker_) {
-      if (locked_) locker_->query(L"ROLLBACK");
-      locker_.reset();
-    }
-    const auto& connection = administrator->host->path.connection;
-    if (fault == Fault::ReadOnly && !connection->isLost()) {
-      connection->query(L"PRAGMA query_only = 0");
-    }
-    if (std::filesystem::exists(gone())) std::filesystem::rename(gone(), siteFile());
-  }
-
- private:
-  static std::filesystem::path siteFile() { return scratchUnixPath("../site.db"); }
-  static std::filesystem::path gone() { return scratchUnixPath("../site.db.gone"); }
-
-  /// Does nothing where the command holds the rows already.
-  void lock(const std::vector<std::wstring>& statements) {
-    locker_ = anotherConnection();
-    locked_ = false;
-    try {
-      for (const std::wstring& statement : statements) locker_->query(statement);
-      locked_ = true;
-    } catch (const RunTimeError&) {
-    }
-  }
-
-  std::shared_ptr<odbc::Connection> locker_;
-  bool locked_ = false;
-};
-
-TEST_P(SqliteFaultTest, TheSiteIsOldOrNewAndTheSameCommandGoesWellAfterwards) {
+TEST_P(SqliteFaultTest, TheSiteIsOldOrNewAndTheSameCommandSucceedsAfterwards) {
   const auto& [command, fault, endings] = GetParam();
   const std::wstring done = undisturbed(command);
-  std::string found;
-  for (const int call : callsOf(command)) {
-    SCOPED_TRACE("call " + std::to_string(call));
+  expectEndings(GetParam(), callsOf(command), [&, command = command, fault = fault](int call) {
     begin(command);
-    const bool met = giveWith(call, OdbcMoment::Before, [&] { inflict(fault); });
-    relent(fault);
-    EXPECT_TRUE(met);
-    found += letter(done);
-    if (found.back() != kDone) expectGoesWellNow(done);
-  }
-  EXPECT_EQ(found, endings);
-  std::cout << found.size() << " cells\n";
+    DatabaseFault databaseFault;
+    EXPECT_TRUE(giveWith(call, OdbcMoment::Before, [&] {
+      if (fault == Fault::Refused) return OdbcCalls::refuseThisCall();
+      databaseFault.begin(fault, administrator->host->path.connection);
+    }));
+    databaseFault.end();
+    const char ending = letter(done);
+    if (ending != kDone) expectSucceedsNow(done);
+    return ending;
+  });
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, SqliteFaultTest, ::testing::ValuesIn(kFaultRows),
-                         [](const auto& row) {
-                           return inOneWord(std::string(nameOf(row.param.command)) + ", " +
-                                            nameOf(row.param.fault));
-                         });
+TL_FOR_EACH(SqliteFaultTest, kFaultRows);
 
-/// One letter for each call at which the second administrator is at work.
-struct RivalRow {
-  const Rival& rival;
-  std::string endings;
-};
-std::vector<RivalRow> rivalRows() {
-  // He waits from the first row that the command has read until the end of its transaction.
-  const char* const endings[] = {"BBBFFFF",    "AABBBB",   "AABBBB",   "AAFAAFFFFF",
-                                 "AABAABBBBB", "AABBBBBB", "BBBBBBBB", "BBBBBBBB"};
-  std::vector<RivalRow> rows;
-  for (const Rival& rival : rivals()) rows.push_back({rival, endings[rows.size()]});
-  return rows;
-}
-
-void PrintTo(const RivalRow& row, std::ostream* stream) {
-  *stream << nameOf(row.rival.command) << ", " << row.rival.name;
-}
-
-class SqliteRivalTest : public SqliteCommandTest, public ::testing::WithParamInterface<RivalRow> {
+class SqliteRivalTest : public SqliteCommandTest,
+                        public ::testing::WithParamInterface<ChartRow<Rival>> {
  protected:
   /// False when the command holds the rows.
   bool rivalChangesSite() {
     const auto connection = anotherConnection();
     connection->query(L"BEGIN");
     try {
-      for (const std::wstring& statement : statementsOf(GetParam().rival)) {
+      for (const std::wstring& statement : statementsOf(GetParam().fault)) {
         connection->query(statement);
       }
       connection->query(L"COMMIT");
@@ -195,37 +85,31 @@ class SqliteRivalTest : public SqliteCommandTest, public ::testing::WithParamInt
 };
 
 TEST_P(SqliteRivalTest, HisChangeIsAskedAboutOrComesAfterwardsAndIsNeverLost) {
-  const auto& [rival, endings] = GetParam();
-  std::string found;
-  for (const int call : callsOf(rival.command)) {
-    SCOPED_TRACE("call " + std::to_string(call));
-    begin(rival.command);
+  const auto& [command, rival, endings] = GetParam();
+  expectEndings(GetParam(), callsOf(command), [&, command = command, &rival = rival](int call) {
+    begin(command);
     bool came = false;
     EXPECT_TRUE(giveWith(call, OdbcMoment::Before, [&] { came = rivalChangesSite(); }));
     EXPECT_TRUE(came || rivalChangesSite());
     const bool asked = !administrator->takeQuestions().empty();
-    found += letterOf(rival, {error, asked, site.rows(meetingQuestion(rival)).at(0)});
     EXPECT_TRUE(!asked || administrator->view() == viewBefore);
     expectNothingOpen();
-  }
-  EXPECT_EQ(found, endings);
-  std::cout << found.size() << " cells\n";
+    return letterOf(rival, {error, asked, site.rows(meetingQuestion(rival)).at(0)});
+  });
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, SqliteRivalTest, ::testing::ValuesIn(rivalRows()),
-                         [](const auto& row) {
-                           return inOneWord(std::string(nameOf(row.param.rival.command)) + ", " +
-                                            row.param.rival.name);
-                         });
+/// He waits from the first row that the command has read until the end of its transaction.
+TL_FOR_EACH(SqliteRivalTest, rivalRows({"BBBFFFF", "AABBBB", "AABBBB", "AAFAAFFFFF", "AABAABBBBB",
+                                        "AABBBBBB", "BBBBBBBB", "BBBBBBBB"}));
 
 class EachSqliteCommandTest : public SqliteCommandTest,
                               public ::testing::WithParamInterface<Command> {};
 
 TEST_P(EachSqliteCommandTest, TheCallsAreThoseThatTheChartsCount) {
   begin(GetParam());
-  const OdbcCalls calls([](int, OdbcMoment) {});
+  const OdbcCalls calls;
   give();
-  EXPECT_EQ(calls.count(), callsOf(GetParam()).back());
+  EXPECT_EQ(calls.verbs(), verbsOf(GetParam()));
 }
 
 /// A row that the database refuses, the command's own or the mark.
@@ -243,7 +127,7 @@ TEST_P(EachSqliteCommandTest, ARefusedRowLeavesTheSiteAsItWas) {
     give();
     site.run(L"DROP TRIGGER refuse");
     EXPECT_EQ(letter(done), kUndone);
-    expectGoesWellNow(done);
+    expectSucceedsNow(done);
   }
   std::cout << "2 cells\n";
 }
@@ -259,7 +143,7 @@ TEST_P(EachSqliteCommandTest, ARowThatCannotBeReadLeavesTheSiteAsItWas) {
   give();
   site.runAll({L"DROP VIEW " + table, L"ALTER TABLE kept RENAME TO " + table});
   EXPECT_EQ(letter(done), kUndone);
-  expectGoesWellNow(done);
+  expectSucceedsNow(done);
   std::cout << "1 cell\n";
 }
 
@@ -267,23 +151,12 @@ TEST_P(EachSqliteCommandTest, ARowThatCannotBeReadLeavesTheSiteAsItWas) {
 TEST_P(EachSqliteCommandTest, AFullDiskLeavesTheSiteAsItWas) {
   const std::wstring done = undisturbed(GetParam());
   begin(GetParam());
-  odbc::Connection& connection = *administrator->host->path.connection;
-  const Table pages = connection.query(L"PRAGMA page_count");
-  connection.query(L"PRAGMA max_page_count = " + std::wstring(*pages.at(0, 0)));
-  for (std::size_t length = 2000; length > 0; length /= 2) {
-    try {
-      for (;;) {
-        connection.query(L"INSERT INTO System_offline_db_updates VALUES(-9, 3, '', 0, '" +
-                         std::wstring(length, L'x') + L"')");
-      }
-    } catch (const RunTimeError&) {
-      // As much of this length as there is room for.
-    }
-  }
+  DatabaseFault full;
+  full.begin(Fault::DiskFull, administrator->host->path.connection);
   give();
-  connection.query(L"PRAGMA max_page_count = 1000000");
+  full.end();
   EXPECT_EQ(letter(done), kUndone);
-  expectGoesWellNow(done);
+  expectSucceedsNow(done);
   std::cout << "1 cell\n";
 }
 
@@ -297,13 +170,12 @@ TEST_F(SqliteCommandTest, AValueThatDoesNotConvertLeavesTheSiteAsItWas) {
     site.run(L"UPDATE Interface_PACS_cfg SET flag18 = 0" + row);
     EXPECT_NE(error.find(L"13"), error.npos) << toUtf8(error);
     EXPECT_EQ(letter(done), kUndone);
-    expectGoesWellNow(done);
+    expectSucceedsNow(done);
   }
   std::cout << "2 cells\n";
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, EachSqliteCommandTest, ::testing::ValuesIn(kCommands),
-                         [](const auto& row) { return inOneWord(nameOf(row.param)); });
+TL_FOR_EACH(EachSqliteCommandTest, kCommands);
 
 }  // namespace
 }  // namespace tlpacscfg::test

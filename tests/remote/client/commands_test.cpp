@@ -25,7 +25,9 @@ class RemoteCommandTest : public SiteTest, public ::testing::WithParamInterface<
     site.runAll(statements);
   }
 
-  Stored stored() const { return storedIn(site.rows(storedQuestion())); }
+  Stored stored() const {
+    return storedIn([this](const std::wstring& sql) { return site.rows(sql); });
+  }
 
   RegisteredClient client_;
   WineService service_;

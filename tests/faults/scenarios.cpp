@@ -1,4 +1,4 @@
-#include "faults/journeys.h"
+#include "faults/scenarios.h"
 
 #include "data/database.h"
 #include "data/mod_main.h"
@@ -11,7 +11,10 @@ namespace {
 /// A text that fits into no page that is left on a full disk.
 const std::wstring kLongText(10'000, L'x');
 
-class LoadJourney : public Journey {
+/// One more than a command of the component stores.
+constexpr int kWorkstations = 101;
+
+class LoadScenario : public Scenario {
  public:
   void start() override {
     for (int i = 1; i <= 3; ++i) {
@@ -62,9 +65,9 @@ class LoadJourney : public Journey {
 };
 
 /// One record, new or stored before.
-class SaveJourney : public Journey {
+class SaveScenario : public Scenario {
  public:
-  explicit SaveJourney(bool stored) : stored_(stored) {}
+  explicit SaveScenario(bool stored) : stored_(stored) {}
 
   void start() override {
     modMain.g_objConfig = std::make_shared<HostSettings>(config);
@@ -102,7 +105,7 @@ class SaveJourney : public Journey {
   clsPACSConfiguration record_;
 };
 
-class SaveAllJourney : public Journey {
+class SaveAllScenario : public Scenario {
  public:
   void start() override {
     modMain.g_objConfig = std::make_shared<HostSettings>(config);
@@ -138,7 +141,7 @@ class SaveAllJourney : public Journey {
   colPACSConfiguration configurations_;
 };
 
-class DeleteJourney : public Journey {
+class DeleteScenario : public Scenario {
  public:
   void start() override {
     for (int i = 1; i <= 3; ++i) addConfiguration(i);
@@ -158,7 +161,7 @@ class DeleteJourney : public Journey {
     configurations_.RemoveConfig(2);
     return L"done";
   }
-  /// The DELETE is not logged; the mark behind it is.
+  /// The DELETE is not logged; the mark after it is.
   int lineOfCommand(int command) const override { return command == 1 ? 0 : 1; }
   Damage refusal(int row) const override {
     return row == 1 ? refuse(L"DELETE ON Interface_PACS_cfg") : refuseMark();
@@ -173,14 +176,14 @@ class DeleteJourney : public Journey {
   colPACSConfiguration configurations_;
 };
 
-class AssignJourney : public Journey {
+class AssignScenario : public Scenario {
  public:
-  AssignJourney(int count, bool first) : count_(count), first_(first) {}
+  explicit AssignScenario(bool first) : first_(first) {}
 
   void start() override {
     const std::wstring numbers =
         L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
-        decimal(count_) + L") ";
+        decimal(kWorkstations) + L") ";
     // Long names, so that no batch fits into what is left of a page.
     const std::wstring name =
         L"printf('PC-%03d" + (first_ ? std::wstring(40, L'x') : L"") + L"', i)";
@@ -199,9 +202,9 @@ class AssignJourney : public Journey {
     for (const auto& workstation : workstations_.ColWorkStations->items()) {
       if (workstation->configID == 2) ++assigned;
     }
-    return assigned == static_cast<std::size_t>(count_) ? L"assigned" : L"lost";
+    return assigned == std::size_t{kWorkstations} ? L"assigned" : L"lost";
   }
-  /// The values from the first workstation to the last, like "100 x 2, 150 x 1".
+  /// The values from the first workstation to the last, like "100 x 2, 1 x 1".
   std::wstring outline() const override {
     return *site.value(
         L"SELECT group_concat(many || ' x ' || key_value, ', ') FROM (SELECT key_value, count(*) "
@@ -217,7 +220,7 @@ class AssignJourney : public Journey {
   }
   /// Each workstation is deleted and inserted; the mark comes last.
   Damage refusal(int row) const override {
-    if (row > 2 * count_) return refuseMark();
+    if (row > 2 * kWorkstations) return refuseMark();
     const std::wstring number = decimal((row + 1) / 2);
     const std::wstring name = L"'PC-" + std::wstring(3 - number.size(), L'0') + number + L"'";
     return row % 2 == 1 ? refuse(L"DELETE ON System_workstation_cfg", L"OLD.pc_name = " + name)
@@ -225,12 +228,11 @@ class AssignJourney : public Journey {
   }
 
  private:
-  int count_;
   bool first_;
   colWorkstation workstations_;
 };
 
-class ConnectionTestJourney : public Journey {
+class ConnectionTestScenario : public Scenario {
  public:
   void start() override { connectSilently(); }
   std::wstring memory() const override {
@@ -242,7 +244,7 @@ class ConnectionTestJourney : public Journey {
   int lineOfCommand(int) const override { return 0; }
 };
 
-class NumberJourney : public Journey {
+class NumberScenario : public Scenario {
  public:
   void start() override {
     for (int i = 1; i <= 3; ++i) addConfiguration(i);
@@ -269,28 +271,19 @@ class NumberJourney : public Journey {
 
 }  // namespace
 
-std::unique_ptr<Journey> loading() { return std::make_unique<LoadJourney>(); }
-std::unique_ptr<Journey> inserting() { return std::make_unique<SaveJourney>(false); }
-std::unique_ptr<Journey> updating() { return std::make_unique<SaveJourney>(true); }
-std::unique_ptr<Journey> savingThreeConfigurations() { return std::make_unique<SaveAllJourney>(); }
-std::unique_ptr<Journey> deleting() { return std::make_unique<DeleteJourney>(); }
-
-template <int Workstations>
-std::unique_ptr<Journey> assigning() {
-  return std::make_unique<AssignJourney>(Workstations, false);
+std::unique_ptr<Scenario> loading() { return std::make_unique<LoadScenario>(); }
+std::unique_ptr<Scenario> inserting() { return std::make_unique<SaveScenario>(false); }
+std::unique_ptr<Scenario> updating() { return std::make_unique<SaveScenario>(true); }
+std::unique_ptr<Scenario> savingThreeConfigurations() {
+  return std::make_unique<SaveAllScenario>();
 }
-template std::unique_ptr<Journey> assigning<1>();
-template std::unique_ptr<Journey> assigning<100>();
-template std::unique_ptr<Journey> assigning<101>();
-template std::unique_ptr<Journey> assigning<250>();
+std::unique_ptr<Scenario> deleting() { return std::make_unique<DeleteScenario>(); }
 
-template <int Workstations>
-std::unique_ptr<Journey> assigningFirst() {
-  return std::make_unique<AssignJourney>(Workstations, true);
-}
-template std::unique_ptr<Journey> assigningFirst<250>();
+std::unique_ptr<Scenario> assigning() { return std::make_unique<AssignScenario>(false); }
 
-std::unique_ptr<Journey> testingConnection() { return std::make_unique<ConnectionTestJourney>(); }
-std::unique_ptr<Journey> numbering() { return std::make_unique<NumberJourney>(); }
+std::unique_ptr<Scenario> assigningFirst() { return std::make_unique<AssignScenario>(true); }
+
+std::unique_ptr<Scenario> testingConnection() { return std::make_unique<ConnectionTestScenario>(); }
+std::unique_ptr<Scenario> numbering() { return std::make_unique<NumberScenario>(); }
 
 }  // namespace tlpacscfg::test
