@@ -32,15 +32,9 @@ sigset_t endingSignals() {
   return signals;
 }
 
-// A sanitizer needs more address space than any limit leaves it. clang has no macro that says so.
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define __SANITIZE_ADDRESS__
-#endif
-#endif
-
 void limitMemory([[maybe_unused]] std::size_t megabytes) {
-#ifndef __SANITIZE_ADDRESS__
+// A sanitizer needs more address space than any limit leaves it.
+#ifndef TL_SANITIZED
   if (megabytes == 0) return;
   const rlimit limit{megabytes << 20, megabytes << 20};
   setrlimit(RLIMIT_AS, &limit);

@@ -343,7 +343,7 @@ TEST_F(RemoteLoadingTest, LaterNumbersThatAreNoneGiveWayToTheirDefaults) {
 
 TEST_F(RemoteLoadingTest, LaterTextsThatAreNullAreEmpty) {
   Cells cells = distinctCells();
-  for (const std::size_t position : {16, 17, 28, 29, 35}) cells[position] = std::nullopt;
+  for (const std::size_t position : {16U, 17U, 28U, 29U, 35U}) cells[position] = std::nullopt;
   client->table = tableOf({cells});
   configurations.GetPACSConfigurations();
   const auto record = configurations.Item(2);

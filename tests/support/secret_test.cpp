@@ -27,7 +27,7 @@ TEST(Secret, NoMemoryAtAllIsLeftAlone) {
 }
 
 TEST(Secret, ATextIsEmptyAndItsMemoryZeroAfterwards) {
-  for (const std::size_t length : {0, 1, 3, 40, 5000}) {
+  for (const std::size_t length : {0U, 1U, 3U, 40U, 5000U}) {
     std::wstring text(length, L'x');
     const wchar_t* const memory = text.data();
     wipe(text);

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "faults/scenario.h"
+#include "faults/matrix/scenario.h"
 
 namespace tlpacscfg::test {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "faults/scenarios.h"
+#include "faults/matrix/scenarios.h"
 
 namespace tlpacscfg::test {
 

@@ -1,4 +1,4 @@
-#include "faults/matrix.h"
+#include "faults/matrix/matrix.h"
 
 #include <iostream>
 #include <set>

@@ -1,4 +1,4 @@
-#include "faults/scenario.h"
+#include "faults/matrix/scenario.h"
 
 #include "data/database.h"
 #include "data/mod_main.h"

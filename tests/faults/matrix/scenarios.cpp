@@ -1,4 +1,4 @@
-#include "faults/scenarios.h"
+#include "faults/matrix/scenarios.h"
 
 #include "data/database.h"
 #include "data/mod_main.h"
