@@ -45,7 +45,7 @@ void checkNames(const Workstations& workstations) {
 std::optional<std::wstring> foreignChange(clsWorkstation& workstation, const Assignments& stored) {
   if (!workstation.storedConfigID) return std::nullopt;
   const auto found = stored.find(workstation.WorkStation);
-  if (found == stored.end()) return L"";
+  if (found == stored.end()) return std::wstring();
   const auto unconfirmed = std::exchange(workstation.unconfirmedConfigID, std::nullopt);
   if (unconfirmed && configIDOf(found->second) == unconfirmed) {
     workstation.storedConfigID = unconfirmed;
