@@ -8,7 +8,7 @@ namespace {
 
 using LateBoundTest = LateClientTest;
 
-TEST_F(LateBoundTest, AMethodWithAResultIsCalledAsAPropertyMayBeToo) {
+TEST_F(LateBoundTest, AMethodIsCalledWithOrWithoutAResult) {
   const LateBound object(L"TlCommClient.clsTlCommClient");
   object.call(L"Count", {});
   object.run(L"Forget", {});
@@ -33,7 +33,7 @@ TEST_F(LateBoundTest, AnUnregisteredProgIdIsTheClassicError) {
                        L"ActiveX component can't create object");
 }
 
-TEST_F(LateBoundTest, WhatAnObjectRaisesKeepsItsNumberAndText) {
+TEST_F(LateBoundTest, AnErrorOfAnObjectKeepsItsNumberAndText) {
   client.answerWith([](const std::wstring& method, const DISPPARAMS&) -> OwnedVariant {
     if (method == L"Classic") {
       throw CallFails{DISP_E_EXCEPTION, static_cast<SCODE>(0x800A0009), L"out of range"};

@@ -11,8 +11,8 @@
 namespace tlpacscfg::test {
 namespace {
 
-/// Held against the table: property, column, kind (i 16-bit, l 32-bit, s text), the value that
-/// stands for NULL ("-" for none), and how the value is quoted (plain, as it stands, doubled).
+/// The expected table: property, column, kind (i 16-bit, l 32-bit, s text), the value that replaces
+/// NULL ("-" for none), and the quoting of the value (plain, as it stands, doubled).
 struct Expected {
   const wchar_t* property;
   const wchar_t* column;
@@ -83,8 +83,7 @@ TEST(ColumnsTest, TheTableHasEveryColumnInItsPlaceWithItsKindSubstituteAndQuotin
 
 TEST(ColumnsTest, EveryColumnNamesTheFieldOfItsProperty) {
   clsPACSConfiguration record;
-  // Setting each field by its column to what the record of distinct values holds there gives that
-  // record only when no two columns name the same field.
+  // The copy equals the record of distinct values only if no two columns name the same field.
   const clsPACSConfiguration distinct = distinctRecord();
   for (const Column& column : columns()) {
     setValue(record, column.field, valueOf(distinct, column.field));

@@ -60,7 +60,7 @@ TEST_F(EditingTest, NumberingIsLogged) {
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Getting next config ID"));
 }
 
-TEST_F(EditingTest, TheNumberBehind32767Overflows) {
+TEST_F(EditingTest, TheNumberAfter32767Overflows) {
   load({32767});
   EXPECT_OVERFLOW(configurations.GetNextConfigID());
 }
@@ -75,7 +75,7 @@ TEST_F(EditingTest, WithoutAConnectionTheNumberIsOne) {
   EXPECT_EQ(configurations.GetNextConfigID(), 1);
 }
 
-TEST_F(EditingTest, WithoutAServerWhatTheSharedSlotHoldsIsNumbered) {
+TEST_F(EditingTest, WithoutAServerTheSharedResultSetIsNumbered) {
   Table held(1);
   for (const wchar_t* id : {L"3", L"9"}) held.append(id);
   modMain.g_rsQuery = std::make_unique<ResultSet>(held);
@@ -136,13 +136,13 @@ TEST_F(EditingTest, ARemoteTableThatCameWithAnErrorIsReadToo) {
   EXPECT_EQ(configurations.GetNextConfigID(), 42);
 }
 
-TEST_F(EditingTest, TheRemoteNumberBehind32767Overflows) {
+TEST_F(EditingTest, TheRemoteNumberAfter32767Overflows) {
   const auto client = connectFakeClient();
   client->table = tableOf({{L"32767"}});
   EXPECT_OVERFLOW(configurations.GetNextConfigID());
 }
 
-TEST_F(EditingTest, ARemoteNumberThatIsNoneIsAnError) {
+TEST_F(EditingTest, ARemoteIdentifierThatIsNotANumberIsAnError) {
   const auto client = connectFakeClient();
   client->table = tableOf({{L"x"}});
   EXPECT_TYPE_MISMATCH(configurations.GetNextConfigID());
@@ -234,7 +234,7 @@ TEST_F(EditingTest, ARowThatCannotBeDeletedKeepsItsRecord) {
   EXPECT_NE(messages[0].text.find(L"kept for good"), std::wstring::npos);
 }
 
-TEST_F(EditingTest, TheRemoteClientIsSentTheDeleteWithItsQuotesAndSmallInitial) {
+TEST_F(EditingTest, TheRemoteDeleteHasItsQuotesAndALowerCaseTableName) {
   load({1, 2});
   const auto client = connectFakeClient(L"talora");
   configurations.RemoveConfig(2);

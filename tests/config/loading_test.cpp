@@ -55,7 +55,7 @@ TEST_F(LoadingTest, StoredConfigurationsFollowThePlaceholderByIdentifier) {
   EXPECT_EQ(configurations.ColPACSConfigs->find(L"12")->configID, 12);
 }
 
-TEST_F(LoadingTest, EveryColumnComesBackInItsProperty) {
+TEST_F(LoadingTest, EveryColumnIsLoadedIntoItsProperty) {
   connect();
   clsPACSConfiguration saved = distinctRecord();
   saved.SaveConfiguration();
@@ -74,7 +74,7 @@ TEST_F(LoadingTest, TheDirectPathWritesNothingToTheLog) {
   EXPECT_EQ(log(), "");
 }
 
-TEST_F(LoadingTest, NullInALaterColumnGivesWayToItsSubstitute) {
+TEST_F(LoadingTest, NullInALaterColumnIsReplacedByItsSubstitute) {
   addConfiguration(1);
   std::wstring nulls;
   for (int i = 1; i <= 5; ++i) nulls += L"string" + std::to_wstring(i) + L" = NULL, ";
@@ -248,7 +248,7 @@ TEST_F(LoadingTest, AllIdentifiersOf16BitsAreLoaded) {
   EXPECT_EQ(configurations.ColPACSConfigs->find(L"32767")->configID, 32767);
 }
 
-TEST_F(LoadingTest, ItemAnswersNothingOutsideTheCollection) {
+TEST_F(LoadingTest, ItemIsNullOutsideTheCollection) {
   connect();
   configurations.GetPACSConfigurations();
   EXPECT_EQ(configurations.Item(1)->configID, 0);
@@ -303,7 +303,7 @@ TEST_F(RemoteLoadingTest, AnEmptyDatasetGivesOnlyThePlaceholder) {
   EXPECT_EQ(identifiers(), (Identifiers{0}));
 }
 
-TEST_F(RemoteLoadingTest, AnotherNumberOfTablesThanOneGivesNothing) {
+TEST_F(RemoteLoadingTest, AnyTableCountButOneLoadsNothing) {
   for (const std::int32_t count : {0, 2}) {
     client->tableCount = count;
     client->table = tableOf({distinctCells()});
@@ -320,7 +320,7 @@ TEST_F(RemoteLoadingTest, ADatasetThatCannotBeFetchedGivesNothing) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(RemoteLoadingTest, LaterNumbersThatAreNoneGiveWayToTheirDefaults) {
+TEST_F(RemoteLoadingTest, InvalidNumbersInLaterColumnsAreReplacedByDefaults) {
   for (const std::optional<std::wstring>& cell :
        {std::optional<std::wstring>(), std::optional<std::wstring>(L""),
         std::optional<std::wstring>(L"x")}) {
@@ -368,7 +368,7 @@ TEST_F(RemoteLoadingTest, ALaterNumberBeyond16BitsFailsTheLoad) {
   EXPECT_EQ(identifiers(), (Identifiers{0}));
 }
 
-TEST_F(RemoteLoadingTest, AnOlderNumberThatIsNoneFailsTheLoad) {
+TEST_F(RemoteLoadingTest, AnInvalidNumberInAnOlderColumnFailsTheLoad) {
   Cells cells = distinctCells();
   cells[15] = L"";
   client->table = tableOf({cells});

@@ -9,7 +9,7 @@ namespace {
 
 using Texts = std::map<int, std::wstring>;
 
-/// Every code of 16 bits gives its text, and all others the given one.
+/// Checks all 16-bit codes: the listed ones give their texts, all others the given text.
 void expectTexts(std::wstring (*textOf)(std::int16_t), const Texts& texts,
                  const std::wstring& otherwise) {
   for (int code = -32768; code <= 32767; ++code) {

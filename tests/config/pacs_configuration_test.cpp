@@ -154,7 +154,7 @@ TEST_F(RecordTest, NegativeNumbersHaveASignAndNoBlank) {
             L"0, 0, 0, -2147483648, 0, 0, 0, 0, 0, '', '', 0, 0, 0, 0, 0, '', 0, 0");
 }
 
-TEST_F(RecordTest, ANewRecordIsInsertedAndTheOfflineCopiesAreTold) {
+TEST_F(RecordTest, ANewRecordIsInsertedWithTheMarkForOfflineCopies) {
   connectSilently();
   clsPACSConfiguration record = distinctRecord();
   EXPECT_EQ(record.SaveConfiguration(), 0);

@@ -24,10 +24,10 @@ class StoredConfigurationTest : public SiteTest {
     return storedConfiguration(command, id);
   }
 
-  /// What the database makes of a row behind the statement's back.
-  void bend(const std::wstring& change) {
+  /// Creates a trigger that changes the row after each update.
+  void alterOnUpdate(const std::wstring& change) {
     site.run(
-        L"CREATE TRIGGER bend AFTER UPDATE ON Interface_PACS_cfg BEGIN UPDATE "
+        L"CREATE TRIGGER alterOnUpdate AFTER UPDATE ON Interface_PACS_cfg BEGIN UPDATE "
         L"Interface_PACS_cfg SET " +
         change + L" WHERE config_id = 7; END");
   }
@@ -57,7 +57,7 @@ TEST_F(StoredConfigurationTest, ARecordOfDistinctValuesIsInsertedAndReadBackWhol
   EXPECT_EQ(site.value(L"select count(*) from System_offline_db_updates"), L"1");
 }
 
-TEST_F(StoredConfigurationTest, AnUpdateTellsTheRecordItsLastChange) {
+TEST_F(StoredConfigurationTest, AnUpdateSetsTheRecordsLastChange) {
   clsPACSConfiguration record = changed();
   EXPECT_FALSE(storeChanged(record, load(7)).has_value());
   EXPECT_EQ(record.LastUpdateUserID, L"4711");
@@ -81,28 +81,28 @@ TEST_F(StoredConfigurationTest, EveryFieldCountsAsContentButTheNumberAndTheLastC
 }
 
 TEST_F(StoredConfigurationTest, ACutTextIsNotSaved) {
-  bend(L"description = substr(description, 1, 4)");
+  alterOnUpdate(L"description = substr(description, 1, 4)");
   expectNotSaved(changed(),
                  L"Nothing was saved. Field 'Description': The database does not keep it "
                  L"as entered. It keeps 4 of 7 characters.");
 }
 
 TEST_F(StoredConfigurationTest, ALetterThatTheDatabaseReplacesIsNotSaved) {
-  bend(L"description = replace(description, 'g', '?')");
+  alterOnUpdate(L"description = replace(description, 'g', '?')");
   expectNotSaved(changed(),
                  L"Nothing was saved. Field 'Description': The database does not keep it "
                  L"as entered. It keeps '?' instead of 'g'.");
 }
 
 TEST_F(StoredConfigurationTest, ATextThatLosesLettersInsideIsNotSaved) {
-  bend(L"description = replace(description, char(92), '')");
+  alterOnUpdate(L"description = replace(description, char(92), '')");
   expectNotSaved(changed(L"a\\b"),
                  L"Nothing was saved. Field 'Description': The database does not "
                  L"keep it as entered. It keeps 'ab' instead of 'a\\b'.");
 }
 
 TEST_F(StoredConfigurationTest, ANumberThatBecomesAnotherIsNotSaved) {
-  bend(L"flag6 = 7");
+  alterOnUpdate(L"flag6 = 7");
   clsPACSConfiguration record = changed();
   record.Port = 104;
   expectNotSaved(record,
@@ -111,14 +111,14 @@ TEST_F(StoredConfigurationTest, ANumberThatBecomesAnotherIsNotSaved) {
 }
 
 TEST_F(StoredConfigurationTest, ASwappedDateIsNotSaved) {
-  bend(L"last_change_date = '2026-05-01 09:08:07'");
+  alterOnUpdate(L"last_change_date = '2026-05-01 09:08:07'");
   expectNotSaved(changed(),
                  L"Nothing was saved. Field 'LastUpdateDate': The database understands "
                  L"it as '2026-05-01 09:08:07'.");
 }
 
 TEST_F(StoredConfigurationTest, AnotherUserIsNotSaved) {
-  bend(L"last_user_id = 1");
+  alterOnUpdate(L"last_user_id = 1");
   expectNotSaved(changed(),
                  L"Nothing was saved. Field 'LastUpdateUserID': The database does not "
                  L"keep it as entered. It keeps '1' instead of '4711'.");
@@ -128,27 +128,27 @@ TEST_F(StoredConfigurationTest, DatesThatKeepMinutesDaysOrFractionsAreTheSame) {
   for (const wchar_t* kept :
        {L"2026-01-05 09:08:00", L"2026-01-05 09:09:00", L"2026-01-05", L"2026-01-05 00:00:00",
         L"2026-01-05 09:08:07.000", L"2026-01-05 09:08:07.0000000"}) {
-    bend(std::wstring(L"last_change_date = '") + kept + L"'");
+    alterOnUpdate(std::wstring(L"last_change_date = '") + kept + L"'");
     clsPACSConfiguration record = changed(kept);
     EXPECT_FALSE(storeChanged(record, load(7)).has_value());
-    site.run(L"DROP TRIGGER bend");
+    site.run(L"DROP TRIGGER alterOnUpdate");
   }
 }
 
 TEST_F(StoredConfigurationTest, TrailingBlanksAreNoDifference) {
-  bend(L"description = description || '   '");
+  alterOnUpdate(L"description = description || '   '");
   clsPACSConfiguration record = changed();
   EXPECT_FALSE(storeChanged(record, load(7)).has_value());
 }
 
-TEST_F(StoredConfigurationTest, ARowThatVanishesUnderTheUpdateIsNotSaved) {
+TEST_F(StoredConfigurationTest, ARowThatTheUpdateRemovesIsNotSaved) {
   site.run(
       L"CREATE TRIGGER lose AFTER UPDATE ON Interface_PACS_cfg BEGIN DELETE FROM "
       L"Interface_PACS_cfg; END");
   expectNotSaved(changed(), L"Nothing was saved. The configuration is not in the database.");
 }
 
-TEST_F(StoredConfigurationTest, ARowThatStaysUnderTheDeleteIsNotDeleted) {
+TEST_F(StoredConfigurationTest, ARowThatSurvivesTheDeleteIsReported) {
   const Configuration loaded = load(7);
   site.run(
       L"CREATE TRIGGER keep BEFORE DELETE ON Interface_PACS_cfg BEGIN SELECT RAISE(IGNORE); "
@@ -161,14 +161,14 @@ TEST_F(StoredConfigurationTest, ARowThatStaysUnderTheDeleteIsNotDeleted) {
                        L"Nothing was saved. The configuration is still in the database.");
 }
 
-TEST_F(StoredConfigurationTest, AMarkThatFailsTakesBackTheChange) {
+TEST_F(StoredConfigurationTest, AFailedMarkRollsBackTheChange) {
   site.run(
       L"CREATE TRIGGER refuse BEFORE INSERT ON System_offline_db_updates BEGIN SELECT "
       L"RAISE(ABORT, 'refused'); END");
   expectNotSaved(changed(), L"HY000: [SQLite]refused (19)");
 }
 
-TEST_F(StoredConfigurationTest, AnInsertThatIsRefusedIsNoNumberThatWasTaken) {
+TEST_F(StoredConfigurationTest, ARefusedInsertIsNotReportedAsATakenNumber) {
   site.run(
       L"CREATE TRIGGER refuse BEFORE INSERT ON Interface_PACS_cfg BEGIN SELECT RAISE(ABORT, "
       L"'refused'); END");
@@ -182,7 +182,7 @@ TEST_F(StoredConfigurationTest, AnInsertThatIsRefusedIsNoNumberThatWasTaken) {
 class UnpairedQuoteTest : public StoredConfigurationTest,
                           public ::testing::WithParamInterface<const Column*> {};
 
-TEST_P(UnpairedQuoteTest, IsNamedBeforeAnythingIsSent) {
+TEST_P(UnpairedQuoteTest, IsReportedBeforeAnythingIsSent) {
   const Column& column = *GetParam();
   for (const wchar_t* text : {L"a' --", L"'", L"x' /*", L"'''", L"a''b'c"}) {
     clsPACSConfiguration record = changed();
@@ -195,7 +195,7 @@ TEST_P(UnpairedQuoteTest, IsNamedBeforeAnythingIsSent) {
   }
 }
 
-TEST_P(UnpairedQuoteTest, ButAPairIsSentAsItStandsAndStoredAsOne) {
+TEST_P(UnpairedQuoteTest, ButAPairIsSentUnchangedAndStoredAsOne) {
   const Column& column = *GetParam();
   for (const auto& [sent, stored] : {std::pair{L"a''b", L"a'b"}, std::pair{L"''''", L"''"}}) {
     clsPACSConfiguration record = changed();

@@ -16,7 +16,7 @@ namespace {
 using ConnectionTest = SiteTest;
 
 TEST_F(ConnectionTest, ARegisteredDataSourceIsConnectedByItsName) {
-  // Neither a server nor a database could be reached by these.
+  // A connection by these would fail.
   config.SqlServerName = L"nowhere.invalid";
   config.SqlDbName = L"nothing";
   logOn();
@@ -84,7 +84,7 @@ TEST_F(ConnectionTest, AClosedPortShowsTheTimeOutBox) {
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to database"));
 }
 
-TEST_F(ConnectionTest, ADataSourceThatIsNotRegisteredLeavesServerAndDatabaseInCharge) {
+TEST_F(ConnectionTest, WithoutARegisteredDataSourceServerAndDatabaseAreUsed) {
   config.SQLDSN = L"TlUnregisteredSite";
   config.SqlServerName = L"127.0.0.1,1";
   EXPECT_FALSE(ConnectToDatabase(config));
@@ -161,7 +161,7 @@ TEST_F(ConnectionTest, TheTestPassesOnTheOpenConnection) {
                        L"Object variable or With block variable not set");
 }
 
-TEST_F(ConnectionTest, TheTestRunsAsOftenAsItIsAsked) {
+TEST_F(ConnectionTest, TheTestCanBeRepeated) {
   connect();
   EXPECT_TRUE(TestDatabaseConnection());
   EXPECT_TRUE(TestDatabaseConnection());
@@ -230,7 +230,7 @@ TEST_F(DataSourceTest, ADatabaseForTheUserCounts) {
   EXPECT_TRUE(DSNDatabaseExists(name));
 }
 
-TEST_F(DataSourceTest, AnEmptyDatabaseForTheMachineGivesWayToTheUsers) {
+TEST_F(DataSourceTest, WithAnEmptyDatabaseForTheMachineTheUsersIsRead) {
   write(registry::Root::LocalMachine, machine, L""s);
   EXPECT_FALSE(DSNDatabaseExists(name));
   write(registry::Root::CurrentUser, user, L"site"s);

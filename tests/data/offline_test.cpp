@@ -164,7 +164,7 @@ TEST_F(OfflineLoadingTest, EveryCellOfEveryConfigurationIsTheOneInTheFile) {
   }
 }
 
-TEST_F(OfflineLoadingTest, TheDateOfTheLastChangeIsTheFilesOwn) {
+TEST_F(OfflineLoadingTest, TheDateOfTheLastChangeIsReadFromTheFile) {
   connectOffline();
   colPACSConfiguration configurations;
   configurations.GetPACSConfigurations();
@@ -260,7 +260,7 @@ TEST_F(OfflineWorkstationTest, ASecondLoadShowsTheDuplicateName) {
       L"Error 457 Error Desc This key is already associated with an element of this collection");
 }
 
-TEST_F(OfflineWorkstationTest, ReadingLeavesEveryByteOfTheFile) {
+TEST_F(OfflineWorkstationTest, ReadingDoesNotChangeTheFile) {
   loadAs(L"READ-01");
   colPACSConfiguration configurations;
   configurations.GetPACSConfigurations();

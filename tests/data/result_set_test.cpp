@@ -39,7 +39,7 @@ TEST(TableTest, AClearedTableKeepsItsColumns) {
   EXPECT_EQ(Table().rows(), 0U);
 }
 
-TEST(ResultSetTest, RowsAreWalkedForwardToTheEnd) {
+TEST(ResultSetTest, RowsAreReadForwardToTheEnd) {
   ResultSet rows(tableOf({{L"a"}, {L"b"}}));
   EXPECT_FALSE(rows.EndOfData());
   EXPECT_EQ(rows.Column(0), L"a");
@@ -58,7 +58,7 @@ TEST(ResultSetTest, AColumnThatDoesNotExistIsOutOfRange) {
 
 TEST(ResultSetTest, AnEmptyResultIsAtItsEnd) { EXPECT_TRUE(ResultSet(Table()).EndOfData()); }
 
-TEST(ResultSetTest, AClosedResultSetAnswersNothing) {
+TEST(ResultSetTest, AClosedResultSetIsAnErrorToUse) {
   ResultSet rows(tableOf({{L"a"}}));
   rows.Close();
   EXPECT_RUNTIME_ERROR(rows.EndOfData(), 91, kClosed);

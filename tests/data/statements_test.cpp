@@ -29,7 +29,7 @@ TEST_F(ExecuteSqlTest, AStatementRunsOnTheOpenConnectionAndIsLogged) {
                        debugLine(10, L"[TLPACSCFG] Query:\r\n" + kInsert));
 }
 
-TEST_F(ExecuteSqlTest, WhatAStatementAnswersIsDiscarded) {
+TEST_F(ExecuteSqlTest, TheResultOfAStatementIsDiscarded) {
   addWorkstation(L"PC1");
   connect();
   ExecuteSQL(L"select * from System_pc_names");
@@ -56,7 +56,7 @@ TEST_F(ExecuteSqlTest, OfflineNothingRunsAndNothingIsLogged) {
   EXPECT_FALSE(fileExists(scratchPath(L"component.log")));
 }
 
-TEST_F(ExecuteSqlTest, TheRemoteClientComesBeforeTheOpenConnection) {
+TEST_F(ExecuteSqlTest, TheRemoteClientIsUsedInsteadOfTheOpenConnection) {
   connect();
   const auto client = connectFakeClient(L"talora");
   client->executes = false;

@@ -39,7 +39,7 @@ class ConnectedClientTest : public TlCommClientTest {
   }
 };
 
-TEST_F(TlCommClientTest, ConnectingTellsTheClientWhoAndWhere) {
+TEST_F(TlCommClientTest, ConnectingGivesTheClientApplicationAndAddress) {
   EXPECT_TRUE(ConnectTlCommClient(config));
   EXPECT_TRUE(TlCommClientConnected());
   EXPECT_EQ(modTlCommClient.g_strTlDatabase, L"talora");
@@ -57,7 +57,7 @@ TEST_F(TlCommClientTest, WithoutAHostAddressNoObjectIsCreated) {
                        errorBlock(L"[TLPACSCFG] No TlCommClient Host IP provided"));
 }
 
-TEST_F(TlCommClientTest, TheHostAddressIsMissedBeforeThePort) {
+TEST_F(TlCommClientTest, TheHostAddressIsCheckedBeforeThePort) {
   config.TlCommClientHostIP = L"";
   config.TlCommClientHostPort = L"";
   config.TlCommClientTimeout = L"";
@@ -66,7 +66,7 @@ TEST_F(TlCommClientTest, TheHostAddressIsMissedBeforeThePort) {
                        errorBlock(L"[TLPACSCFG] No TlCommClient Host IP provided"));
 }
 
-TEST_F(TlCommClientTest, ThePortIsMissedBeforeTheTimeout) {
+TEST_F(TlCommClientTest, ThePortIsCheckedBeforeTheTimeout) {
   config.TlCommClientHostPort = L"";
   config.TlCommClientTimeout = L"";
   EXPECT_FALSE(ConnectTlCommClient(config));
@@ -94,7 +94,7 @@ TEST_F(TlCommClientTest, AServiceThatCannotBeReachedIsLoggedWithItsReason) {
                        errorBlock(L"[TLPACSCFG] TlCommClient could not connect: no route"));
 }
 
-TEST_F(TlCommClientTest, AFailingCallEndsTheConnectingQuietly) {
+TEST_F(TlCommClientTest, AFailingCallEndsConnectingWithoutAnError) {
   client->failing = {L"ConnectToService"};
   EXPECT_FALSE(ConnectTlCommClient(config));
   EXPECT_FALSE(TlCommClientConnected());
@@ -102,7 +102,7 @@ TEST_F(TlCommClientTest, AFailingCallEndsTheConnectingQuietly) {
                        debugLine(10, L"[TLPACSCFG] Storing database name:talora"));
 }
 
-TEST_F(TlCommClientTest, AnObjectThatIsNotRegisteredEndsTheConnectingQuietly) {
+TEST_F(TlCommClientTest, AnUnregisteredObjectEndsConnectingWithoutAnError) {
   createTlCommClient = []() -> std::unique_ptr<TlCommClientObject> {
     raise(ErrorNumber::CannotCreateObject);
   };
@@ -183,7 +183,7 @@ TEST_F(ConnectedClientTest, AQueryWithoutTablesIsInvalid) {
   }
 }
 
-TEST_F(ConnectedClientTest, MoreTablesThan16BitsCountAnswerZero) {
+TEST_F(ConnectedClientTest, ATableCountBeyond16BitsReturnsZero) {
   client->tableCount = 32768;
   EXPECT_EQ(TlCommClientQuery(L"q"), 0);
   client->tableCount = 32767;
@@ -229,7 +229,7 @@ TEST_F(ConnectedClientTest, ADatasetThatLeavesAnErrorNamesTheWorkstationListWhat
                        errorBlock(L"[TLPACSCFG] Unable to retrieve workstation list: gone"));
 }
 
-TEST_F(ConnectedClientTest, WhatIsNoTableFailsAndTheErrorIsAskedForAllTheSame) {
+TEST_F(ConnectedClientTest, AnInvalidTableFailsAndTheErrorIsStillRequested) {
   for (const std::wstring& error : {std::wstring(), std::wstring(L"gone")}) {
     client->calls.clear();
     client->errors = {error};
@@ -249,7 +249,7 @@ TEST_F(ConnectedClientTest, WhatIsNoTableFailsAndTheErrorIsAskedForAllTheSame) {
   }
 }
 
-TEST_F(ConnectedClientTest, ADatasetThatLeavesAnErrorIsThereAllTheSame) {
+TEST_F(ConnectedClientTest, ADatasetThatLeavesAnErrorIsStillReturned) {
   client->table = tableOf({{L"41"}});
   client->errors = {L"gone"};
   Table data;
@@ -297,7 +297,7 @@ TEST_F(ConnectedClientTest, AStatementThatDoesNotSucceedIsLoggedWithItsReason) {
                        errorBlock(L"[TLPACSCFG] Query failed to execute: no such table"));
 }
 
-TEST_F(ConnectedClientTest, AnErrorTextBesideASuccessIsNotAskedFor) {
+TEST_F(ConnectedClientTest, AnErrorTextIsNotRequestedAfterASuccess) {
   client->errors = {L"left over"};
   EXPECT_TRUE(TlCommClientExecute(L"delete from t"));
   EXPECT_EQ(client->errors.size(), 1U);
@@ -333,7 +333,7 @@ TEST_F(ConnectedClientTest, AFileListThatLeavesAnErrorFails) {
   EXPECT_EQ(log(), errorBlock(L"[TLPACSCFG] Unable to get file list: no such directory"));
 }
 
-TEST_F(ConnectedClientTest, WhatIsNoFileListFailsAndTheErrorIsAskedForAllTheSame) {
+TEST_F(ConnectedClientTest, AnInvalidFileListFailsAndTheErrorIsStillRequested) {
   failWith(L"GetNetworkDirectoryFiles", UnreadableAnswer(RunTimeError(13, L"Type mismatch")));
   std::vector<std::wstring> files;
   EXPECT_FALSE(TlCommClientGetFileList(L"d", L"*.XML", files));
@@ -343,7 +343,7 @@ TEST_F(ConnectedClientTest, WhatIsNoFileListFailsAndTheErrorIsAskedForAllTheSame
   EXPECT_EQ(log(), errorBlock(L"[TLPACSCFG] Unable to get file list: no such directory"));
 }
 
-TEST_F(ConnectedClientTest, NoExceptionOfTheLibraryLeavesAnOperation) {
+TEST_F(ConnectedClientTest, NoExceptionOfTheLibraryEscapesAnOperation) {
   client->listener = [](const std::wstring&) { throw std::bad_alloc(); };
   Table data;
   std::vector<std::wstring> files;
@@ -390,7 +390,7 @@ TEST(ValOrDefaultTest, TooLargeANumberOverflows) {
   EXPECT_OVERFLOW(ValOrDefault(L"2147483648", 5));
 }
 
-TEST_F(ConnectedClientTest, ACallThatDisconnectsTheClientLeavesItAliveUntilItIsOver) {
+TEST_F(ConnectedClientTest, AClientDisconnectedDuringACallLivesUntilTheCallEnds) {
   for (const wchar_t* method : {L"SQLQueryTable", L"GetTableData", L"SQLExecuteText",
                                 L"GetNetworkDirectoryFiles", L"CheckForError"}) {
     client = connectFakeClient(L"talora");
@@ -419,7 +419,7 @@ TEST_F(ConnectedClientTest, WhateverIsThrownIsAFailure) {
   EXPECT_FALSE(TlCommClientExecute(L"delete"));
 }
 
-TEST_F(ConnectedClientTest, WhoMustNotMissAFailureGetsItInTheClientsWords) {
+TEST_F(ConnectedClientTest, ARequiredCallThrowsTheClientsErrorText) {
   client->executes = false;
   client->reason = L"The table is locked.";
   EXPECT_RUNTIME_ERROR(requireTlCommClientExecution(L"delete"), 40002, L"The table is locked.");

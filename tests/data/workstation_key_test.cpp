@@ -67,20 +67,20 @@ TEST_F(WorkstationKeyTest, AQuoteInTheNameFailsOnTheDirectPath) {
   EXPECT_THROW(WorkstationConfigExists(L"O'BRIEN-PC"), odbc::Error);
 }
 
-TEST_F(WorkstationKeyTest, AQuoteInTheNameIsAnsweredWithNoOnTheRemotePath) {
+TEST_F(WorkstationKeyTest, AQuoteInTheNameFindsNoRowOnTheRemotePath) {
   const auto client = connectFakeClient();
-  // What a database says to the quote that ends the name too early.
+  // The database's error for the quote that ends the name too early.
   client->errors = {L"Incorrect syntax near 'BRIEN'."};
   EXPECT_EQ(WorkstationConfigExists(L"O'BRIEN-PC"), 0);
   EXPECT_EQ(client->calls.front(), L"SQLQueryTable(site, " + question(L"O'BRIEN-PC") + L")");
 }
 
-TEST_F(WorkstationKeyTest, WithoutAConnectionTheQuestionFails) {
+TEST_F(WorkstationKeyTest, WithoutAConnectionTheQueryFails) {
   EXPECT_RUNTIME_ERROR(WorkstationConfigExists(L"PC1"), 91,
                        L"Object variable or With block variable not set");
 }
 
-TEST_F(WorkstationKeyTest, TheRemoteClientIsAskedInFiveLines) {
+TEST_F(WorkstationKeyTest, TheRemoteQueryHasFiveLines) {
   const auto client = connectFakeClient(L"talora");
   client->table = tableOf({{L"7"}});
   logOn();
@@ -125,7 +125,7 @@ TEST_F(WorkstationKeyTest, AnAssignedWorkstationQueuesAnUpdate) {
   EXPECT_EQ(site.value(L"SELECT key_value FROM System_workstation_cfg"), L"3");
 }
 
-TEST_F(WorkstationKeyTest, TwoCallsLeaveTwoStatementsEachBehindTwoLineBreaks) {
+TEST_F(WorkstationKeyTest, TwoCallsLeaveTwoStatementsEachAfterTwoLineBreaks) {
   connect();
   SetWorkstationConfig(L"PC1", L"7");
   assign(L"PC1", L"'3'");
@@ -143,7 +143,7 @@ TEST_F(WorkstationKeyTest, AStatementThatCannotBeBuiltIsLeftOut) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(WorkstationKeyTest, RemotelyANameWithAQuoteQueuesAnInsertAsItStands) {
+TEST_F(WorkstationKeyTest, RemotelyANameWithAQuoteQueuesAnUnescapedInsert) {
   connectFakeClient();
   SetWorkstationConfig(L"O'BRIEN-PC", L"7");
   EXPECT_NE(

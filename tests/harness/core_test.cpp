@@ -38,7 +38,7 @@ const System& originalSystem() {
 }  // namespace
 
 CoreTest::CoreTest() {
-  // The driver manager translates texts for drivers that speak in bytes by the locale.
+  // The driver manager uses the locale to convert texts for drivers without Unicode functions.
   std::setlocale(LC_CTYPE, "");
   originalSystem();
   resetModules();
@@ -99,7 +99,7 @@ std::string CoreTest::errorBlock(const std::wstring& message) {
 }
 
 SiteTest::SiteTest() {
-  // The database lies beside the test's directory, where the data source says it is.
+  // The data source expects the database beside the test's directory.
   std::vector<std::wstring> statements;
   for (const std::vector<std::optional<std::wstring>>& row :
        site.rows(L"SELECT name FROM sqlite_master WHERE type = 'table'")) {

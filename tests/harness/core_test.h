@@ -27,7 +27,7 @@ class CoreTest : public ::testing::Test {
   std::vector<system::Message> messages;
   std::deque<system::Answer> answers;
 
-  /// Shown exactly one message box: system-modal, an OK button, no icon, no title of its own.
+  /// Expects exactly one message box: system-modal, with an OK button, no icon and no title.
   void expectPlainBox(const std::wstring& text) const;
 
   /// Switches the log on.
@@ -49,12 +49,12 @@ class SiteTest : public CoreTest {
   HostSettings config;
 
   void connect();
-  /// Connects as connect() does, and forgets what the log says about it.
+  /// Connects as connect() does and then empties the log.
   void connectSilently();
 
   void addWorkstation(const std::wstring& name, const std::wstring& flag2 = L"1");
   void assign(const std::wstring& name, const std::wstring& quotedValue);
-  /// A row whose texts are empty and whose other columns are 0, but for the given ones, written
+  /// A row whose texts are empty and whose other columns are 0, except the given ones, written
   /// "column = value, ...".
   void addConfiguration(int id, const std::wstring& changes = L"");
 };

@@ -16,25 +16,24 @@ using Cells = std::vector<std::optional<std::wstring>>;
 /// A table of the given rows, all of the same length.
 Table tableOf(const std::vector<Cells>& rows);
 
-/// What a scripted client answers, and what it was asked. A method with nothing scripted succeeds
-/// and finds nothing.
+/// The answers of a scripted client and a record of its calls. A method without a scripted answer
+/// succeeds with an empty result.
 struct ClientScript {
   bool connects = true;
   std::int32_t tableCount = 1;
   Table table;
   bool executes = true;
-  /// Statements that contain this text are not executed either, and the next CheckForError gives
-  /// the reason.
+  /// Statements that contain this text fail too, and the next CheckForError returns the reason.
   std::wstring refused;
   std::wstring reason;
-  /// Executes a statement that is not refused; what it throws, the method throws.
+  /// Executes a statement that is not refused. Its exceptions leave the method.
   std::function<void(const std::wstring& sql)> execute;
   std::vector<std::wstring> files;
-  /// The answers to CheckForError, one after the other; then the empty text.
+  /// The results of CheckForError in order; then the empty text.
   std::deque<std::wstring> errors;
   /// Methods that fail when they are called.
   std::vector<std::wstring> failing;
-  /// Hears the name of every method that is called; what it throws, the method throws.
+  /// Called with the name of every method that is called. Its exceptions leave the method.
   std::function<void(const std::wstring& method)> listener;
   /// Answers by statement; without one, `tableCount` and `table` count.
   std::function<std::optional<Table>(const std::wstring& sql)> answer;
@@ -45,13 +44,13 @@ struct ClientScript {
   int destroyed = 0;
 };
 
-/// Lets createTlCommClient create clients that follow the script. The fixture restores the door.
+/// Makes createTlCommClient create clients that follow the script. The fixture restores it.
 std::shared_ptr<ClientScript> installFakeClient();
 
-/// The same, and connected, with nothing noted yet.
+/// The same, connected, with no calls recorded yet.
 std::shared_ptr<ClientScript> connectFakeClient(const std::wstring& database = L"site");
 
-/// The same, with the database behind the data source TlTestSite at the client's other end.
+/// The same, with a client that works on the database of the data source TlTestSite.
 std::shared_ptr<ClientScript> connectSiteClient();
 
 }  // namespace tlpacscfg::test

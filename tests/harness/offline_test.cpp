@@ -42,7 +42,7 @@ OfflineTest::OfflineTest() : fixture(readBytes(sourcePath("demo/stand-alone/SYST
 }
 
 void OfflineTest::install(const std::string& bytes) {
-  // Where a backslash separates nothing, the directory stays empty: the file's name holds it.
+  // Where a backslash is no separator, it is part of the file's name and the directory stays empty.
   makeDirectory(modMain.g_strLocalTaloraDir + L"\\OFFLINE");
   writeBytes(modMain.g_strOfflineDbPath, bytes);
 }

@@ -17,12 +17,12 @@ class OfflineTest : public CoreTest {
  protected:
   OfflineTest();
 
-  /// Puts the bytes where the offline database lies and where its driver looks for it.
+  /// Writes the bytes as the offline database, where its driver finds it.
   static void install(const std::string& bytes);
 
   void connectOffline();
 
-  /// What the offline database holds.
+  /// The content of the offline database.
   static std::vector<CsvRow> csvRows(const std::string& table);
 
   HostSettings config;

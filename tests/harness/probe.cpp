@@ -29,7 +29,7 @@ class ProbeHandle {
 
   SQLHANDLE get() const { return handle_; }
 
-  /// The handle of an environment that has chosen its version of ODBC.
+  /// An environment whose ODBC version is set.
   SQLHANDLE version3() const {
     const auto version = static_cast<std::uintptr_t>(SQL_OV_ODBC3);
     verify(SQLSetEnvAttr(handle_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(version), 0));
@@ -96,7 +96,7 @@ class ProbeConnection {
 
  private:
   static std::optional<std::wstring> cell(const ProbeHandle& handle, SQLUSMALLINT column) {
-    // Made once: filling it takes longer than anything else here.
+    // Created once, because filling it is slow.
     static std::u16string text(150'000, u'\0');
     SQLLEN length = 0;
     handle.verify(SQLGetData(handle.get(), column, SQL_C_WCHAR, text.data(),

@@ -15,8 +15,8 @@ inline constexpr const wchar_t* kHarmlessChange =
 
 std::wstring asText(const ProbeRows& rows);
 
-/// A look into a database that shares no code with the component's data layer: every call opens
-/// its own connection and closes it again. Throws std::runtime_error.
+/// Access to a database without the component's data layer: every call opens and closes a
+/// connection of its own. Throws std::runtime_error.
 class Probe {
  public:
   explicit Probe(std::wstring connectString) : connectString_(std::move(connectString)) {}

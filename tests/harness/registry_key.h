@@ -8,7 +8,7 @@
 
 namespace tlpacscfg::test {
 
-/// A key that no other test uses, and that is gone when the test is over.
+/// A key that no other test uses and that is deleted with the object.
 class RegistryKey {
  public:
   explicit RegistryKey(registry::Root root) : RegistryKey(root, freshPath()) {}

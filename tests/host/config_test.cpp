@@ -36,7 +36,7 @@ class InitTest : public SiteTest {
   clsConfig host;
 };
 
-TEST_F(InitTest, ANewObjectHasNothing) {
+TEST_F(InitTest, ANewObjectIsEmpty) {
   const clsConfig fresh;
   EXPECT_FALSE(fresh.Initialized);
   EXPECT_FALSE(fresh.ConfigLoaded);
@@ -89,7 +89,7 @@ TEST_F(InitTest, TheInitOfAnotherObjectReopensTheConnection) {
   EXPECT_TRUE(modMain.g_blnSqlConnected);
 }
 
-TEST_F(InitTest, InitClosesTheRemoteClientOfBefore) {
+TEST_F(InitTest, InitClosesAnEarlierRemoteClient) {
   const auto client = connectFakeClient();
   EXPECT_TRUE(host.Init());
   EXPECT_EQ(client->destroyed, 1);
@@ -195,7 +195,7 @@ TEST_F(RemoteInitTest, AConnectedClientLeavesTheServerAlone) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(RemoteInitTest, AClientThatCannotConnectGivesWayToTheServerSilently) {
+TEST_F(RemoteInitTest, WhenTheClientCannotConnectTheServerIsUsedSilently) {
   client->connects = false;
   EXPECT_TRUE(host.Init());
   EXPECT_FALSE(TlCommClientConnected());
@@ -218,7 +218,7 @@ TEST_F(RemoteInitTest, AClientThatIsNotEnabledIsNotCreated) {
   EXPECT_EQ(client->created, 0);
 }
 
-TEST_F(RemoteInitTest, StandAloneModeComesFirst) {
+TEST_F(RemoteInitTest, StandAloneModeTakesPrecedence) {
   modMain.g_blnUseOfflineDB = true;
   EXPECT_FALSE(host.Init());
   EXPECT_EQ(client->created, 0);

@@ -32,7 +32,7 @@ class SiteAccessTest : public SiteTest {
   }
 };
 
-TEST_F(SiteAccessTest, WhatAnotherObjectMadeOfTheModulesIsPutBackAfterwards) {
+TEST_F(SiteAccessTest, TheModuleStateOfAnotherObjectIsRestoredAfterwards) {
   const auto host = initialised();
   const auto other = std::make_shared<clsConfig>();
   ASSERT_FALSE(modMain.g_blnSqlConnected);
@@ -48,7 +48,7 @@ TEST_F(SiteAccessTest, WhatAnotherObjectMadeOfTheModulesIsPutBackAfterwards) {
   EXPECT_EQ(modMain.g_objConfig, other->settings);
 }
 
-TEST_F(SiteAccessTest, AWayThatAnotherObjectClosedIsOpenedAgain) {
+TEST_F(SiteAccessTest, APathThatAnotherObjectClosedIsReopened) {
   const auto host = initialised();
   DisconnectDatabase();
   {
@@ -62,7 +62,7 @@ TEST_F(SiteAccessTest, AWayThatAnotherObjectClosedIsOpenedAgain) {
   EXPECT_EQ(count(), L"2");
 }
 
-TEST_F(SiteAccessTest, AWayThatCannotBeOpenedAgainIsAnErrorAndTheNextTryWorks) {
+TEST_F(SiteAccessTest, APathThatCannotBeReopenedIsAnErrorAndTheNextTryWorks) {
   const auto host = initialised();
   DisconnectDatabase();
   host->path.settings.SQLDSN = L"TlMissingSite";
@@ -151,7 +151,7 @@ TEST_F(SiteAccessTest, ANestedAccessChangesNothing) {
   EXPECT_EQ(modMain.g_objConfig, host->settings);
 }
 
-TEST_F(SiteAccessTest, AnObjectThatIsInitialisedMeanwhileKeepsItsOwnWay) {
+TEST_F(SiteAccessTest, AnObjectThatIsInitialisedMeanwhileKeepsItsOwnPath) {
   const auto host = initialised();
   std::shared_ptr<clsConfig> other;
   {

@@ -36,7 +36,7 @@ TEST_F(LogTest, ASeparatorOfOneCharacterFillsTheLine) {
   EXPECT_EQ(log(), std::string(79, '-') + "\r\n");
 }
 
-TEST_F(LogTest, ASeparatorStandsAtTheRightBehindItsFirstCharacter) {
+TEST_F(LogTest, ALongSeparatorIsRightAlignedAndFilledWithItsFirstCharacter) {
   logOn(0);
   WriteLog(L"=end", 2);
   EXPECT_EQ(log(), std::string(76, '=') + "end\r\n");
@@ -177,16 +177,16 @@ TEST(TextOperationsTest, ReplacingATextByItselfEnds) {
   EXPECT_EQ(ReplaceText(L"aaa", L"a", L"a"), L"aaa");
 }
 
-TEST(TextOperationsTest, AReplacementBeforeTheLastCharacterGoesBehindIt) {
+TEST(TextOperationsTest, AReplacementBeforeTheLastCharacterIsAppended) {
   EXPECT_EQ(ReplaceText(L"a b", L" ", L"-"), L"ab-");
 }
 
-TEST(TextOperationsTest, WhatAReplacementFormsWithTheTextBeforeItIsReplacedOnlyBeforeALaterOne) {
+TEST(TextOperationsTest, AMatchFormedByAReplacementIsReplacedOnlyIfAnotherMatchFollows) {
   EXPECT_EQ(ReplaceText(L"aabbx", L"ab", L"b"), L"abbx");
   EXPECT_EQ(ReplaceText(L"aabbxab", L"ab", L"b"), L"bbxb");
 }
 
-TEST(TextOperationsTest, PositionsBehindTheLast16BitNumberOverflow) {
+TEST(TextOperationsTest, PositionsBeyond16BitsOverflow) {
   const std::wstring text = std::wstring(40'000, L'-') + L" ";
   EXPECT_RUNTIME_ERROR(ReplaceText(text, L" ", L"x"), 6, L"Overflow");
 }
@@ -200,7 +200,7 @@ TEST(TextOperationsTest, CharactersAreDeletedFromAPositionOn) {
   EXPECT_EQ(DeleteChars(L"abcdef", 3, 0), L"abcdef");
 }
 
-TEST(TextOperationsTest, NothingIsDeletedBehindTheEnd) {
+TEST(TextOperationsTest, NothingIsDeletedBeyondTheEnd) {
   EXPECT_EQ(DeleteChars(L"abc", 4, 1), L"abc");
   EXPECT_EQ(DeleteChars(L"", 1, 1), L"");
 }

@@ -119,7 +119,7 @@ TEST_F(OdbcConnectionTest, ADriverMayBeNamedByTheParameters) {
   EXPECT_EQ(second.dialect(), Dialect::Sqlite);
 }
 
-TEST_F(OdbcConnectionTest, ACursorLibraryThatCannotBeUsedIsDoneWithout) {
+TEST_F(OdbcConnectionTest, ACursorLibraryThatCannotBeUsedIsNoError) {
   Connection second(environment(CursorLibrary::Used), L"TlTestSite", Prompt::ForMissingInformation,
                     L"");
   EXPECT_EQ(cell(second.query(L"SELECT 'x'"), 0, 0), L"x");
@@ -150,7 +150,7 @@ TEST_F(OdbcConnectionTest, AnErrorHoldsTheStateAndTextOfTheDriver) {
   }
 }
 
-TEST_F(OdbcConnectionTest, AnOpenTransactionIsTakenBackUnlessItIsCommitted) {
+TEST_F(OdbcConnectionTest, AnOpenTransactionIsRolledBackUnlessItIsCommitted) {
   {
     Connection::Transaction transaction(connection);
     connection.execute(L"INSERT INTO System_pc_names VALUES('A', '', 1)");
@@ -185,7 +185,7 @@ TEST_F(OdbcConnectionTest, AfterATransactionEachStatementCommitsItselfAgain) {
   EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"1");
 }
 
-TEST_F(OdbcConnectionTest, AClosedConnectionIsLostAndSaysSo) {
+TEST_F(OdbcConnectionTest, AClosedConnectionReportsThatItIsLost) {
   EXPECT_FALSE(connection.isLost());
   EXPECT_TRUE(connection.answers());
   connection.close();
@@ -204,7 +204,7 @@ TEST_F(OdbcConnectionTest, AClosedConnectionIsLostAndSaysSo) {
   }
 }
 
-TEST_F(OdbcConnectionTest, ClosedInATransactionItLetsOthersWriteAndStoresNothing) {
+TEST_F(OdbcConnectionTest, ClosingRollsBackATransactionAndReleasesItsLocks) {
   Connection::Transaction transaction(connection);
   connection.execute(L"INSERT INTO System_pc_names VALUES('A', '', 1)");
   connection.close();

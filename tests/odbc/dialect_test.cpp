@@ -14,7 +14,7 @@ const std::wstring kWorkstationList =
     L"select p.pc_name,key_value = (select key_value from system_workstation_cfg where key_name = "
     L"'PACSConfig' and pc_name = p.pc_name), access_string, p.flag2 from system_pc_names p";
 
-TEST(DialectTest, TheDatabaseSaysWhichDialectItSpeaks) {
+TEST(DialectTest, TheNameOfTheDatabaseDeterminesTheDialect) {
   EXPECT_EQ(dialectOf(L"Microsoft SQL Server"), Dialect::SqlServer);
   EXPECT_EQ(dialectOf(L"SQLite"), Dialect::Sqlite);
   EXPECT_EQ(dialectOf(L"MDBTOOLS"), Dialect::AccessReader);
@@ -54,7 +54,7 @@ TEST(SqliteDialectTest, ALimitStandsAtTheEnd) {
       Statements{L"SELECT config_id FROM Interface_PACS_cfg ORDER BY config_id DESC LIMIT 1"});
 }
 
-TEST(SqliteDialectTest, AnAssignedSubqueryIsNamedBehindIt) {
+TEST(SqliteDialectTest, AnAssignedSubqueryGetsItsNameAfterIt) {
   EXPECT_EQ(statementsFor(Dialect::Sqlite, kWorkstationList),
             Statements{L"select p.pc_name,(select key_value from system_workstation_cfg where "
                        L"key_name = 'PACSConfig' and pc_name = p.pc_name) AS key_value, "
@@ -98,7 +98,7 @@ TEST(SqliteDialectTest, LeadingBlankLinesAreNoStatement) {
   EXPECT_EQ(statementsFor(Dialect::Sqlite, L"\r\n\r\nSELECT 1").back(), L"SELECT 1");
 }
 
-TEST(SqliteDialectTest, TextsOutsideAsciiAreSpelledInBytes) {
+TEST(SqliteDialectTest, TextsOutsideAsciiAreWrittenAsBytes) {
   EXPECT_EQ(statementsFor(Dialect::Sqlite, L"SELECT '\x00FC''s', 'a''b'"),
             Statements{L"SELECT CAST(x'C3BC2773' AS TEXT), 'a''b'"});
 }

@@ -15,7 +15,7 @@ std::vector<std::pair<Kind, std::wstring>> cut(std::wstring_view sql) {
 
 using Tokens = std::vector<std::pair<Kind, std::wstring>>;
 
-TEST(SqlTokensTest, AStatementIsCutIntoWordsTextsSpaceAndSymbols) {
+TEST(SqlTokensTest, AStatementIsSplitIntoWordsTextsSpaceAndSymbols) {
   EXPECT_EQ(cut(L"select p.a_1,'x'\r\n from t"), (Tokens{{Kind::Word, L"select"},
                                                          {Kind::Space, L" "},
                                                          {Kind::Word, L"p"},
@@ -42,7 +42,7 @@ TEST(SqlTokensTest, AnUnfinishedTextGoesToTheEnd) {
   EXPECT_EQ(cut(L"'a''"), (Tokens{{Kind::Text, L"'a''"}}));
 }
 
-TEST(SqlTokensTest, TheTokensGiveTheTextTheyWereCutFrom) {
+TEST(SqlTokensTest, TheTokensJoinToTheOriginalText) {
   for (const wchar_t* sql : {L"", L" ", L"a'b'c''d'", L"-- ;\t*()[]\"", L"Übung=(1)"}) {
     std::wstring joined;
     for (const SqlToken& token : sqlTokens(sql)) joined += token.text;

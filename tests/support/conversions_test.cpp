@@ -26,7 +26,7 @@ TEST(ConversionsTest, WholeNumbersConvert) {
   EXPECT_EQ(toInt32(L"65000"), 65000);
 }
 
-TEST(ConversionsTest, HalvesGoToTheEvenNeighbour) {
+TEST(ConversionsTest, HalvesRoundToTheEvenNumber) {
   EXPECT_EQ(toInt16(L"0.5"), 0);
   EXPECT_EQ(toInt16(L"1.5"), 2);
   EXPECT_EQ(toInt16(L"2.5"), 2);

@@ -80,7 +80,7 @@ TEST(KeyedCollectionTest, TheEmptyTextIsAKeyLikeAnyOther) {
                        L"This key is already associated with an element of this collection");
 }
 
-TEST(KeyedCollectionTest, AnEmptyCollectionHasNothingToWalk) {
+TEST(KeyedCollectionTest, AnEmptyCollectionHasNoItems) {
   const Numbers numbers;
   EXPECT_TRUE(numbers.empty());
   for (const auto& item : numbers.items()) FAIL() << *item;

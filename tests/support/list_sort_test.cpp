@@ -48,7 +48,7 @@ class SortListViewTest : public ::testing::Test {
   SortListViewTest() { modListView = {}; }
 };
 
-TEST_F(SortListViewTest, TheOrderTurnsRoundOnEveryCallWhateverTheColumn) {
+TEST_F(SortListViewTest, TheOrderReversesOnEveryCallWhateverTheColumn) {
   Rows rows({{L"b", L"1"}, {L"a", L"2"}});
   SortListView(rows, 1, kText);
   EXPECT_EQ(rows.sortOrder, kDescending);
@@ -68,7 +68,7 @@ TEST_F(SortListViewTest, ColumnAndOrderAreKeptForTheComparisons) {
   EXPECT_EQ(modListView.g_intSortOrder, kDescending);
 }
 
-TEST_F(SortListViewTest, AnUnknownSortTypeTurnsTheOrderAndSortsNothing) {
+TEST_F(SortListViewTest, AnUnknownSortTypeReversesTheOrderAndSortsNothing) {
   Rows rows = oneColumn({L"b", L"a"});
   SortListView(rows, 1, 3);
   EXPECT_EQ(rows.sortOrder, kDescending);
@@ -148,7 +148,7 @@ TEST_F(SortListViewTest, AHundredThousandRowsSort) {
   EXPECT_EQ(rows.cell(99'999, 0), L"99999");
 }
 
-TEST(CompareTest, AscendingComparisonsAnswerZeroOneTwo) {
+TEST(CompareTest, AscendingComparisonsReturnZeroOneTwo) {
   modListView.g_intSortOrder = kAscending;
   EXPECT_EQ(CompareNumbers(L"1", L"2"), 0);
   EXPECT_EQ(CompareNumbers(L"2", L"2"), 1);
@@ -158,7 +158,7 @@ TEST(CompareTest, AscendingComparisonsAnswerZeroOneTwo) {
   EXPECT_EQ(CompareDates(L"2012-10-25", L"2012-10-24"), 2);
 }
 
-TEST(CompareTest, DescendingComparisonsAnswerTwoOneZero) {
+TEST(CompareTest, DescendingComparisonsReturnTwoOneZero) {
   modListView.g_intSortOrder = kDescending;
   EXPECT_EQ(CompareNumbers(L"1", L"2"), 2);
   EXPECT_EQ(CompareNumbers(L"2", L"2"), 1);

@@ -9,18 +9,18 @@
 namespace tlpacscfg {
 namespace {
 
-/// What lies in the memory of a text, whatever its length says. The memory must still be its own.
+/// The memory of a text up to its former length. The text must still own that memory.
 bool holdsOnlyZeros(const wchar_t* memory, std::size_t count) {
   return std::all_of(memory, memory + count, [](wchar_t unit) { return unit == L'\0'; });
 }
 
-TEST(Secret, MemoryIsZeroAfterwardsAndItsNeighboursAreNot) {
+TEST(Secret, OnlyTheGivenMemoryIsZeroed) {
   std::array<unsigned char, 8> bytes{1, 2, 3, 4, 5, 6, 7, 8};
   wipeMemory(bytes.data() + 2, 4);
   EXPECT_EQ(bytes, (std::array<unsigned char, 8>{1, 2, 0, 0, 0, 0, 7, 8}));
 }
 
-TEST(Secret, NoMemoryAtAllIsLeftAlone) {
+TEST(Secret, AZeroLengthWipesNothing) {
   unsigned char byte = 1;
   wipeMemory(&byte, 0);
   EXPECT_EQ(byte, 1);
@@ -37,7 +37,7 @@ TEST(Secret, ATextIsEmptyAndItsMemoryZeroAfterwards) {
   }
 }
 
-TEST(Secret, TheRestOfATextThatWasLongerGoesToo) {
+TEST(Secret, TheUnusedRestOfALongerTextIsZeroedToo) {
   std::wstring text(100, L'x');
   const wchar_t* const memory = text.data();
   text.resize(10);

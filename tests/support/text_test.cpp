@@ -8,13 +8,13 @@ namespace {
 /// U+1F600, written as this platform's wide characters.
 const std::wstring kFace = fromUtf16(u"\U0001F600");
 
-TEST(TextTest, TextsSurviveTheWayToUtf8AndBack) {
+TEST(TextTest, TextsSurviveConversionToUtf8AndBack) {
   const std::wstring text = L"Zürich – O'Neil €\r\n" + kFace;
   EXPECT_EQ(toUtf8(text), "Z\xC3\xBCrich \xE2\x80\x93 O'Neil \xE2\x82\xAC\r\n\xF0\x9F\x98\x80");
   EXPECT_EQ(fromUtf8(toUtf8(text)), text);
 }
 
-TEST(TextTest, TextsSurviveTheWayToUtf16AndBack) {
+TEST(TextTest, TextsSurviveConversionToUtf16AndBack) {
   EXPECT_EQ(toUtf16(L"ü" + kFace), u"\u00FC\U0001F600");
   EXPECT_EQ(fromUtf16(toUtf16(L"ü" + kFace)), L"ü" + kFace);
 }
@@ -26,7 +26,7 @@ TEST(TextTest, MalformedUtf8BecomesTheReplacementCharacter) {
             L"b");
   EXPECT_EQ(fromUtf8("\xC3"), L"\xFFFD");
   EXPECT_EQ(fromUtf8("\xE2\x82"), L"\xFFFD");
-  // An overlong form, a surrogate, and a number behind the last character.
+  // An overlong form, a surrogate, and a number above the last code point.
   EXPECT_EQ(fromUtf8("\xE0\x80\x80").front(), L'\xFFFD');
   EXPECT_EQ(fromUtf8("\xED\xA0\x80"), L"\xFFFD");
   EXPECT_EQ(fromUtf8("\xF4\x90\x80\x80"), L"\xFFFD");

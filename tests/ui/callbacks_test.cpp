@@ -7,7 +7,7 @@
 #include "ui/win32/subclass.h"
 #include "harness/core_test.h"
 
-/// Whatever is thrown in a callback of the system ends in the default report.
+/// Exceptions in callbacks of the system end in the default report.
 namespace tlpacscfg::test {
 namespace {
 
@@ -38,7 +38,7 @@ class FailingForm : public win32::Form {
 
 class CallbacksTest : public CoreTest {
  protected:
-  /// What each callback meets: an error of the component, of the library, and neither.
+  /// The exceptions: an error of the component, one of the library, and neither.
   const std::pair<std::function<void()>, std::wstring> failures[3] = {
       {[] { raise(ErrorNumber::DiskFull); }, L"Run-time error '61':\r\nDisk full"},
       {[] { throw std::bad_alloc(); }, L"Run-time error '5':\r\nstd::bad_alloc"},
@@ -54,7 +54,7 @@ class CallbacksTest : public CoreTest {
   }
 };
 
-TEST_F(CallbacksTest, ADialogProcedureReportsWhatEverIsThrown) {
+TEST_F(CallbacksTest, ADialogProcedureReportsEveryException) {
   FailingForm form;
   form.load(IDD_frmPACSList, nullptr);
   expectReports([&](const std::function<void()>& failure) {
@@ -67,7 +67,7 @@ TEST_F(CallbacksTest, ADialogProcedureReportsWhatEverIsThrown) {
   });
 }
 
-TEST_F(CallbacksTest, TheKeyHookReportsWhatEverIsThrownAndTheKeyIsUsedUp) {
+TEST_F(CallbacksTest, TheKeyHookReportsEveryExceptionAndConsumesTheKey) {
   FailingForm form;
   form.load(IDD_frmPACSList, nullptr);
   expectReports([&](const std::function<void()>& failure) {
@@ -82,7 +82,7 @@ TEST_F(CallbacksTest, TheKeyHookReportsWhatEverIsThrownAndTheKeyIsUsedUp) {
   });
 }
 
-TEST_F(CallbacksTest, ASubclassProcedureReportsWhatEverIsThrownAndTheControlDoesNotSeeTheMessage) {
+TEST_F(CallbacksTest, ASubclassProcedureReportsEveryExceptionAndConsumesTheMessage) {
   const HWND control = CreateWindowW(L"EDIT", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
                                      GetModuleHandleW(nullptr), nullptr);
   ASSERT_NE(control, nullptr);
@@ -103,7 +103,7 @@ TEST_F(CallbacksTest, ASubclassProcedureReportsWhatEverIsThrownAndTheControlDoes
   DestroyWindow(control);
 }
 
-TEST_F(CallbacksTest, AReportThatFailsItselfEndsThere) {
+TEST_F(CallbacksTest, AFailureOfTheReportIsIgnored) {
   FailingForm form;
   form.load(IDD_frmPACSList, nullptr);
   int reports = 0;

@@ -223,7 +223,7 @@ void dragDivider(HWND list, int column, int pixels) {
   const HWND bar = headerOf(list);
   RECT place{};
   SendMessageW(bar, HDM_GETITEMRECT, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&place));
-  // A closed column's divider is to be had from the right only.
+  // The divider of a hidden column can be grabbed only at its right.
   const LONG offset = place.left == place.right ? 2 : -2;
   const POINT from{place.right + offset, (place.top + place.bottom) / 2};
   SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));

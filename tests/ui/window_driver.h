@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-/// Drives the component's windows by their control ids, from another thread than theirs.
+/// Drives the component's windows by control ids, from another thread.
 namespace tlpacscfg::test {
 
-/// Asks again and again until the answer is yes; throws std::runtime_error when it never is.
+/// Polls until the condition holds; throws std::runtime_error after a time limit.
 void waitUntil(const std::function<bool()>& condition, const std::string& what);
 
-/// The visible top-level window of this process with that caption, waited for.
+/// Waits for the visible top-level window of this process with that caption.
 HWND windowNamed(const std::wstring& title);
 bool isShown(const std::wstring& title);
 
@@ -21,7 +21,7 @@ HWND controlOf(HWND window, int id);
 
 std::wstring textOf(HWND control);
 
-/// As the user does it: the control's parent hears of it.
+/// Like the user: notifies the control's parent.
 void click(HWND window, int id);
 void choose(HWND window, int comboId, int position);
 void type(HWND window, int editId, const std::wstring& text);

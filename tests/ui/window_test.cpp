@@ -26,7 +26,7 @@ std::uint8_t showListWhile(const std::shared_ptr<clsConfig>& config,
     }
     if (isShown(kListTitle)) {
       if (failure.empty()) failure = "the script left the list window open";
-      // Whatever keeps it open is answered so that it closes.
+      // Answers every message box so that the window closes.
       system::showMessage = [](const system::Message& message) {
         const bool lists = message.buttons == system::Buttons::YesNo;
         return lists ? system::Answer::Yes : system::Answer::No;

@@ -12,8 +12,8 @@ namespace tlpacscfg::test {
 
 inline constexpr const wchar_t* kListTitle = L"Workstation List";
 
-/// Shows the list window and returns what ShowForm does, while another thread runs the script with
-/// the list window's handle. A script that fails, or that leaves the window open, ends it.
+/// Shows the list window while another thread runs the script with its handle, and returns the
+/// result of ShowForm. The window is closed if the script fails or leaves it open.
 std::uint8_t showListWhile(const std::shared_ptr<clsConfig>& config,
                            const std::function<void(HWND)>& script);
 
@@ -25,7 +25,7 @@ class WindowTest : public SiteTest {
 
   std::shared_ptr<clsConfig> config_ = std::make_shared<clsConfig>();
 
-  /// Init on the data source, which must succeed.
+  /// Expects Init on the data source to succeed.
   void initialise();
 
   std::uint8_t showWhile(const std::function<void(HWND)>& script) {

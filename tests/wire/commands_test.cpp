@@ -17,7 +17,7 @@ enum class WireFault {
   HangUpAfter,
   HangUpInside,  ///< After the answer to the first statement.
   Refused,
-  RefusedAndUndone,  ///< The server takes the transaction back by itself.
+  RefusedAndUndone,  ///< The server also rolls back the transaction.
 };
 
 const char* nameOf(WireFault fault) {
@@ -36,28 +36,27 @@ const char* nameOf(WireFault fault) {
   return "?";
 }
 
-/// The requests of an undisturbed command. Each step begins with the question whether the
-/// connection still answers. A transaction is the isolation, the begin, what the command asks and
-/// writes, the commit or rollback, the rollback of the empty one that the driver begins after it,
-/// and the isolation as it was before.
+/// The number of requests of an undisturbed command. Each step begins with a test of the
+/// connection. A transaction sets the isolation level, begins, runs the command's statements,
+/// commits or rolls back, rolls back the empty transaction that the driver begins afterwards, and
+/// restores the isolation level.
 constexpr int requestsOf(Command command) {
   constexpr int kAnswers = 1, kBeginning = 2, kEnding = 3, kMark = 1;
   switch (command) {
-    case Command::SaveNew:  // The numbers, the look, the INSERT, and the look at it.
+    case Command::SaveNew:  // Numbering, check, INSERT, check.
       return kAnswers + 1 + kBeginning + 3 + kMark + kEnding;
-    case Command::SaveChanged:  // The look, the UPDATE, and the look at it.
+    case Command::SaveChanged:  // Check, UPDATE, check.
       return kAnswers + kBeginning + 3 + kMark + kEnding;
-    case Command::Delete:  // The list; after the question it again, two looks, the DELETE.
+    case Command::Delete:  // List; after the question list, two checks, DELETE.
       return kAnswers + kBeginning + 1 + kEnding + kAnswers + kBeginning + 1 + 3 + kMark + kEnding;
-    case Command::Assign:  // The list, three batches, the list.
+    case Command::Assign:  // List, three batches, list.
       return kAnswers + kBeginning + 5 + kMark + kEnding;
   }
   return 0;
 }
 
-/// The requests of an undisturbed command at which things happen, the last one included.
-/// Assignments take the longest: they leave out the begin and the rollback of the empty
-/// transaction, which all commands have alike, between requests that stay.
+/// The requests at which faults and changes are tried. Assignments, the slowest command, leave out
+/// the begin and the rollback of the empty transaction, which are the same in all commands.
 std::vector<int> requestsAt(Command command) {
   if (command == Command::Assign) return {1, 2, 4, 5, 6, 7, 8, 9, 10, 12};
   std::vector<int> requests(static_cast<std::size_t>(requestsOf(command)));
@@ -65,10 +64,10 @@ std::vector<int> requestsAt(Command command) {
   return requests;
 }
 
-/// A hang-up before a question whether the connection
-/// answers is not noticed, and neither is anything after the commit, or at the end of a deletion's
-/// first step, which wrote nothing: the next question opens a connection anew. A server that
-/// refuses the isolation is not written to, as what was read would not stay as it was.
+/// A hang-up before a test of the connection has no effect, because the test reconnects; neither
+/// has a fault after the commit or at the end of a deletion's first step, which writes nothing. If
+/// the server refuses the isolation level, nothing is written: rows could change after they were
+/// read.
 const ChartRow<WireFault> kFaultRows[] = {
     {Command::SaveNew, WireFault::HangUpBefore, "DUUUUUUUUDD"},
     {Command::SaveNew, WireFault::HangUpAfter, "DUUUUUUUCDD"},
@@ -92,10 +91,10 @@ const ChartRow<WireFault> kFaultRows[] = {
     {Command::Assign, WireFault::RefusedAndUndone, "DUUUUUUUUD"},
 };
 
-/// The number of a time-out or a connection that is lost, or that of any other failure.
+/// Whether the number is right: one for a time-out or lost connection, another for the rest.
 bool isOfDatabase(const std::wstring& error) {
   const auto holds = [&](const wchar_t* text) { return error.find(text) != error.npos; };
-  // A deletion that fails shows its error in words of its own.
+  // A failed deletion shows its error in a message of its own.
   const bool isLost = holds(L"HYT00: ") || holds(L"08S01: ");
   const std::wstring number = isLost ? L"-2147467259" : L"40002";
   return error.starts_with(number + L": ") || holds((L"Error = " + number + L" ").c_str());
@@ -103,7 +102,7 @@ bool isOfDatabase(const std::wstring& error) {
 
 class WireCommandTest : public WireTest {
  protected:
-  /// A fresh site, and an administrator who is about to give the command.
+  /// Creates a fresh site and an administrator ready to give the command.
   void begin(Command command) {
     administrator.reset();
     modMain.g_conSql.reset();
@@ -121,7 +120,7 @@ class WireCommandTest : public WireTest {
 
   void give() { error = administrator->give(); }
 
-  /// What an undisturbed command leaves.
+  /// The rows after an undisturbed command.
   std::wstring undisturbed(Command command) {
     begin(command);
     give();
@@ -130,7 +129,7 @@ class WireCommandTest : public WireTest {
     return stored().rows;
   }
 
-  /// Nobody has to wait for a transaction of the command's.
+  /// No transaction of the command locks the rows any more.
   void expectNothingOpen() {
     if (administrator->host->path.connection->isLost()) waitForSessions(0);
     EXPECT_NO_THROW(runAtSite(kHarmlessChange));
@@ -142,14 +141,14 @@ class WireCommandTest : public WireTest {
     return letterOf({error, before, stored(), viewBefore, administrator->view()}, done);
   }
 
-  /// The same command again stores what was meant, once, and asks nothing.
+  /// The repeated command stores the intended rows, once, and asks nothing.
   void expectSucceedsNow(Command command, char letter, const std::wstring& done) {
     EXPECT_TRUE(administrator->takeQuestions().empty());
     give();
     EXPECT_EQ(toUtf8(error), "");
     EXPECT_TRUE(administrator->takeQuestions().empty());
     EXPECT_EQ(toUtf8(stored().rows), toUtf8(done));
-    // Assignments that were stored unconfirmed are sent again, with their mark.
+    // Assignments stored without a confirmation are sent again, with their mark.
     const bool again = command == Command::Assign && letter == kUnconfirmed;
     EXPECT_EQ(stored().marks, again ? 2 : 1);
     EXPECT_NE(administrator->view(), viewBefore);
@@ -209,7 +208,7 @@ TL_FOR_EACH(WireCommandFaultTest, kFaultRows);
 class WireRivalTest : public WireCommandTest,
                       public ::testing::WithParamInterface<ChartRow<Rival>> {};
 
-TEST_P(WireRivalTest, HisChangeIsAskedAboutOrComesAfterwardsAndIsNeverLost) {
+TEST_P(WireRivalTest, ARivalsChangeIsAskedAboutOrAppliedAfterwardsAndNeverLost) {
   const auto& [command, rival, endings] = GetParam();
   std::wstring script;
   for (const std::wstring& statement : statementsOf(rival)) script += statement + L";";
@@ -225,7 +224,7 @@ TEST_P(WireRivalTest, HisChangeIsAskedAboutOrComesAfterwardsAndIsNeverLost) {
   });
 }
 
-/// Until the command has looked he is asked about, or another number is taken; then he waits.
+/// A change before the command's check leads to a question or another number; a later one waits.
 TL_FOR_EACH(WireRivalTest,
             rivalRows({"BBBBBFFFFFF", "AAAABBBBBB", "AAAABBBBBB", "AAAAAAAAAAAFFFFFFF",
                        "AAAAAAAAAAABBBBBBB", "AAABBBBBBB", "BBBBBBBBBB", "BBBBBBBBBB"}));
@@ -235,7 +234,7 @@ class EachWireCommandTest : public WireCommandTest, public ::testing::WithParamI
   const Command command = GetParam();
 };
 
-TEST_P(EachWireCommandTest, TheRequestsAreThoseThatTheChartsCount) {
+TEST_P(EachWireCommandTest, TheChartsCountEveryRequest) {
   begin(command);
   changeSiteAt(At::request(requestsOf(command)), kHarmlessChange);
   changeSiteAt(At::request(requestsOf(command) + 1), kHarmlessChange);
@@ -244,7 +243,7 @@ TEST_P(EachWireCommandTest, TheRequestsAreThoseThatTheChartsCount) {
   EXPECT_EQ(faultsLeft(), 1);
 }
 
-/// A refusal at the commit and then at the ways to take the transaction back.
+/// The server refuses the commit and then one or both attempts to roll back.
 TEST_P(EachWireCommandTest, ARollbackThatIsRefusedTooLeavesTheSiteAsItWas) {
   const std::wstring done = undisturbed(command);
   for (int refusedRollbacks = 1; refusedRollbacks <= 2; ++refusedRollbacks) {
@@ -253,7 +252,7 @@ TEST_P(EachWireCommandTest, ARollbackThatIsRefusedTooLeavesTheSiteAsItWas) {
     const int commit = requestsOf(command) - 2;
     failAt(At::request(commit), 9002, L"The transaction log is full.");
     failAt(At::request(commit + 1), 9002, L"The transaction log is full.");
-    // Between them the driver is told to begin anew.
+    // The driver begins a new transaction between the two rollbacks.
     if (refusedRollbacks == 2) failAt(At::request(commit + 3), 9002, L"It is full.");
     give();
     EXPECT_EQ(faultsLeft(), 0);
@@ -265,7 +264,7 @@ TEST_P(EachWireCommandTest, ARollbackThatIsRefusedTooLeavesTheSiteAsItWas) {
   std::cout << "2 cells\n";
 }
 
-TEST_P(EachWireCommandTest, ARestartOfTheServerBeforeItIsNotNoticed) {
+TEST_P(EachWireCommandTest, ARestartOfTheServerBeforeTheCommandIsNotNoticed) {
   const std::wstring done = undisturbed(command);
   begin(command);
   restartServer();
@@ -297,7 +296,7 @@ TL_FOR_EACH(EachWireCommandTest, kCommands);
 
 enum class Executes { Yes, No };
 
-/// Few of them: each waits for its time limit, and as long again for the driver to give up.
+/// Only a few: each takes its time limit, and as long again until the driver gives up.
 struct Stall {
   Command command;
   int request;
@@ -310,7 +309,7 @@ void PrintTo(const Stall& stall, std::ostream* stream) {
 
 class WireStallTest : public WireCommandTest, public ::testing::WithParamInterface<Stall> {};
 
-TEST_P(WireStallTest, AServerThatFallsSilentEndsTheCommandAfterItsTime) {
+TEST_P(WireStallTest, AServerThatStopsAnsweringFailsTheCommandAtItsTimeLimit) {
   const auto& [command, request, executes, ending] = GetParam();
   const std::wstring done = undisturbed(command);
   begin(command);
@@ -328,7 +327,7 @@ TEST_P(WireStallTest, AServerThatFallsSilentEndsTheCommandAfterItsTime) {
   std::cout << "1 cell\n";
 }
 
-/// The question whether the connection answers, an INSERT, a DELETE, and the second batch.
+/// The test of the connection, an INSERT, a DELETE, and the second batch.
 const Stall kStalls[] = {{Command::SaveChanged, 1, Executes::No, kDone},
                          {Command::SaveNew, 6, Executes::Yes, kUndone},
                          {Command::Delete, 13, Executes::No, kUndone},

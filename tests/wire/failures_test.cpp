@@ -29,7 +29,7 @@ class WireFailureTest : public WireTest {
  protected:
   void loadWorkstations() { workstations.GetWorkstationsList(); }
 
-  /// The statement fails with a text of the server.
+  /// Expects an error with the server's text.
   void expectFailure(const std::wstring& sql, const std::wstring& said) {
     try {
       ExecuteSQL(sql);
@@ -59,7 +59,7 @@ TEST_F(WireFailureTest, AFailedFirstStatementFailsTheBatchToo) {
               ElementsAre(transaction("begin"), batch(kTwoStatements), transaction("rollback")));
 }
 
-TEST_F(WireFailureTest, ABatchThatTheServerHasUndoneItselfFailsWithTheReasonOfTheBatch) {
+TEST_F(WireFailureTest, ABatchRolledBackByTheServerFailsWithTheErrorOfTheBatch) {
   fail(L"DELETE", 2, 1205, L"Transaction was deadlocked.", AfterFailure::UndoesTransaction);
   connect();
   expectFailure(kTwoStatements, L"Transaction was deadlocked.");
@@ -68,7 +68,7 @@ TEST_F(WireFailureTest, ABatchThatTheServerHasUndoneItselfFailsWithTheReasonOfTh
   EXPECT_THAT(told, ::testing::Not(::testing::Contains(transaction("commit"))));
 }
 
-TEST_F(WireFailureTest, AStatementBeyondItsTimeIsTakenBack) {
+TEST_F(WireFailureTest, AStatementThatExceedsItsTimeLimitIsCancelled) {
   stall(L"SELECT");
   stall(L"DELETE");
   connect();
@@ -80,7 +80,7 @@ TEST_F(WireFailureTest, AStatementBeyondItsTimeIsTakenBack) {
                                        transaction("rollback")));
 }
 
-TEST_F(WireFailureTest, TheConnectionServesOnAfterAFailedBatch) {
+TEST_F(WireFailureTest, TheConnectionIsUsableAfterAFailedBatch) {
   fail(L"DELETE", 2, 2627, L"Violation of PRIMARY KEY constraint.");
   answerTestStatement();
   connect();

@@ -20,8 +20,8 @@ const std::wstring kTwoRows =
 const std::wstring kSelect = L"SELECT pc_name FROM System_pc_names";
 const ProbeRows kBoth = {{L"A"}, {L"B"}};
 
-/// What tells the driver that the server has undone the transaction by itself.
-constexpr const wchar_t* kBeginAnew = L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION";
+/// The driver sends this batch after the server has rolled back the transaction.
+constexpr const wchar_t* kBeginIfNone = L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION";
 
 class WireFaultTest : public WireTest {
  protected:
@@ -30,8 +30,7 @@ class WireFaultTest : public WireTest {
     connect();
   }
 
-  /// The driver opens a transaction, the batch follows, then the commit and the end of the mode in
-  /// which transactions are left open.
+  /// The driver begins a transaction, runs the batch, commits and returns to automatic commits.
   static void save() { modMain.g_conSql->execute(kTwoRows); }
 
   static odbc::Error failureOf(const std::function<void()>& action) {
@@ -44,7 +43,7 @@ class WireFaultTest : public WireTest {
     return {0, L"", L"", 0};
   }
 
-  /// Saving fails, and the connection is of no use any more.
+  /// Saving fails and the connection is lost.
   void expectLostSave() {
     failureOf(save);
     EXPECT_EQ(faultsLeft(), 0);
@@ -107,7 +106,7 @@ TEST_F(WireFaultTest, AHangUpInsideTheRowsFailsTheQuery) {
   }
 }
 
-/// How many rows a driver gets, one by one, before it fails or has them all.
+/// The number of rows fetched one by one until the end or an error.
 int rowsBeforeTheEnd(const std::wstring& sql, SQLRETURN& end) {
   const odbc::EnvironmentHandle environment = odbc::EnvironmentHandle::root();
   const auto version = static_cast<std::uintptr_t>(SQL_OV_ODBC3);
@@ -125,7 +124,7 @@ int rowsBeforeTheEnd(const std::wstring& sql, SQLRETURN& end) {
   return rows;
 }
 
-TEST_F(WireFaultTest, AHangUpInsideTheRowsComesAfterAsManyAsItSays) {
+TEST_F(WireFaultTest, AHangUpInsideTheRowsComesAfterTheGivenNumber) {
   save();
   SQLRETURN end = SQL_SUCCESS;
   EXPECT_EQ(rowsBeforeTheEnd(kSelect, end), 2);
@@ -165,13 +164,13 @@ TEST_F(WireFaultTest, ARefusedCommitMayUndoTheTransaction) {
   failAt(At::commit(), 1205, L"Transaction was deadlocked.", AfterFailure::UndoesTransaction);
   EXPECT_EQ(failureOf(save).nativeError(), 1205);
   EXPECT_THAT(newRecord(), ElementsAre(transaction("begin"), batch(kTwoRows), transaction("undone"),
-                                       batch(kBeginAnew)));
+                                       batch(kBeginIfNone)));
   EXPECT_THAT(stored(), IsEmpty());
   save();
   EXPECT_EQ(stored(), kBoth) << "The connection serves on.";
 }
 
-TEST_F(WireFaultTest, ARollbackThatIsRefusedForGoodClosesTheConnection) {
+TEST_F(WireFaultTest, ARollbackThatIsRefusedRepeatedlyClosesTheConnection) {
   failAt(At::commit(), 9002, L"The transaction log is full.");
   failAt(At::rollback(), 9002, L"The transaction log is full.");
   failAt(At::request(6), 9002, L"The transaction log is full.");
@@ -190,7 +189,7 @@ TEST_F(WireFaultTest, AHangUpAtTheRollbackUndoesTheTransaction) {
   EXPECT_THAT(stored(), IsEmpty());
 }
 
-TEST_F(WireFaultTest, EveryRequestOfASaveCanBeTheLast) {
+TEST_F(WireFaultTest, TheConnectionCanBeLostAtEveryRequestOfASave) {
   // Begin, batch, commit and the rollback of the empty transaction that the commit began.
   for (int number = 1; number <= 4; ++number) {
     hangUpBefore(At::request(number));
@@ -240,7 +239,7 @@ TEST_F(WireFaultTest, AStalledCommitWaitsUntilTheServerIsRestarted) {
   EXPECT_EQ(stored(), kBoth);
 }
 
-TEST_F(WireFaultTest, ACommitInWordsIsACommit) {
+TEST_F(WireFaultTest, ACommitWrittenInSqlIsACommit) {
   hangUpAfter(At::commit());
   modMain.g_conSql->query(L"BEGIN TRANSACTION");
   modMain.g_conSql->query(kTwoRows);
@@ -286,7 +285,7 @@ TEST_F(WireFaultTest, ASecondAdministratorWaitsForTheEndOfATransaction) {
             ProbeRows({{L"second"}, {L"second"}}));
 }
 
-TEST_F(WireFaultTest, ASecondAdministratorGoesOnWhenTheTransactionIsLost) {
+TEST_F(WireFaultTest, ASecondAdministratorContinuesWhenTheTransactionIsLost) {
   changeSiteAt(At::commit(), L"INSERT INTO System_pc_names VALUES('C', '', 1)");
   hangUpBefore(At::commit());
   expectLostSave();

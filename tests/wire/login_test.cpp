@@ -13,7 +13,7 @@ using ::testing::IsEmpty;
 
 class WireLoginTest : public WireTest {
  protected:
-  /// The box of a failed or timed-out login, whatever the driver says about it.
+  /// The box of a failed or timed-out login, whatever the driver's text.
   void expectTimeOutBox(const std::wstring& said) const {
     ASSERT_EQ(messages.size(), 1U);
     const std::wstring& text = messages[0].text;
@@ -42,7 +42,7 @@ TEST_F(WireLoginTest, ThePasswordIsSentWithoutTheBlanksAroundIt) {
   EXPECT_THAT(record(), ElementsAre(login(L"sa", L"two words", L"Talora")));
 }
 
-TEST_F(WireLoginTest, NamesAndPasswordsMayHoldAnyLetter) {
+TEST_F(WireLoginTest, NamesAndPasswordsMayHoldAnyCharacter) {
   config.SqlUserName = L"Jürgen";
   config.Password = L"Łódź-€";
   config.SqlDbName = L"Zürich";
@@ -50,7 +50,7 @@ TEST_F(WireLoginTest, NamesAndPasswordsMayHoldAnyLetter) {
   EXPECT_THAT(record(), ElementsAre(login(L"Jürgen", L"Łódź-€", L"Zürich")));
 }
 
-TEST_F(WireLoginTest, SignsThatMeanSomethingInAConnectStringArriveAsTheyAre) {
+TEST_F(WireLoginTest, SpecialCharactersOfConnectStringsArriveUnchanged) {
   for (const wchar_t* secret : {L"semi;colon", L"a=b;UID=evil", L"{", L"{open", L"in{side", L"end}",
                                 L"}", L"quotes\"and'", L"[brackets](too)", L";"}) {
     config.Password = secret;
@@ -71,7 +71,7 @@ TEST_F(WireLoginTest, AnEmptyPasswordIsSentEmpty) {
   EXPECT_THAT(record(), ElementsAre(login(L"sa", L"", L"Talora")));
 }
 
-TEST_F(WireLoginTest, ADataSourceThatIsNotRegisteredLeavesServerAndDatabaseInCharge) {
+TEST_F(WireLoginTest, WithoutARegisteredDataSourceServerAndDatabaseAreUsed) {
   config.SQLDSN = L"TlNowhereRegistered";
   EXPECT_TRUE(ConnectToDatabase(config));
   EXPECT_THAT(record(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
@@ -100,7 +100,7 @@ TEST_F(WireLoginTest, ARefusedLoginShowsTheTimeOutBox) {
   expectTimeOutBox(L"Login failed for user 'sa'.");
 }
 
-TEST_F(WireLoginTest, AServerThatDoesNotAnswerIsGivenUpAtTheLoginTimeOut) {
+TEST_F(WireLoginTest, AServerThatDoesNotAnswerFailsAtTheLoginTimeOut) {
   stallLogin();
   config.SqlTimeout = 1;
   EXPECT_FALSE(ConnectToDatabase(config));
@@ -122,7 +122,7 @@ TEST_F(WireLoginTest, TheBoxNeverShowsThePassword) {
 }
 
 TEST_F(WireLoginTest, AnyOtherFailureShowsTheBoxWithoutTheConnectString) {
-  // Registered, but the driver manager knows nothing of it.
+  // Registered, but unknown to the driver manager.
   registerDataSource(L"TlNoDriver", L"Talora");
   config.SQLDSN = L"TlNoDriver";
   EXPECT_FALSE(ConnectToDatabase(config));

@@ -232,7 +232,7 @@ TEST_F(WireStatementTest, ANewConfigurationIsInserted) {
                           transaction("begin"), batch(kOfflineMark), transaction("commit")));
 }
 
-TEST_F(WireStatementTest, ADeletedConfigurationIsNamedInQuotes) {
+TEST_F(WireStatementTest, TheIdentifierOfADeletedConfigurationIsQuoted) {
   connect();
   colPACSConfiguration configurations;
   auto record = std::make_shared<clsPACSConfiguration>();
@@ -255,7 +255,7 @@ std::wstring assignment(const std::wstring& name, const std::wstring& configID) 
          name + L"', 38, 'PACSConfig', '" + configID + L"', -1, 0)\r\n\r\n";
 }
 
-TEST_F(WireStatementTest, AssignmentsGoOutAHundredToABatch) {
+TEST_F(WireStatementTest, AssignmentsAreSentInBatchesOfAHundred) {
   connect();
   colWorkstation workstations;
   std::wstring first;
@@ -271,7 +271,7 @@ TEST_F(WireStatementTest, AssignmentsGoOutAHundredToABatch) {
                                        batch(kOfflineMark), transaction("commit")));
 }
 
-TEST_F(WireStatementTest, AWorkstationNameWithAQuoteIsSentAsItStands) {
+TEST_F(WireStatementTest, AWorkstationNameWithAQuoteIsSentUnescaped) {
   connect();
   colWorkstation workstations;
   workstations.AddWS(0, L"O'BRIEN-PC");
@@ -279,7 +279,7 @@ TEST_F(WireStatementTest, AWorkstationNameWithAQuoteIsSentAsItStands) {
   EXPECT_THAT(newRecord(), ::testing::Contains(batch(assignment(L"O'BRIEN-PC", L"0"))));
 }
 
-TEST_F(WireStatementTest, AWorkstationsRowIsAskedForInFiveLines) {
+TEST_F(WireStatementTest, TheQueryForAWorkstationsRowHasFiveLines) {
   answer(L"select key_value ", {{"key_value", "nvarchar(255)"}}, {{L"7"}});
   connect();
   EXPECT_EQ(WorkstationConfigExists(L"READ-01"), 1);

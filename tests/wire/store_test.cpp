@@ -157,13 +157,13 @@ TEST_F(WireStoreTest, TheConnectionTestGetsTheTime) {
   EXPECT_EQ(answered(L"SELECT count(*) FROM System_pc_names"), L"0");
 }
 
-TEST_F(WireStoreTest, AScriptedAnswerGoesBeforeTheStore) {
+TEST_F(WireStoreTest, AScriptedAnswerOverridesTheStore) {
   answer(L"SELECT access_string", {{"access_string", "nvarchar(9)"}}, {{L"scripted"}});
   useSite();
   EXPECT_EQ(answered(L"SELECT access_string FROM System_pc_names"), L"scripted");
 }
 
-TEST_F(WireStoreTest, SettingsAndTransactionsInWordsNeedNoStore) {
+TEST_F(WireStoreTest, SettingsAndTransactionsInSqlNeedNoStore) {
   connect();
   newRecord();
   for (const wchar_t* const text :
@@ -199,7 +199,7 @@ TEST_F(WireStoreTest, AFailedStatementOfABatchUndoesTheOthersOfItsTransaction) {
   EXPECT_EQ(answered(L"SELECT pc_name FROM System_pc_names"), L"A\nB");
 }
 
-TEST_F(WireStoreTest, AFailedConversionUndoesTheTransactionByItself) {
+TEST_F(WireStoreTest, AFailedConversionRollsBackTheTransaction) {
   useSite();
   newRecord();
   const std::wstring batchText = insertName(L"A") + L"\r\nUPDATE System_pc_names SET flag2 = 'x'";
@@ -235,7 +235,7 @@ TEST_F(WireStoreTest, ABatchMayAskForTheTransactionAndForTheRowsChanged) {
   EXPECT_EQ(answered(L"SELECT count(*) FROM System_pc_names"), L"0");
 }
 
-TEST_F(WireStoreTest, AnyErrorUndoesTheTransactionWhereThatIsSet) {
+TEST_F(WireStoreTest, XactAbortMakesAnyErrorRollBackTheTransaction) {
   useSite();
   modMain.g_conSql->query(L"SET XACT_ABORT ON");
   newRecord();
@@ -245,7 +245,7 @@ TEST_F(WireStoreTest, AnyErrorUndoesTheTransactionWhereThatIsSet) {
                                        batch(L"IF @@TRANCOUNT = 0 BEGIN TRANSACTION")));
 }
 
-TEST_F(WireStoreTest, ReadingHoldsTheRowsOnlyWhenItIsToldTo) {
+TEST_F(WireStoreTest, ReadingLocksTheRowsOnlyWhenRequested) {
   useSite();
   const std::wstring other = L"INSERT INTO System_pc_names VALUES('OTHER', '', 1)";
   const std::wstring clear = L"DELETE FROM System_pc_names";
@@ -272,7 +272,7 @@ TEST_F(WireStoreTest, ReadingHoldsTheRowsOnlyWhenItIsToldTo) {
   runAtSite(other);
 }
 
-TEST_F(WireStoreTest, AWriterWaitsForAnotherConnectionUntilItsTimeIsOver) {
+TEST_F(WireStoreTest, AWriterWaitsForAnotherConnectionUntilItsTimeLimit) {
   useSite();
   modMain.g_conSql->query(L"BEGIN TRANSACTION");
   modMain.g_conSql->query(insertName(L"A"));
@@ -292,7 +292,7 @@ TEST_F(WireStoreTest, ACodePageKeepsOnlyItsLetters) {
   EXPECT_EQ(answered(L"SELECT access_string FROM System_pc_names"), L"Zürich ?ód? 5 ?");
 }
 
-TEST_F(WireStoreTest, ALongTextIsKeptCutOrRefused) {
+TEST_F(WireStoreTest, ALongTextIsStoredTruncatedOrRefused) {
   const std::wstring wide(256, L'x');
   const std::wstring select = L"SELECT access_string FROM System_pc_names";
   useSite();
@@ -325,7 +325,7 @@ TEST_F(WireStoreTest, ABackslashBeforeALineBreakMayVanish) {
   EXPECT_EQ(answered(select), L"C:x");
 }
 
-TEST_F(WireStoreTest, DayAndMonthMayBeTakenForEachOther) {
+TEST_F(WireStoreTest, DayAndMonthMayBeSwapped) {
   const std::wstring select = L"SELECT update_date FROM System_offline_db_updates";
   const auto insert = [](const std::wstring& date) {
     return L"INSERT INTO System_offline_db_updates VALUES(1, 1, '" + date + L"', 0, '')";

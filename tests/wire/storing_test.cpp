@@ -8,8 +8,8 @@
 #include "wire/wire_test.h"
 #include "workstation/assignments.h"
 
-/// What the windows' commands send over the wire, and what they make of a database that keeps
-/// something else.
+/// The statements of the windows' commands, and their response to a database that stores other
+/// values.
 namespace tlpacscfg::test {
 namespace {
 
@@ -49,7 +49,7 @@ class WireStoringTest : public WireTest {
   }
 };
 
-TEST_F(WireStoringTest, ASaveIsOneTransactionWithALookBeforeAndAfterIt) {
+TEST_F(WireStoringTest, ASaveIsOneTransactionThatReadsTheRowBeforeAndAfter) {
   open();
   clsPACSConfiguration record = described(L"Changed");
   const Configuration loaded = load();
@@ -72,7 +72,7 @@ TEST_F(WireStoringTest, ALetterThatTheCodePageLacksIsNotSaved) {
                  L"entered. It keeps '?' instead of '\u0141'.");
 }
 
-TEST_F(WireStoringTest, ATextThatTheColumnCutsIsNotSaved) {
+TEST_F(WireStoringTest, ATextThatTheColumnTruncatesIsNotSaved) {
   open({.widths = SiteTraits::Widths::Cut});
   const std::wstring text(10'000, L'x');
   clsPACSConfiguration record = described(text);
@@ -100,7 +100,7 @@ TEST_F(WireStoringTest, ABackslashBeforeALineBreakThatVanishesIsNotSaved) {
                  L"entered. It keeps 'onetwo' instead of 'one\\\r\ntwo'.");
 }
 
-TEST_F(WireStoringTest, ADateWhoseDayAndMonthChangePlacesIsNotSaved) {
+TEST_F(WireStoringTest, ADateWhoseDayAndMonthAreSwappedIsNotSaved) {
   open({.dayFirst = true});
   clsPACSConfiguration record = described(L"Changed");
   try {

@@ -11,15 +11,15 @@ namespace tlpacscfg::test {
 
 using WireColumns = std::vector<std::pair<std::string, std::string>>;  ///< Name and type.
 
-/// A request of a client to the server after its login: a batch, or the begin, commit or rollback
-/// of a transaction, an empty one's too.
+/// A request of a client after its login: a batch, or the begin, commit or rollback of a
+/// transaction, even an empty one.
 class At {
  public:
-  /// Counted from 1 and from now, over all connections.
+  /// Counts from 1, starting now, over all connections.
   static At request(int number);
   /// The first batch that begins with the text.
   static At batch(const std::wstring& beginning);
-  /// The first one, whether it is a request of its own or stands at the beginning of a batch.
+  /// The first one, as a request of its own or at the beginning of a batch.
   static At begin();
   static At commit();
   static At rollback();
@@ -38,24 +38,24 @@ struct Rows {
   int count;
 };
 
-/// How the stored site differs from one that keeps every text and date as it is written.
+/// How the stored site alters texts and dates.
 struct SiteTraits {
   enum class Widths { Unlimited, Cut, Refused };
-  /// What becomes of texts that are longer than their column; the refusal's number is 8152.
+  /// The treatment of texts that are longer than their column; refusals have the number 8152.
   Widths widths = Widths::Unlimited;
   /// Letters outside of Latin-1 become question marks.
   bool codePage = false;
-  /// A backslash at the end of a line vanishes from a text, and the line break too.
+  /// A backslash at the end of a line is removed together with the line break.
   bool joinsLines = false;
-  /// Dates have the day before the month unless they are written with a T.
+  /// Dates have the day before the month unless written with a T.
   bool dayFirst = false;
 };
 
 enum class AfterRows { Answers, HangsUp };
 enum class AfterFailure { KeepsTransaction, UndoesTransaction };
 
-/// The component on the SQL Server driver, and a stand-in for the server at the other end that
-/// says what the test tells it to and keeps a record of what it is told.
+/// The component with the SQL Server driver, connected to a stand-in for the server that gives the
+/// scripted answers and records its requests.
 class WireTest : public CoreTest {
  protected:
   WireTest();
@@ -75,50 +75,50 @@ class WireTest : public CoreTest {
   /// The failure of one statement, counted from 1, of every batch that begins with the text.
   void fail(const std::wstring& to, int statement, int number, const std::wstring& text,
             AfterFailure afterFailure = AfterFailure::KeepsTransaction);
-  /// No answer to any batch that begins with the text, until the driver takes it back.
+  /// No answer to any batch that begins with the text, until the driver cancels it.
   void stall(const std::wstring& to);
   void answerTestStatement();
 
-  /// An SQLite file with the tables of a site and no row, from which the server answers whatever
-  /// nothing else answers. Takes effect with the next connection, as the other answers do.
+  /// Creates an SQLite file with the empty tables of a site, from which the server answers what has
+  /// no scripted answer. Takes effect with the next connection, as the other answers do.
   void storeSite(const SiteTraits& traits = {});
   ProbeRows siteRows(const std::wstring& sql) const { return siteProbe().rows(sql); }
-  /// What a second administrator does, in SQLite's words. Throws std::runtime_error while a
-  /// transaction holds the rows.
+  /// Changes the site as a second administrator, in SQLite's dialect. Throws std::runtime_error
+  /// while a transaction locks the rows.
   void runAtSite(const std::wstring& sql) const;
-  /// The same in the middle of a command: before the request is executed, or as soon afterwards as
-  /// no transaction holds the rows.
+  /// The same during a command: before the request is executed, or as soon afterwards as no
+  /// transaction locks the rows.
   void changeSiteAt(const At& at, const std::wstring& sql) const;
 
-  /// What goes wrong from now on, each once. A hang-up undoes the connection's transaction.
+  /// Faults, each of which happens once. A hang-up rolls back the connection's transaction.
   void hangUpBefore(const At& at) const;
-  /// The request is executed, its answer is lost.
+  /// The request is executed, but its answer is lost.
   void hangUpAfter(const At& at) const;
-  /// So much of the batch is executed and answered.
+  /// Only so many statements or rows of the batch are executed and answered.
   void hangUpInside(const At& at, Statements answered) const;
   void hangUpInside(const At& at, Rows sent) const;
-  /// Not a word any more on this connection, whatever the driver asks, as if the network were dead.
-  /// The driver has no time limit for the begin, commit or rollback of a transaction: there it
-  /// waits until restartServer() on another thread.
+  /// No further answer on this connection, as if the network were dead. The driver has no time
+  /// limit for the begin, commit or rollback of a transaction: there it waits until another thread
+  /// calls restartServer().
   void stallBefore(const At& at) const;
   void stallAfter(const At& at) const;
   /// The request is not executed.
   void failAt(const At& at, int number, const std::wstring& text,
               AfterFailure afterFailure = AfterFailure::KeepsTransaction) const;
-  /// How many of these did not happen yet.
+  /// The number of faults and changes that have not happened yet.
   int faultsLeft() const;
 
-  /// Hangs up on every connection.
+  /// Closes every connection.
   void restartServer() const;
-  /// From here to the start connections are refused.
+  /// Refuses connections until startServer().
   void stopServer() const;
   void startServer() const;
-  /// Until so many connections are open and the transactions of the others are undone: the server
-  /// notices after the component that a connection is closed. Throws std::runtime_error if that
-  /// does not come about.
+  /// Waits until so many connections are open and the transactions of the others are rolled back;
+  /// the server notices a closed connection later than the component. Throws std::runtime_error
+  /// after a time limit.
   void waitForSessions(int count) const;
 
-  /// What the server was told, one line for each event.
+  /// What the server recorded, one line for each event.
   std::vector<std::string> record() const;
   /// The lines since the last call.
   std::vector<std::string> newRecord();

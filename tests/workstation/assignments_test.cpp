@@ -1,6 +1,8 @@
 #include "workstation/assignments.h"
-#include "data/tl_comm_client.h"
 
+#include <algorithm>
+
+#include "data/tl_comm_client.h"
 #include "odbc/error.h"
 #include "harness/core_test.h"
 #include "harness/errors.h"
@@ -9,9 +11,9 @@
 namespace tlpacscfg::test {
 namespace {
 
-enum class Way { Direct, Remote };
+enum class Path { Direct, Remote };
 
-class AssignmentsTest : public SiteTest, public ::testing::WithParamInterface<Way> {
+class AssignmentsTest : public SiteTest, public ::testing::WithParamInterface<Path> {
  protected:
   void load(int count) {
     for (int i = 1; i <= count; ++i) {
@@ -21,7 +23,7 @@ class AssignmentsTest : public SiteTest, public ::testing::WithParamInterface<Wa
     }
     connect();
     workstations.GetWorkstationsList();
-    if (GetParam() == Way::Remote) client = connectSiteClient();
+    if (GetParam() == Path::Remote) client = connectSiteClient();
   }
 
   static std::wstring nameOf(int i) { return L"PC-" + std::to_wstring(i); }
@@ -106,7 +108,7 @@ TEST_P(AssignmentsTest, OneMoreChangeSinceAConflictWasOverruledIsAnotherConflict
   EXPECT_EQ(save(conflicts), (std::vector<AssignmentConflict>{{L"PC-1", 7, L"6"}}));
 }
 
-TEST_P(AssignmentsTest, YieldingKeepsTheStoredAssignment) {
+TEST_P(AssignmentsTest, AdoptingAConflictKeepsTheStoredAssignment) {
   load(1);
   workstation(1).configID = 7;
   assignElsewhere(1, L"5");
@@ -143,7 +145,7 @@ TEST_P(AssignmentsTest, AWorkstationThatAHostAddedIsWritten) {
   EXPECT_EQ(stored(9), L"7");
 }
 
-TEST_P(AssignmentsTest, ANameWithAnUnpairedQuoteIsNamedBeforeAnythingIsSent) {
+TEST_P(AssignmentsTest, ANameWithAnUnpairedQuoteIsReportedBeforeAnythingIsSent) {
   load(1);
   workstations.AddWS(7, L"x' /*");
   if (client) client->calls.clear();
@@ -156,7 +158,7 @@ TEST_P(AssignmentsTest, ANameWithAnUnpairedQuoteIsNamedBeforeAnythingIsSent) {
   }
 }
 
-TEST_P(AssignmentsTest, ANameWithAPairOfQuotesIsWrittenAsItStands) {
+TEST_P(AssignmentsTest, ANameWithAPairOfQuotesIsWrittenUnchanged) {
   load(1);
   workstations.AddWS(7, L"O''BRIEN");
   EXPECT_TRUE(save().empty());
@@ -164,22 +166,22 @@ TEST_P(AssignmentsTest, ANameWithAPairOfQuotesIsWrittenAsItStands) {
             L"7");
 }
 
-TEST_P(AssignmentsTest, ProgressIsToldAfterEachCommand) {
+TEST_P(AssignmentsTest, ProgressIsReportedAfterEachCommand) {
   load(250);
   EXPECT_TRUE(save().empty());
   EXPECT_EQ(progress,
             (std::vector<std::pair<std::size_t, std::size_t>>{{100, 250}, {200, 250}, {250, 250}}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, AssignmentsTest, ::testing::Values(Way::Direct, Way::Remote),
-                         [](const auto& way) {
-                           return way.param == Way::Direct ? "Direct" : "Remote";
+INSTANTIATE_TEST_SUITE_P(Paths, AssignmentsTest, ::testing::Values(Path::Direct, Path::Remote),
+                         [](const auto& path) {
+                           return path.param == Path::Direct ? "Direct" : "Remote";
                          });
 
 class DirectAssignmentsTest : public AssignmentsTest {};
-INSTANTIATE_TEST_SUITE_P(Way, DirectAssignmentsTest, ::testing::Values(Way::Direct));
+INSTANTIATE_TEST_SUITE_P(Path, DirectAssignmentsTest, ::testing::Values(Path::Direct));
 
-TEST_P(DirectAssignmentsTest, AFailureInTheLastCommandTakesBackTheFirst) {
+TEST_P(DirectAssignmentsTest, AFailureInTheLastCommandRollsBackTheFirst) {
   load(250);
   for (int i = 1; i <= 250; ++i) workstation(i).configID = 2;
   site.run(
@@ -194,7 +196,7 @@ TEST_P(DirectAssignmentsTest, AFailureInTheLastCommandTakesBackTheFirst) {
             L"250");
 }
 
-TEST_P(DirectAssignmentsTest, AMarkThatFailsTakesBackTheAssignments) {
+TEST_P(DirectAssignmentsTest, AFailedMarkRollsBackTheAssignments) {
   load(1);
   workstation(1).configID = 2;
   site.run(L"DROP TABLE System_offline_db_updates");
@@ -202,11 +204,12 @@ TEST_P(DirectAssignmentsTest, AMarkThatFailsTakesBackTheAssignments) {
   EXPECT_EQ(stored(1), L"1");
 }
 
-TEST_P(DirectAssignmentsTest, AnAssignmentThatIsStoredOtherwiseIsTakenBackAndNamed) {
+TEST_P(DirectAssignmentsTest, AnAssignmentStoredDifferentlyIsRolledBackAndReported) {
   load(2);
   workstation(2).configID = 7;
   site.run(
-      L"CREATE TRIGGER bend AFTER INSERT ON System_workstation_cfg WHEN NEW.pc_name = 'PC-2' "
+      L"CREATE TRIGGER alterOnUpdate AFTER INSERT ON System_workstation_cfg WHEN NEW.pc_name = "
+      L"'PC-2' "
       L"BEGIN UPDATE System_workstation_cfg SET key_value = '8' WHERE pc_name = 'PC-2'; END");
   EXPECT_RUNTIME_ERROR(
       save(), odbc::kOdbcFailed,
@@ -215,7 +218,7 @@ TEST_P(DirectAssignmentsTest, AnAssignmentThatIsStoredOtherwiseIsTakenBackAndNam
   EXPECT_EQ(marks(), L"0");
 }
 
-TEST_P(DirectAssignmentsTest, ATextThatNoLoadUnderstandsStays) {
+TEST_P(DirectAssignmentsTest, AnUnreadableAssignmentIsKept) {
   load(2);
   assignElsewhere(1, L"5a");
   EXPECT_TRUE(save().empty());
@@ -223,7 +226,7 @@ TEST_P(DirectAssignmentsTest, ATextThatNoLoadUnderstandsStays) {
 }
 
 class RemoteAssignmentsTest : public AssignmentsTest {};
-INSTANTIATE_TEST_SUITE_P(Way, RemoteAssignmentsTest, ::testing::Values(Way::Remote));
+INSTANTIATE_TEST_SUITE_P(Path, RemoteAssignmentsTest, ::testing::Values(Path::Remote));
 
 TEST_P(RemoteAssignmentsTest, ACommandThatFailsStopsTheRest) {
   load(250);
@@ -237,7 +240,7 @@ TEST_P(RemoteAssignmentsTest, ACommandThatFailsStopsTheRest) {
             1);
 }
 
-TEST_P(RemoteAssignmentsTest, WhatAHalfDoneSaveStoredIsOnesOwn) {
+TEST_P(RemoteAssignmentsTest, WhatAPartialSaveStoredIsNoConflict) {
   for (const std::int16_t second : {std::int16_t{1}, std::int16_t{9}}) {
     SCOPED_TRACE(second);
     load(0);
@@ -256,7 +259,7 @@ TEST_P(RemoteAssignmentsTest, WhatAHalfDoneSaveStoredIsOnesOwn) {
   }
 }
 
-TEST_P(RemoteAssignmentsTest, WhatAnUnansweredCommandStoredIsOnesOwn) {
+TEST_P(RemoteAssignmentsTest, WhatAnUnansweredCommandStoredIsNoConflict) {
   load(2);
   workstation(1).configID = 7;
   const auto run = client->execute;

@@ -211,7 +211,7 @@ TEST_F(RemoteWorkstationLoadingTest, AnEmptyAnswerAddsNothing) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(RemoteWorkstationLoadingTest, AFailedRequestIsShownAndTheResultFetchedAllTheSame) {
+TEST_F(RemoteWorkstationLoadingTest, AFailedRequestIsShownAndTheResultIsStillFetched) {
   client->tableCount = 2;
   client->table = tableOf({{L"PC1", L"7", L"", L"1"}});
   workstations.GetWorkstationsList();
@@ -230,7 +230,7 @@ TEST_F(RemoteWorkstationLoadingTest, AFailedFetchIsShownInAnOrdinaryBox) {
   EXPECT_TRUE(loaded().empty());
 }
 
-TEST_F(RemoteWorkstationLoadingTest, RowsThatCameDespiteAFailedFetchAreAdded) {
+TEST_F(RemoteWorkstationLoadingTest, RowsReturnedDespiteAFailedFetchAreAdded) {
   client->errors = {L"", L"late"};
   client->table = tableOf({{L"PC1", L"7", L"", L"1"}});
   workstations.GetWorkstationsList();

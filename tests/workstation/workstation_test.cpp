@@ -21,7 +21,7 @@ class WorkstationsTest : public SiteTest {
     }
   }
 
-  /// How many commands the log tells of, the mark for offline copies not counted.
+  /// The number of logged commands without the mark for offline copies.
   int batches() const {
     const std::string begin = "[TLPACSCFG] Query:\r\nDELETE FROM";
     int found = 0;
@@ -86,7 +86,7 @@ TEST_F(WorkstationsTest, TwoNamesThatDifferInCaseOnlyCannotBothBeHeld) {
   EXPECT_EQ(workstations.ColWorkStations->count(), 1U);
 }
 
-TEST_F(WorkstationsTest, ItemTakesAPositionAndAnswersNothingForAnyOther) {
+TEST_F(WorkstationsTest, ItemIsNullOutsideTheCollection) {
   add(3);
   EXPECT_EQ(workstations.Item(2)->WorkStation, L"PC2");
   for (const std::int64_t position : {-1, 0, 4, 70000}) {

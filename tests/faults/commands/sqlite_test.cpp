@@ -84,7 +84,7 @@ class SqliteRivalTest : public SqliteCommandTest,
   }
 };
 
-TEST_P(SqliteRivalTest, HisChangeIsAskedAboutOrComesAfterwardsAndIsNeverLost) {
+TEST_P(SqliteRivalTest, ARivalsChangeIsAskedAboutOrAppliedAfterwardsAndNeverLost) {
   const auto& [command, rival, endings] = GetParam();
   expectEndings(GetParam(), callsOf(command), [&, command = command, &rival = rival](int call) {
     begin(command);

@@ -24,7 +24,7 @@ BOOL WINAPI countRemoval(HHOOK hook) {
   return removed;
 }
 
-/// Where the module keeps the address of a function that it imports.
+/// The entry of the module's import table for the function.
 ULONG_PTR* importOf(HMODULE module, std::string_view name) {
   auto* const base = reinterpret_cast<std::byte*>(module);
   const auto at = [base](DWORD offset) { return base + offset; };

@@ -4,7 +4,7 @@
 
 namespace tlpacscfg::test {
 
-/// Counts the hooks that a module has set and not removed, from now on.
+/// Counts the hooks that a module sets and does not remove during the object's lifetime.
 class HookCount {
  public:
   explicit HookCount(HMODULE module);
@@ -13,7 +13,7 @@ class HookCount {
   HookCount& operator=(const HookCount&) = delete;
 
   static int now();
-  /// How many were ever set.
+  /// The number of hooks set, whether removed or not.
   static int ever();
 
  private:

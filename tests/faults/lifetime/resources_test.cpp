@@ -36,7 +36,7 @@ int labelsIn(HWND window) {
 class ResourcesTest : public ComSiteTest {
  protected:
   ResourcesTest() {
-    // Configurations that read back from the window as they are stored: nobody is asked to save.
+    // Configurations that the window reads back unchanged, so that closing it asks nothing.
     for (int id = 1; id <= 2; ++id) {
       addConfiguration(id, L"pacs_request_password = 1, flag10 = 11");
     }
@@ -65,7 +65,7 @@ class ResourcesTest : public ComSiteTest {
   }
 };
 
-/// While it lives, new windows get the common controls that the component's manifest asks for.
+/// New windows get the themed common controls of the component's manifest while it exists.
 class ComponentControls {
  public:
   explicit ComponentControls(HMODULE component) {
@@ -89,8 +89,7 @@ class ComponentControls {
   ULONG_PTR cookie_ = 0;
 };
 
-/// Wine's labels keep a block of memory for each of them; what belongs to the system is no growth
-/// of the component's.
+/// Wine leaks a block of memory for each label; that is not counted as growth.
 int blocksKeptByOneLabel(HMODULE component) {
   const ComponentControls controls(component);
   const auto makeLabels = [] {
@@ -112,7 +111,7 @@ int blocksKeptByOneLabel(HMODULE component) {
   return (usageNow().heapBlocks - before + 50) / 100;
 }
 
-/// How often a test does what must leave nothing behind; TL_OPENINGS sets it.
+/// The number of repetitions; TL_OPENINGS sets it.
 const int kTimes = [] {
   const char* const times = std::getenv("TL_OPENINGS");
   return times == nullptr ? 100 : std::stoi(times);
@@ -120,11 +119,11 @@ const int kTimes = [] {
 
 void expectNoGrowth(const Usage& before, const Usage& after, int systemBlocks = 0) {
   std::cout << "before: " << before << "\nafter:  " << after << '\n';
-  // One kept in twenty times is too much.
+  // One leak in twenty repetitions is too many.
   const int few = kTimes / 20;
   const std::size_t bytes = 64U * static_cast<unsigned>(kTimes);
   const std::size_t pages = 4096U * static_cast<unsigned>(kTimes);
-  // What of it lies in memory is up to the system.
+  // The working set depends on the system.
   constexpr std::size_t kResident = 16 * 1024 * 1024;
   EXPECT_LE(after.kernelHandles, before.kernelHandles + few);
   EXPECT_LE(after.gdiObjects, before.gdiObjects + few);
@@ -138,7 +137,7 @@ void expectNoGrowth(const Usage& before, const Usage& after, int systemBlocks = 
 
 constexpr int kWarmUp = 50;
 
-TEST_F(ResourcesTest, OpeningsOfTheListWindowLeaveNothingBehind) {
+TEST_F(ResourcesTest, OpeningTheListWindowLeaksNothing) {
   const HookCount hooks(host.component());
   const HostObject component = initialised();
   int labels = 0;
@@ -152,7 +151,7 @@ TEST_F(ResourcesTest, OpeningsOfTheListWindowLeaveNothingBehind) {
   EXPECT_GE(HookCount::ever(), kTimes);
 }
 
-TEST_F(ResourcesTest, OpeningsOfTheSettingsWindowLeaveNothingBehind) {
+TEST_F(ResourcesTest, OpeningTheSettingsWindowLeaksNothing) {
   const HookCount hooks(host.component());
   const HostObject component = initialised();
   int labels = 0;
@@ -173,7 +172,7 @@ TEST_F(ResourcesTest, OpeningsOfTheSettingsWindowLeaveNothingBehind) {
   EXPECT_EQ(HookCount::now(), 0);
 }
 
-TEST_F(ResourcesTest, OpeningsOfTheAssignmentDialogLeaveNothingBehind) {
+TEST_F(ResourcesTest, OpeningTheAssignmentDialogLeaksNothing) {
   const HookCount hooks(host.component());
   const HostObject component = initialised();
   show(component, [&](HWND list) {
@@ -191,7 +190,7 @@ TEST_F(ResourcesTest, OpeningsOfTheAssignmentDialogLeaveNothingBehind) {
   EXPECT_EQ(HookCount::now(), 0);
 }
 
-TEST_F(ResourcesTest, ObjectsLeaveNothingBehind) {
+TEST_F(ResourcesTest, ObjectsLeakNothing) {
   const auto create = [](int count) {
     for (int i = 0; i < count; ++i) {
       const HostObject component = HostObject::create(kConfig);
@@ -205,7 +204,7 @@ TEST_F(ResourcesTest, ObjectsLeaveNothingBehind) {
   EXPECT_TRUE(host.mayUnload());
 }
 
-TEST_F(ResourcesTest, InitialisationsLeaveNothingBehind) {
+TEST_F(ResourcesTest, InitialisationsLeakNothing) {
   const auto initialise = [&](int count) {
     for (int i = 0; i < count; ++i) initialised();
   };

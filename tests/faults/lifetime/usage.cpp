@@ -10,7 +10,7 @@
 namespace tlpacscfg::test {
 namespace {
 
-/// Wine counts neither handles nor objects: there, every handle that can be is asked whether it is.
+/// Wine does not count handles and objects. There every possible handle is tested.
 constexpr std::uintptr_t kLastKernelHandle = 0x8000;
 constexpr std::uintptr_t kLastUserHandle = 0xFFFF;
 

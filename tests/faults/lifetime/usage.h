@@ -5,11 +5,11 @@
 
 namespace tlpacscfg::test {
 
-/// What this process holds of the system's resources.
+/// The system resources in use by this process.
 struct Usage {
   int kernelHandles = 0;
   int gdiObjects = 0;
-  int windows = 0;  ///< Children and message-only windows among them.
+  int windows = 0;  ///< Including children and message-only windows.
   int menusAndIcons = 0;
   int heapBlocks = 0;
   std::size_t heapBytes = 0;

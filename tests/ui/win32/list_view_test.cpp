@@ -44,7 +44,7 @@ class ListViewTest : public testing::Test {
       if (message == WM_NOTIFY) answer = record(*reinterpret_cast<NMHDR*>(lParam));
       return answer;
     });
-    // As Windows' own list view does it; not every other deselects on Ctrl+Space.
+    // Imitates Windows' list view: others need not deselect on Ctrl+Space.
     windowsKeys_.attach(control_, [this](UINT message, WPARAM key, LPARAM) {
       std::optional<LRESULT> answer;
       if (message != WM_KEYDOWN) return answer;
@@ -110,7 +110,7 @@ class ListViewTest : public testing::Test {
 
   HWND header() const { return ListView_GetHeader(control_); }
 
-  /// What the header asks before it lets the user drag or double-click a divider.
+  /// Sends the header's notification before a divider is dragged or double-clicked.
   bool isRefused(UINT code, int column) const {
     HDITEMW item{};
     item.mask = HDI_WIDTH;
@@ -196,7 +196,7 @@ TEST_F(ListViewTest, WhatTheProgramClearsDuringAClickStaysCleared) {
   EXPECT_EQ(list_.rowBeforeInput(), std::nullopt);
 }
 
-TEST_F(ListViewTest, ColumnsOfTheProgramCannotBeOpened) {
+TEST_F(ListViewTest, HiddenColumnsCannotBeOpened) {
   for (const UINT code :
        {HDN_BEGINTRACKA, HDN_BEGINTRACKW, HDN_DIVIDERDBLCLICKA, HDN_DIVIDERDBLCLICKW}) {
     EXPECT_TRUE(isRefused(code, 0));
@@ -236,7 +236,7 @@ TEST_F(ListViewTest, AStretchedColumnFillsTheListWithAndWithoutAScrollBar) {
   }
 }
 
-TEST_F(ListViewTest, AStretchedColumnTakesTheRoomOfAScrollBarThatGoes) {
+TEST_F(ListViewTest, AStretchedColumnTakesTheRoomOfARemovedScrollBar) {
   list_.setColumnWidth(2, clientWidth() - 100);
   list_.stretchColumn(2, 0);
   const std::size_t page = static_cast<std::size_t>(ListView_GetCountPerPage(control_));
@@ -248,7 +248,7 @@ TEST_F(ListViewTest, AStretchedColumnTakesTheRoomOfAScrollBarThatGoes) {
   EXPECT_EQ(list_.columnWidth(2), clientWidth() - 100);
 }
 
-TEST_F(ListViewTest, AStretchedColumnGrowsAndShrinksButNotBelowItsLeastWidth) {
+TEST_F(ListViewTest, AStretchedColumnGrowsAndShrinksButNotBelowItsMinimumWidth) {
   list_.setColumnWidth(2, clientWidth() - 100);
   const int least = list_.columnWidth(2);
   list_.stretchColumn(2, least);
@@ -260,7 +260,7 @@ TEST_F(ListViewTest, AStretchedColumnGrowsAndShrinksButNotBelowItsLeastWidth) {
   EXPECT_EQ(list_.columnWidth(2), least);
 }
 
-TEST_F(ListViewTest, TheUsersWidthsOutliveAChangeOfTheSize) {
+TEST_F(ListViewTest, TheUsersColumnWidthsSurviveAResize) {
   list_.stretchColumn(2, 200);
   dragDivider(98, 128);
   dragDivider(328, 368);

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """A stand-in for SQL Server, for tests only:   server DIRECTORY
 
-Prints the port it listens at. Answers as DIRECTORY/server-script.json says (see answers.py) and,
-when told to keep the site, from an SQLite file (see store.py); fails where it is told to (see
-faults.py). The test tells it so at a second address (see control.py). Records the logins, the
-batches and the transactions that hold any in DIRECTORY/server-record.jsonl, one a line.
+Prints the port it listens on. Answers from DIRECTORY/server-script.json (see answers.py) and, when
+a store is set, from an SQLite file (see store.py), with injected faults (see faults.py). The test
+controls it at a second address (see control.py). Records logins, batches and transactions that
+contain batches in DIRECTORY/server-record.jsonl, one a line.
 """
 import sys
 import threading

@@ -1,20 +1,20 @@
-"""What the stand-in answers. The script is a JSON file, read anew for every connection:
+"""Scripted answers. The script is a JSON file that is read for every connection:
 
 {
-  "login": "stall"                        says nothing until the client gives up
-         | "close"                        hangs up
-         | {"number": N, "text": T},      refuses the login
-  "answers": [                            the first whose "to" the batch begins with
+  "login": "stall"                        no answer
+         | "close"                        closes the connection
+         | {"number": N, "text": T},      a refusal of the login
+  "answers": [                            the first whose "to" is the beginning of the batch
     {"to": T, "columns": [[NAME, TYPE]...], "rows": [[VALUE...]...],
-     "closes": true},                     hangs up behind the rows
+     "closes": true},                     closes the connection after the rows
     {"to": T, "fails": {"statement": N, "number": N, "text": T,
-     "undoes": true}},                    undoes the transaction by itself
-    {"to": T, "stalls": true}             says nothing until the client takes it back
+     "undoes": true}},                    rolls back the transaction
+    {"to": T, "stalls": true}             no answer until the client cancels
   ]
 }
 
-What nothing here answers is the store's, when there is one (see store.py). Without it statements
-that change rows need no answer: each reports one row. Anything else is an error.
+Batches without a scripted answer are answered from the store, if there is one (see store.py).
+Without a store, statements that change rows report one row each, and anything else is an error.
 """
 import json
 import os
@@ -52,7 +52,7 @@ def rows_reply(answer):
 
 
 def changes_reply(count, failure):
-    """One outcome for each statement; a failing one ends the batch."""
+    """One result for each statement; a failing one ends the batch."""
     for number in range(1, count + 1):
         if failure and number == failure["statement"]:
             yield tds.error(failure["number"], failure["text"]) + tds.done(tds.DONE_ERROR)

@@ -1,19 +1,19 @@
-"""The test's own line to the stand-in: a second address, and batches that are commands:
+"""The test's control connection to the stand-in: a second address, where batches are commands:
 
 TELL 'COMMAND'          where COMMAND is JSON, one of
 
-{"command": "reset"}                        no faults, no store, no sessions; the door is open
+{"command": "reset"}                        no faults, store or sessions; connections are accepted
 {"command": "store", "path": P, "traits": {...}}
-                                            makes the site and answers from it (see store.py)
-{"command": "change", "sql": SQL}           changes the site as another program does, or is refused
+                                            creates the site and answers from it (see store.py)
+{"command": "change", "sql": SQL}           changes the site as another program, or fails
 {"command": "fault", ...}                   adds a fault (see faults.py)
 {"command": "faultsLeft"}                   the number of faults that did not happen
-{"command": "dropSessions"}                 hangs up on every client; their transactions are undone
-{"command": "stop"}, {"command": "start"}   closes the door to new clients, and opens it
-{"command": "waitForSessions", "count": N}  until so many clients are connected
+{"command": "dropSessions"}                 closes all connections and rolls back their transactions
+{"command": "stop"}, {"command": "start"}   refuses new connections; accepts them again
+{"command": "waitForSessions", "count": N}  waits until N clients are connected
 
-It answers when that is done. Whatever a text literal holds reaches the stand-in as it is; outside
-of one the driver would look for parameters and escapes.
+The reply is sent when the command is done. The command is a text literal because the driver would
+look for parameters and escapes outside of one.
 """
 import json
 import os
@@ -38,8 +38,8 @@ class Session(socketserver.StreamRequestHandler):
             return tds.done()
         try:
             command = tds.batch_text(content).removeprefix("TELL '")[:-1].replace("''", "'")
-            result = obey(self.server.site, json.loads(command))
-        except Exception as error:  # The test reports whatever went wrong here.
+            result = execute(self.server.site, json.loads(command))
+        except Exception as error:  # The test reports it.
             return tds.error(50000, repr(error)) + tds.done(tds.DONE_ERROR)
         if result is None:
             return tds.done()
@@ -48,7 +48,7 @@ class Session(socketserver.StreamRequestHandler):
         return rows + tds.done(tds.DONE_COUNT, 1)
 
 
-def obey(site, what):
+def execute(site, what):
     command = what.pop("command")
     if command == "reset":
         site.reset()
@@ -56,9 +56,9 @@ def obey(site, what):
         if os.path.exists(what["path"]):
             os.remove(what["path"])
         store.create(what["path"])
-        site.keeps = what
+        site.stored_site = what
     elif command == "change":
-        store.change(site.keeps["path"], what["sql"])
+        store.change(site.stored_site["path"], what["sql"])
     elif command == "fault":
         site.faults.add(what)
     elif command == "faultsLeft":

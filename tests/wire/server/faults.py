@@ -1,18 +1,18 @@
-"""What goes wrong, and where.
+"""Faults at chosen requests.
 
-A fault names a request of a client after its login, by one of
-    "request": N        the N-th from now: batches, begins, commits and rollbacks of transactions
+A fault names a request of a client after its login by one of
+    "request": N        the N-th from now: batches, begins, commits and rollbacks
     "batch": T          the first batch that begins with the text
-    "transaction": T    the first "begin", "commit" or "rollback", or batch that says so
-and what happens at it, by one of
-    "hangsUp": "before" | "after"               before it is executed, or after and unanswered
-    "hangsUp": "inside", "statements": N        after the answers to so many statements
-    "hangsUp": "inside", "rows": N              after so many rows
-    "stalls": "before" | "after"                not a word from there on, not to an attention either
+    "transaction": T    the first "begin", "commit" or "rollback", as a request or in a batch
+and its effect by one of
+    "hangsUp": "before" | "after"               before it is executed, or after it without an answer
+    "hangsUp": "inside", "statements": N        after the answers to N statements
+    "hangsUp": "inside", "rows": N              after N rows
+    "stalls": "before" | "after"                no further answer, not to an attention either
     "fails": {"number": N, "text": T, "undoes": true | false}
-                                                not executed; may undo the transaction
+                                                not executed; may roll back the transaction
     "changes": SQL                              another program changes the site first, or as soon
-                                                as no session holds the rows any more
+                                                as no session locks the rows
 Every fault happens once.
 """
 import re
@@ -47,7 +47,7 @@ class Faults:
             self.waiting = []
 
     def at(self, request):
-        """Those that happen at the request."""
+        """Removes and returns the faults of the request."""
         with self.lock:
             found = [fault for fault in self.waiting if request.is_named_by(fault)]
             self.waiting = [fault for fault in self.waiting if fault not in found]
@@ -55,7 +55,7 @@ class Faults:
 
 
 def sent_before_hanging_up(fault, pieces):
-    """The part of an answer that still goes out. A piece says which part of the answer it ends."""
+    """The part of an answer that is sent. Each piece names what it ends: a statement or a row."""
     counted = "statement" if "statements" in fault else "row"
     left = fault.get("statements", fault.get("rows"))
     sent = b""

@@ -30,15 +30,15 @@ class Listener(socketserver.ThreadingTCPServer):
 class Site:
     def __init__(self, directory):
         self.directory = directory
-        self.keeps = None
+        self.stored_site = None
         self.faults = faults.Faults()
         self.changed = threading.Condition()
         self.sessions = set()
         self.record_lock = threading.Lock()
         self.change_lock = threading.Lock()
         self.later_changes = []
-        self.door = Listener(self, (ADDRESS, 0), session.Session)
-        self.port = self.door.server_address[1]
+        self.listener = Listener(self, (ADDRESS, 0), session.Session)
+        self.port = self.listener.server_address[1]
         self.open = False
         self.start()
         Listener(self, (CONTROL_ADDRESS, self.port), control.Session).start()
@@ -46,21 +46,21 @@ class Site:
     def reset(self):
         self.faults.clear()
         self.drop_sessions()
-        self.keeps = None
+        self.stored_site = None
         self.later_changes = []
         self.start()
 
     def start(self):
         if not self.open:
-            self.door.start()
+            self.listener.start()
             self.open = True
 
     def stop(self):
-        """Refuses new clients and keeps the port, so that nobody else gets it."""
+        """Refuses new clients, but keeps the port reserved."""
         if self.open:
-            self.door.shutdown()
-            self.door.server_close()
-            self.door = Listener(self, (ADDRESS, self.port), session.Session)
+            self.listener.shutdown()
+            self.listener.server_close()
+            self.listener = Listener(self, (ADDRESS, self.port), session.Session)
             self.open = False
 
     def enter(self, client):
@@ -79,7 +79,7 @@ class Site:
                 try:
                     client.connection.shutdown(socket.SHUT_RDWR)
                 except OSError:
-                    pass  # The client was faster.
+                    pass  # The client has already disconnected.
         self.wait_for_sessions(0)
 
     def wait_for_sessions(self, count):
@@ -94,16 +94,17 @@ class Site:
             file.write(line + "\n")
 
     def new_store(self):
-        return self.keeps and store.Store(self.keeps["path"], self.keeps.get("traits", {}))
+        kept = self.stored_site
+        return kept and store.Store(kept["path"], kept.get("traits", {}))
 
     def change(self, sql=None):
-        """Lets another program change the site, as soon as no session holds the rows."""
+        """Changes the site as another program, as soon as no session locks the rows."""
         with self.change_lock:
             if sql is not None:
                 self.later_changes.append(sql)
             while self.later_changes:
                 try:
-                    store.change(self.keeps["path"], self.later_changes[0])
+                    store.change(self.stored_site["path"], self.later_changes[0])
                 except store.Locked:
                     return
                 self.later_changes.pop(0)

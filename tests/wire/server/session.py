@@ -30,7 +30,7 @@ class Session(socketserver.StreamRequestHandler):
         self.nested = 0
         self.begun = 0
         self.used = False
-        self.deaf = False
+        self.silent = False
         self.store = None
         handlers = {
             tds.PRELOGIN: lambda content: self.reply(tds.prelogin_answer()),
@@ -44,7 +44,7 @@ class Session(socketserver.StreamRequestHandler):
         try:
             while (message := tds.receive(self.rfile)) is not None:
                 kind, content = message
-                if not self.deaf:
+                if not self.silent:
                     handlers[kind](content)
         except HangUp:
             if self.used:
@@ -52,7 +52,7 @@ class Session(socketserver.StreamRequestHandler):
         except ConnectionError:
             pass
         finally:
-            # The client sees the end of the connection after this.
+            # Before the connection is closed.
             if self.store:
                 self.store.close()
             self.site.change()
@@ -66,7 +66,7 @@ class Session(socketserver.StreamRequestHandler):
         self.site.record(login=login)
         outcome = self.script.login
         if outcome == "stall":
-            # The next thing that the client says, or its going, ends the waiting.
+            # handle() goes on with the next message of the client.
             return
         if outcome == "close":
             raise HangUp
@@ -96,18 +96,18 @@ class Session(socketserver.StreamRequestHandler):
         self.serve(faults.Request(text), pieces)
 
     def serve(self, request, pieces):
-        """Sends the pieces of an answer, which are made as they are asked for, or fails to."""
+        """Sends the lazily made pieces of an answer, subject to the request's faults."""
         for fault in self.site.faults.at(request):
             if "changes" in fault:
                 self.site.change(fault["changes"])
             else:
-                pieces = self.spoilt(fault, pieces)
+                pieces = self.with_fault(fault, pieces)
         content = b"".join(content for content, _ in pieces)
         self.site.change()
-        if not self.deaf:
+        if not self.silent:
             self.reply(content)
 
-    def spoilt(self, fault, pieces):
+    def with_fault(self, fault, pieces):
         if "fails" in fault:
             return iter([(self.failure(**fault["fails"]), "statement")])
         when = fault.get("hangsUp") or fault["stalls"]
@@ -117,7 +117,7 @@ class Session(socketserver.StreamRequestHandler):
             list(pieces)
         if "hangsUp" in fault:
             raise HangUp
-        self.deaf = True
+        self.silent = True
         return iter(())
 
     def failure(self, number, text, undoes=False):
@@ -135,7 +135,7 @@ class Session(socketserver.StreamRequestHandler):
         count = answers.statement_count(text)
         if count == 0 and failure is None and tsql.is_for_the_session(text):
             for statement in tsql.statements(text):
-                yield self.obeyed(statement) + tds.done(), "statement"
+                yield self.session_reply(statement) + tds.done(), "statement"
             return
         if count == 0 and failure is None:
             yield tds.error(208, NO_ANSWER) + tds.done(tds.DONE_ERROR), "statement"
@@ -156,10 +156,10 @@ class Session(socketserver.StreamRequestHandler):
             more = tds.DONE_MORE if statements else 0
             try:
                 if statement.is_for_the_session:
-                    yield self.obeyed(statement) + tds.done(more), "statement"
+                    yield self.session_reply(statement) + tds.done(more), "statement"
                     continue
                 self.store.trancount = self.nested + 1 if self.transaction else 0
-                columns, rows = self.patiently(self.store.run, statement)
+                columns, rows = self.retry_while_locked(self.store.run, statement)
             except store.Refusal as refusal:
                 yield self.refused(refusal, more), "statement"
                 if refusal.ends != "statement":
@@ -184,8 +184,8 @@ class Session(socketserver.StreamRequestHandler):
             more = 0
         return undone + tds.error(refusal.number, str(refusal)) + tds.done(tds.DONE_ERROR | more)
 
-    def patiently(self, action, *arguments):
-        """Waits for rows that another session holds, until the client has something to say."""
+    def retry_while_locked(self, action, *arguments):
+        """Waits for rows that another session locks, until the client sends something."""
         while True:
             try:
                 return action(*arguments)
@@ -193,8 +193,8 @@ class Session(socketserver.StreamRequestHandler):
                 if select.select([self.connection], [], [], 0.01)[0]:
                     raise store.Refusal(1222, "Lock request was given up.", ends="batch") from None
 
-    def obeyed(self, statement):
-        """A setting, or the begin or end of a transaction in a batch: the outermost counts."""
+    def session_reply(self, statement):
+        """Runs a setting, or the begin or end of a transaction; only the outermost counts."""
         verb = statement.verb
         if verb == "SET":
             if self.store:
@@ -226,10 +226,10 @@ class Session(socketserver.StreamRequestHandler):
     def end_transaction(self, kind, event):
         if self.store:
             if kind == tds.COMMIT:
-                self.patiently(self.store.commit)
+                self.retry_while_locked(self.store.commit)
             else:
                 self.store.roll_back()
-        # The driver begins and ends transactions in which nothing happens.
+        # The driver also begins and ends empty transactions, which are not recorded.
         if self.used:
             self.site.record(transaction=event)
         ended, self.transaction, self.used, self.nested = self.transaction, 0, False, 0

@@ -1,7 +1,7 @@
-"""The site in an SQLite file, as SQL Server would keep it.
+"""The site in an SQLite file, with the behaviour of SQL Server.
 
-Not as SQL Server does it: a reader never waits for a writer, one writer holds all rows, only
-letters from a to z are compared without regard to case, and blanks at the end of a text count.
+Differences: a reader never waits for a writer, a writer locks all rows, only the letters a to z are
+compared without regard to case, and trailing blanks count in comparisons.
 """
 import datetime
 import os
@@ -15,7 +15,7 @@ RANGES = {"smallint": (1 << 15, 220), "int": (1 << 31, 8115)}
 
 
 class Refusal(Exception):
-    """An error of the server, and what it ends: the statement, the batch or the transaction."""
+    """An error of the server; it ends the statement, the batch or the transaction."""
 
     def __init__(self, number, text, ends="statement"):
         super().__init__(text)
@@ -24,10 +24,10 @@ class Refusal(Exception):
 
 
 class Locked(Exception):
-    """Another session holds the rows."""
+    """Another session locks the rows."""
 
     def __init__(self):
-        super().__init__("Another session holds the rows.")
+        super().__init__("Another session locks the rows.")
 
 
 def create(path):
@@ -40,13 +40,13 @@ def create(path):
 
 def opened(path):
     connection = sqlite3.connect(path, isolation_level=None, timeout=0)
-    # The file need not outlive a power failure.
+    # The file need not survive a power failure.
     connection.execute("PRAGMA synchronous = OFF")
     return connection
 
 
 def change(path, sql):
-    """What another program does to the site; Locked while a session of ours holds the rows."""
+    """Changes the site as another program. Raises Locked while a session locks the rows."""
     connection = opened(path)
     try:
         connection.executescript(f"BEGIN IMMEDIATE; {sql}; COMMIT")
@@ -59,12 +59,12 @@ def change(path, sql):
 
 
 class Store:
-    """One session's look at the site. `traits` may hold
+    """One session's view of the site. `traits` may contain
 
     "codePage": true          letters outside of Latin-1 are stored as question marks
-    "widths": "cut"|"refuse"  texts longer than their column are cut, or refused; else stored
+    "widths": "cut"|"refuse"  longer texts than the column are truncated, or refused
     "joinsLines": true        a backslash before a line break in a text joins the lines
-    "dayFirst": true          dates that are written with blanks have the day before the month
+    "dayFirst": true          dates written with blanks have the day before the month
     """
 
     def __init__(self, path, traits):
@@ -92,7 +92,7 @@ class Store:
             self.watch(table, types)
 
     def watch(self, table, types):
-        """What a row holds after a change is what its columns can hold."""
+        """Converts the values of changed rows to the types of their columns."""
         script = ""
         values = ", ".join(f"{name} = fitted(NEW.{name}, '{kind}')" for name, kind in types.items())
         for event, sets in [("INSERT", values)] + [
@@ -120,7 +120,7 @@ class Store:
         if value is None:
             return None
         if kind == "datetime":
-            return self.moment(str(value))
+            return self.datetime_value(str(value))
         if kind in RANGES:
             limit, number = RANGES[kind]
             if isinstance(value, str) and not value.strip():
@@ -139,7 +139,7 @@ class Store:
             raise Refusal(8152, "String or binary data would be truncated.")
         return text[:width] if self.traits.get("widths") == "cut" else text
 
-    def moment(self, text):
+    def datetime_value(self, text):
         swapped = self.traits.get("dayFirst") and "T" not in text
         if swapped:
             text = re.sub(r"^(\d+)-(\d+)-(\d+)", r"\1-\3-\2", text)
@@ -150,7 +150,7 @@ class Store:
             raise Refusal(242 if swapped else 241, what, ends="transaction") from None
 
     def statements(self, batch):
-        """Refuses a batch that cannot run to its end before any of it has run."""
+        """Parses a batch and refuses one with an invalid statement before any of it runs."""
         try:
             found = tsql.statements(batch, self.traits.get("joinsLines"))
             for statement in found:
@@ -160,7 +160,7 @@ class Store:
         except tsql.SyntaxError as error:
             raise Refusal(error.number, str(error), ends="batch") from None
         except sqlite3.Error as error:
-            raise self.understood(error) from None
+            raise self.refusal_for(error) from None
 
     def set(self, words):
         if words[:4] == ["SET", "TRANSACTION", "ISOLATION", "LEVEL"]:
@@ -182,13 +182,13 @@ class Store:
             self.rowcount = len(rows)
             return self.columns(cursor.description, rows), rows
         except (sqlite3.Error, sqlite3.Warning) as error:
-            refusal = self.understood(error, statement.changes_rows)
+            refusal = self.refusal_for(error, statement.changes_rows)
             if self.errors_undo and isinstance(refusal, Refusal):
                 refusal.ends = "transaction"
             raise refusal from None
 
     def begin(self, statement):
-        """Reading holds the rows only if told to; writing always does."""
+        """Reading locks the rows only on request; writing always does."""
         if statement.changes_rows or statement.holds:
             self.connection.execute("BEGIN IMMEDIATE")
         elif self.serializable:
@@ -213,12 +213,12 @@ class Store:
         width = max(width, int(re.search(r"\d+", declared or "nvarchar(1)").group()))
         return f"nvarchar({width})" if width <= 4000 else "nvarchar(max)"
 
-    def understood(self, error, changes_rows=False):
+    def refusal_for(self, error, changes_rows=False):
         if self.refusal:
             return self.refusal
         text = str(error)
         if "locked" in text:
-            # When two that have read want to write, one must give way.
+            # Two readers that both want to write: one must fail.
             if changes_rows and self.connection.in_transaction:
                 what = "Transaction was deadlocked and has been chosen as the deadlock victim."
                 return Refusal(1205, what, ends="transaction")

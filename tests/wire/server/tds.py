@@ -14,7 +14,7 @@ DONE_MORE, DONE_ERROR, DONE_COUNT, DONE_ATTENTION = 0x01, 0x02, 0x10, 0x20
 
 
 def receive(stream):
-    """One message: its type and its bytes; None when the client has gone."""
+    """One message: its type and its bytes; None when the connection is closed."""
     content = b""
     while True:
         header = stream.read(8)
@@ -27,7 +27,7 @@ def receive(stream):
 
 
 def packets(content, last=True):
-    """The packets of a reply; without the last one's mark the reply goes on."""
+    """The packets of a reply; with `last` unset, more will follow."""
     size = PACKET_SIZE - 8
     pieces = [content[i : i + size] for i in range(0, len(content), size)] or [b""]
     sent = b""
@@ -54,10 +54,10 @@ def prelogin_answer():
 
 
 def login(content):
-    """What the client says about itself."""
+    """The login data of the client."""
     version = struct.unpack_from("<I", content, 4)[0]
     if version < OLDEST_VERSION:
-        raise ValueError(f"The client speaks an old version of the protocol: {version:#x}")
+        raise ValueError(f"The client uses an old version of the protocol: {version:#x}")
 
     def text(position, decode=bytes):
         start, length = struct.unpack_from("<HH", content, position)
@@ -86,7 +86,7 @@ def batch_text(content):
 
 
 def transaction_request(content):
-    """The request's kind, and whether the next transaction begins with it."""
+    """The request's kind, and whether it also begins the next transaction."""
     body = without_headers(content)
     kind = struct.unpack_from("<H", body)[0]
     begins_next = kind != BEGIN and len(body) > 3 + body[2] and body[3 + body[2]] & 1
@@ -173,8 +173,8 @@ class DateTime:
     def cell(self, value):
         if value is None:
             return b"\x00"
-        moment = datetime.datetime.fromisoformat(value)
-        since = moment - datetime.datetime(1900, 1, 1)
+        datetime_value = datetime.datetime.fromisoformat(value)
+        since = datetime_value - datetime.datetime(1900, 1, 1)
         ticks = since.seconds * 300 + round(since.microseconds * 300 / 1_000_000)
         return b"\x08" + struct.pack("<iI", since.days, ticks)
 

@@ -1,4 +1,4 @@
-"""The T-SQL that an administration program speaks, in SQLite's words."""
+"""Translates the T-SQL of administration programs into SQLite's dialect."""
 import re
 
 TOKEN = re.compile(
@@ -27,7 +27,7 @@ class SyntaxError(Exception):
 
 
 class Statement:
-    """One statement: its verb, its text for SQLite, and whether its reading locks the rows."""
+    """One statement: its verb, its text for SQLite, and whether reading locks the rows."""
 
     def __init__(self, tokens):
         self.words = [text.upper() for kind, text in tokens if kind == "word"]
@@ -43,7 +43,7 @@ class Statement:
 
     @property
     def is_for_the_session(self):
-        """Not for the database: a setting, or the begin or end of a transaction."""
+        """True for a setting and for the begin or end of a transaction."""
         return is_for_the_session(self.verb)
 
     def translated(self, tokens):
@@ -106,7 +106,7 @@ def closing(tokens, opening):
 
 
 def item_end(tokens, start):
-    """Where an item of a select list ends."""
+    """The end of an item of a select list."""
     position = start
     while position < len(tokens):
         kind, text = tokens[position]
@@ -119,8 +119,8 @@ def item_end(tokens, start):
 
 
 def statements(batch, joins_lines=False):
-    """The statements of a batch, which nothing needs to separate. A backslash before a line break
-    inside a text joins the lines where that is asked for."""
+    """The statements of a batch, which need no separators. With `joins_lines` a backslash before a
+    line break inside a text joins the lines."""
     tokens = []
     for match in TOKEN.finditer(batch):
         kind, text = match.lastgroup, match.group()

@@ -3,7 +3,7 @@
 #include "harness/fake_client.h"
 #include "ui/settings/editor/settings_editor_test.h"
 
-/// Two administrators at work on the same configurations, directly and behind a remote client.
+/// Two administrators who change the same configurations, directly and through a remote client.
 namespace tlpacscfg::test {
 namespace {
 
@@ -11,14 +11,14 @@ using enum Control;
 using system::Answer;
 using system::Buttons;
 
-enum class Way { Direct, Remote };
+enum class Path { Direct, Remote };
 
-class SettingsConflictTest : public SettingsEditorTest, public ::testing::WithParamInterface<Way> {
+class SettingsConflictTest : public SettingsEditorTest, public ::testing::WithParamInterface<Path> {
  protected:
   void openSite(std::int16_t configID) {
     makeSite();
     open(configID);
-    if (GetParam() == Way::Remote) connectSiteClient();
+    if (GetParam() == Path::Remote) connectSiteClient();
   }
 
   /// Somebody else changes the configuration.
@@ -130,7 +130,7 @@ TEST_P(SettingsConflictTest, ASaveByAnotherThatChangedNoValueIsNoConflict) {
   EXPECT_EQ(description(5), L"Mine");
 }
 
-TEST_P(SettingsConflictTest, WhatAnotherSavedAlreadyInTheSameWordsIsNoConflict) {
+TEST_P(SettingsConflictTest, AnIdenticalSaveByAnotherIsNoConflict) {
   openSite(5);
   changeElsewhere(5, L"description = 'The same'");
   type(txtDescription, L"The same");
@@ -266,7 +266,7 @@ TEST_P(SettingsConflictTest, AWorkstationReassignedHereCountsAsReassignedBeforeI
   EXPECT_EQ(count(), L"2");
 }
 
-TEST_P(SettingsConflictTest, ANumberThatAnotherTakesGivesWayToTheNext) {
+TEST_P(SettingsConflictTest, ANumberThatAnotherTakesIsReplacedByTheNext) {
   openSite(5);
   editor.btnNew();
   settle();
@@ -280,9 +280,9 @@ TEST_P(SettingsConflictTest, ANumberThatAnotherTakesGivesWayToTheNext) {
   EXPECT_FALSE(editor.isNew());
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, SettingsConflictTest, ::testing::Values(Way::Direct, Way::Remote),
-                         [](const auto& way) {
-                           return way.param == Way::Direct ? "Direct" : "Remote";
+INSTANTIATE_TEST_SUITE_P(Paths, SettingsConflictTest, ::testing::Values(Path::Direct, Path::Remote),
+                         [](const auto& path) {
+                           return path.param == Path::Direct ? "Direct" : "Remote";
                          });
 
 }  // namespace

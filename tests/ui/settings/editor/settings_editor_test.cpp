@@ -85,7 +85,7 @@ TEST_F(SettingsEditorTest, AnUnknownConfigurationShowsNothingNewAndSelectsNoRow)
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(SettingsEditorTest, AnUnknownConfigurationLeavesTheShownOneTheCurrentOne) {
+TEST_F(SettingsEditorTest, AnUnknownConfigurationDoesNotChangeTheCurrentOne) {
   makeSite();
   open(5);
   editor.ShowPACSSettings(7);
@@ -97,7 +97,7 @@ TEST_F(SettingsEditorTest, AnUnknownConfigurationLeavesTheShownOneTheCurrentOne)
   EXPECT_EQ(L"Changed", description(5));
 }
 
-TEST_F(SettingsEditorTest, AnUnknownConfigurationLeavesTheShownOnesEditsToBeAskedAbout) {
+TEST_F(SettingsEditorTest, AnUnknownConfigurationKeepsTheEditsOfTheShownOne) {
   makeSite();
   open(5);
   type(txtDescription, L"Changed");
@@ -135,7 +135,7 @@ TEST_F(SettingsEditorTest, SavingWithoutAnEditWritesNothing) {
   EXPECT_EQ(L"0", site.value(L"select count(*) from System_offline_db_updates"));
 }
 
-TEST_F(SettingsEditorTest, ADisabledListWithoutAnEntryHindersNoSaveAndKeepsItsColumn) {
+TEST_F(SettingsEditorTest, ADisabledListWithoutAnEntryAllowsSavingAndKeepsItsColumn) {
   addConfiguration(1, std::wstring(kSettled) + L", description = 'Default', flag8 = 1");
   open(1);
   ASSERT_FALSE(editor.form[cmbContextUpdate].enabled);
@@ -291,7 +291,7 @@ TEST_F(SettingsEditorTest, ANewConfigurationIsInsertedUnderTheNextIdentifier) {
   EXPECT_EQ(L"4", count());
 }
 
-TEST_F(SettingsEditorTest, AnIdentifierThatTheListHoldsGivesWayToTheNextFreeOne) {
+TEST_F(SettingsEditorTest, AnIdentifierInTheListIsReplacedByTheNextFreeOne) {
   makeSite();
   open(5);
   editor.btnNew();
@@ -408,7 +408,7 @@ TEST_F(SettingsEditorTest, UnloadingForgetsEverything) {
   EXPECT_TRUE(editor.deleteEnabled);
 }
 
-TEST_F(SettingsEditorTest, AMessageAboutAConfigurationComesWhenItIsOnTheScreen) {
+TEST_F(SettingsEditorTest, AMessageAboutAConfigurationIsShownAfterTheConfiguration) {
   makeSite();
   addConfiguration(
       2, L"description = 'Custom', pacs_type = 7, pacs_request_password = 1, flag10 = 11");
@@ -497,7 +497,7 @@ TEST_F(SettingsEditorTest, DroppedEditsDoNotStayOnTheScreen) {
   EXPECT_EQ(L"0", editor.form[txtPort].text);
 }
 
-TEST_F(SettingsEditorTest, AFieldThatIsNotStoredAsEnteredIsCalledByItsCaption) {
+TEST_F(SettingsEditorTest, AFieldThatIsNotStoredAsEnteredIsReportedByItsCaption) {
   makeSite();
   open(5);
   const std::pair<Control, const wchar_t*> fields[] = {

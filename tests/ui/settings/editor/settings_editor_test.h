@@ -24,10 +24,10 @@ inline constexpr const wchar_t* kBlankDescription =
     L"The Configuration Description Field cannot be blank.";
 inline constexpr const wchar_t* kSure = L"Are you sure you want to delete this configuration?";
 
-/// What a record must hold so that showing it changes nothing.
+/// Values that the editor shows and reads back unchanged.
 inline constexpr const wchar_t* kSettled = L"pacs_request_password = 1, flag10 = 11";
 
-/// The editor on a site with up to three configurations, as a window would drive it.
+/// The editor on a site with up to three configurations, driven as by its window.
 class SettingsEditorTest : public SiteTest {
  protected:
   SettingsEditorTest() {

@@ -146,7 +146,7 @@ TEST_F(SettingsLeavingTest, ANewConfigurationSavedByTheQuestionReachesTheHostAnd
   EXPECT_EQ(1, listRefreshes);
 }
 
-TEST_F(SettingsLeavingTest, WhatTheQuestionDropsReachesNobody) {
+TEST_F(SettingsLeavingTest, DiscardedEditsAreNotHandedOver) {
   makeSite();
   open(5);
   const auto before = host->m_colPACSConfig;

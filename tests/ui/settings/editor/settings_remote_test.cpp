@@ -5,7 +5,7 @@
 #include "harness/fake_client.h"
 #include "ui/settings/editor/settings_editor_test.h"
 
-/// The editor's writing through the remote data client, which reports its failures to the log only.
+/// Saving and deleting through the remote data client, which only logs its failures.
 namespace tlpacscfg::test {
 namespace {
 
@@ -21,7 +21,7 @@ constexpr const wchar_t* kMark = L"System_offline_db_updates";
 
 class SettingsRemoteTest : public SettingsEditorTest {
  protected:
-  /// The editor on the site's configurations, from now on behind a client of the same site.
+  /// Opens the editor on the site's configurations and then connects a client of the same site.
   void openRemotely(std::int16_t configID) {
     makeSite();
     open(configID);
@@ -32,8 +32,8 @@ class SettingsRemoteTest : public SettingsEditorTest {
     client->refused = statement;
     client->reason = kLocked;
   }
-  /// From now on the statement is executed, but the client does not hear of it. Gives what
-  /// executes statements otherwise.
+  /// From now on the statement is executed, but its answer is lost. Returns the function that
+  /// executes statements normally.
   std::function<void(const std::wstring&)> loseTheAnswerTo(const wchar_t* statement) {
     const auto run = client->execute;
     client->execute = [run, statement](const std::wstring& sql) {
@@ -147,7 +147,7 @@ TEST_F(SettingsRemoteTest, ARefusedInsertLeavesTheConfigurationNewAndOutsideTheC
   EXPECT_EQ(hostDescription(10), L"Ten");
 }
 
-TEST_F(SettingsRemoteTest, ARefusedDeleteShowsTheDirectWaysBoxAndKeepsTheConfiguration) {
+TEST_F(SettingsRemoteTest, ARefusedDeleteShowsTheDirectPathsBoxAndKeepsTheConfiguration) {
   openRemotely(5);
   refuse(kDelete);
   answers = {Answer::Yes};
@@ -185,7 +185,7 @@ TEST_F(SettingsRemoteTest, AClientThatIsGoneIsAnErrorToo) {
   EXPECT_EQ(editor.form[txtDescription].text, L"Changed");
 }
 
-TEST_F(SettingsRemoteTest, AnIdentifierThatTheListHoldsGivesWayToTheNextFreeOne) {
+TEST_F(SettingsRemoteTest, AnIdentifierInTheListIsReplacedByTheNextFreeOne) {
   openRemotely(5);
   editor.btnNew();
   settle();
@@ -209,7 +209,7 @@ TEST_F(SettingsRemoteTest, ANewConfigurationIsNumberedBeforeItsControlsAreRead) 
   EXPECT_EQ(sent(L""), 0);
 }
 
-TEST_F(SettingsRemoteTest, WhatAnUnansweredSaveStoredCanBeTakenBackByTheNext) {
+TEST_F(SettingsRemoteTest, WhatAnUnansweredSaveStoredCanBeUndoneByTheNext) {
   openRemotely(5);
   const auto run = loseTheAnswerTo(kUpdate);
   type(txtDescription, L"Wrong");

@@ -4,7 +4,7 @@
 #include "support/runtime_error.h"
 #include "ui/settings/editor/settings_editor_test.h"
 
-/// What hosts may do while the editor waits, and what may be left from an earlier try.
+/// Actions of the host while a message box is open, and commands repeated after a failure.
 namespace tlpacscfg::test {
 namespace {
 
@@ -19,7 +19,7 @@ class SettingsWaitingTest : public SettingsEditorTest {
     host->path = OpenedPath::ofModules(*host->settings);
   }
 
-  /// The host creates another object while any box waits; every question is answered with Yes.
+  /// The host creates another object while a box is open; every question is answered with Yes.
   void createAnotherObjectInEachBox() {
     system::showMessage = [this](const system::Message& message) {
       messages.push_back(message);
@@ -32,7 +32,7 @@ class SettingsWaitingTest : public SettingsEditorTest {
   std::shared_ptr<clsConfig> another_;
 };
 
-TEST_F(SettingsWaitingTest, AnotherObjectCreatedWhileAConflictIsAskedAboutDivertsNoSave) {
+TEST_F(SettingsWaitingTest, AnObjectCreatedDuringAConflictQuestionDoesNotRedirectTheSave) {
   openWithOwnWay(5);
   site.run(L"update Interface_PACS_cfg set description = 'Theirs' where config_id = 5");
   type(txtDescription, L"Mine");
@@ -42,7 +42,7 @@ TEST_F(SettingsWaitingTest, AnotherObjectCreatedWhileAConflictIsAskedAboutDivert
   EXPECT_FALSE(modMain.g_blnSqlConnected);
 }
 
-TEST_F(SettingsWaitingTest, AnotherObjectCreatedWhileADeleteIsConfirmedDivertsNoDelete) {
+TEST_F(SettingsWaitingTest, AnObjectCreatedDuringAConfirmationDoesNotRedirectTheDelete) {
   openWithOwnWay(5);
   createAnotherObjectInEachBox();
   editor.btnDelete();
@@ -81,7 +81,7 @@ TEST_F(SettingsWaitingTest, ARecordThatAHostAddedIsInsertedWithoutAQuestion) {
   EXPECT_EQ(description(20), L"Mine");
 }
 
-TEST_F(SettingsWaitingTest, AQuoteInTheNameOfTheLastUserHindersNoUpdate) {
+TEST_F(SettingsWaitingTest, AQuoteInTheNameOfTheLastUserAllowsUpdates) {
   makeSite();
   site.run(L"update Interface_PACS_cfg set last_user_id = 'O''Brien' where config_id = 5");
   open(5);

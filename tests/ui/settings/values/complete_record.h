@@ -10,7 +10,7 @@ namespace tlpacscfg::test {
 /// The XML files that the window offers.
 inline const std::vector<std::wstring> kFiles = {L"a.xml", L"b.xml"};
 
-/// A record whose every value is one that the window can show.
+/// A record that the window can show completely.
 inline clsPACSConfiguration completeRecord() {
   clsPACSConfiguration record;
   record.configID = 12;

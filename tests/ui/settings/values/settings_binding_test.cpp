@@ -45,7 +45,7 @@ TEST(BindingTest, EveryCodeOfEveryListSurvivesBeingShownAndReadBack) {
       setValue(record, binding.field, option.code);
       SettingsForm form(kFiles);
       showRecord(form, record);
-      // The formats that overrule the mapping or the password option are tested apart.
+      // Other tests cover the formats that override the mapping or the password option.
       if (binding.control == cmbVendorType &&
           (option.code == vendor::kGe || isBroker(option.code))) {
         continue;

@@ -6,14 +6,14 @@
 
 #include "ui/settings/values/settings_controls.h"
 
-/// What the settings window has to offer, written down apart from the tables that make it.
+/// The expected content of the settings window, independent of the tables that define it.
 namespace tlpacscfg::test {
 
 struct ExpectedControl {
   const wchar_t* name;
   Kind kind;
   Page page;
-  const wchar_t* text;  ///< Null: any text will do.
+  const wchar_t* text;  ///< Null: any text.
   const wchar_t* tooltip;
 };
 
@@ -129,7 +129,7 @@ inline constexpr ExpectedControl kExpectedControls[] = {
 };
 // clang-format on
 
-/// The accession fields are stored by name; their codes go unused.
+/// The accession fields are stored by name; their codes are not used.
 inline const std::vector<ExpectedList>& expectedLists() {
   static const std::vector<ExpectedList> lists = {
       {L"cmbVendorType",

@@ -35,7 +35,7 @@ TEST(BoundListTest, AnXmlFileThatIsNotOfferedSelectsNone) {
   EXPECT_TRUE(PACSValueTheSame(form, record));
 }
 
-TEST(BoundListTest, AnXmlFileIsFoundInOtherLettersUnlessOneIsExactlyItsOwn) {
+TEST(BoundListTest, AnXmlFileIsFoundWithoutRegardToCaseUnlessOneMatchesExactly) {
   Record record = completeRecord();
   SettingsForm form({L"MAP.XML", L"map.xml", L"Other.xml"});
   const struct {
@@ -65,7 +65,7 @@ TEST(BoundListTest, ACustomFormatWithoutXmlFilesFallsBackWithItsMessage) {
   }
 }
 
-TEST(BoundListTest, OtherFormatsDoNotMindThatThereAreNoXmlFiles) {
+TEST(BoundListTest, OtherFormatsNeedNoXmlFiles) {
   for (const int format : {0, 1, 2, 3, 4, 5, 8}) {
     Record record = completeRecord();
     record.PACSType = static_cast<std::int16_t>(format);

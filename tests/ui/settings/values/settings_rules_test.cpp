@@ -13,7 +13,7 @@ namespace {
 
 using enum Control;
 
-/// Everything that the rules read.
+/// The input of the rules.
 struct Inputs {
   int vendorPosition;
   int responseType;
@@ -34,7 +34,7 @@ std::ostream& operator<<(std::ostream& stream, const Inputs& in) {
                 << in.accessionOption << ", files " << in.files << " at " << in.filePosition;
 }
 
-/// What the window showed before: it must not matter.
+/// The previous state of the window, which must not affect the result.
 struct Before {
   bool enabled;
   bool ticked;
@@ -90,7 +90,7 @@ void expectCleared(Oracle& oracle, Control box) {
   oracle[box].ticked = false;
 }
 
-/// The rules once more, in the order of their text and without the tables of the program.
+/// An independent implementation of the rules, without the program's tables.
 Oracle oracleOf(const Inputs& in) {
   Oracle oracle;
   const bool fallback =
@@ -224,7 +224,7 @@ bool agrees(const Expectation& expected, const ControlContent& before,
          after.tooltip == expected.tooltip.value_or(before.tooltip);
 }
 
-/// Also what no rule mentions must stay as it was.
+/// Everything that no rule mentions must stay unchanged too.
 void check(const Inputs& in) {
   for (const Before& before : kBefores) {
     const SettingsForm form = formOf(in, before);
@@ -273,7 +273,7 @@ TEST(FieldRulesTest, PollingContextChangesAndCloseDictationFollowTheirOwnControl
   }
 }
 
-TEST(FieldRulesTest, AppliedTwiceTheyChangeNothingMore) {
+TEST(FieldRulesTest, ApplyingTheRulesTwiceChangesNothingMore) {
   for (int vendorPosition = 0; vendorPosition < 9; ++vendorPosition) {
     for (int type = 0; type < 3; ++type) {
       for (const int files : {0, 1}) {

@@ -18,7 +18,7 @@ const ControlDesign* findControl(const std::wstring& name) {
   return nullptr;
 }
 
-TEST(SettingsTablesTest, EveryExpectedControlIsThereWithItsKindPageTextAndTooltip) {
+TEST(SettingsTablesTest, EveryExpectedControlExistsWithItsKindPageTextAndTooltip) {
   for (const ExpectedControl& expected : kExpectedControls) {
     SCOPED_TRACE(toUtf8(expected.name));
     const ControlDesign* control = findControl(expected.name);
@@ -32,7 +32,7 @@ TEST(SettingsTablesTest, EveryExpectedControlIsThereWithItsKindPageTextAndToolti
   }
 }
 
-TEST(SettingsTablesTest, NoControlIsThereThatNobodyExpects) {
+TEST(SettingsTablesTest, NoUnexpectedControlExists) {
   std::set<std::wstring> expected;
   for (const ExpectedControl& control : kExpectedControls) expected.insert(control.name);
   for (const ControlDesign& control : controls()) {
@@ -75,7 +75,7 @@ TEST(SettingsTablesTest, EveryListButTheXmlFilesHasEntries) {
   }
 }
 
-/// Property, control and conversion, written down apart from the table.
+/// Property, control and conversion, independent of the table.
 struct ExpectedBinding {
   const wchar_t* property;
   const wchar_t* control;
@@ -142,7 +142,7 @@ TEST(SettingsTablesTest, EveryBindingTiesItsPropertyToItsControl) {
 }
 
 TEST(SettingsTablesTest, EveryStoredPropertyIsBoundOrKnownNotToBeShown) {
-  // The identifier belongs to the row, the user and the time of the last change to the save.
+  // The identifier is that of the row; saving sets the user and the time of the last change.
   const std::set<std::wstring> notShown = {L"configID", L"LastUpdateUserID", L"LastUpdateDate"};
   for (const Column& column : columns()) {
     const auto bound = std::count_if(bindings().begin(), bindings().end(),
@@ -155,7 +155,7 @@ TEST(SettingsTablesTest, EveryControlThatHoldsAValueIsBoundOrKnownToBelongToNoRe
   const std::set<std::wstring> unbound = {
       // Texts sent with a response, and the box beside them.
       L"txtFinishedStatus", L"txtPausedStatus", L"txtAbortedStatus", L"txtNonPACS", L"chkCompleted",
-      // Part of a value that another control leads.
+      // Bound through another control.
       L"radLogonMapPACS_0", L"radLogonMapPACS_1", L"radLogonMapCorvane_0", L"radLogonMapCorvane_1",
       L"radLogonMapCorvane_2", L"chkEnableContextPolling", L"optMultiAccessionHandlingOption_1",
       L"optMultiAccessionHandlingOption_2"};

@@ -117,7 +117,7 @@ TEST_F(ValidDataTest, LaterChecksStillRunAfterAFailure) {
   EXPECT_EQ((Messages{kSameButton, kHl7Marker, kTcpIpPort}), messages());
 }
 
-TEST_F(ValidDataTest, AMarkerBehindTheFirstCharacterNeedsApplicableFields) {
+TEST_F(ValidDataTest, AMarkerAfterTheFirstCharacterNeedsApplicableFields) {
   struct Case {
     const wchar_t* text;
     bool counts;

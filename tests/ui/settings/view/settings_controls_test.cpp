@@ -64,7 +64,7 @@ class SettingsControlsTest : public SettingsTest {
     return found;
   }
 
-  /// Each window has a tooltip control of its own, which knows only that window's controls.
+  /// Each window has a tooltip control of its own for its controls only.
   static std::wstring tooltipOf(HWND window, HWND control) {
     std::wstring text(1000, L'\0');
     TTTOOLINFOW tool{};
@@ -97,7 +97,7 @@ class SettingsControlsTest : public SettingsTest {
     return IntersectRect(&common, &a, &b) != FALSE;
   }
 
-  /// The size of the control's text on the screen, in so many lines as the width asks for.
+  /// The size of the control's text on the screen when wrapped to the width.
   static SIZE textSize(HWND control, const std::wstring& text, LONG width) {
     const HDC screen = GetDC(nullptr);
     const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0));
@@ -159,7 +159,7 @@ TEST_F(SettingsControlsTest, EveryControlIsOnItsPageWithItsClassCaptionAndToolti
   });
 }
 
-TEST_F(SettingsControlsTest, TheTooltipsGoWithTheWindow) {
+TEST_F(SettingsControlsTest, TheTooltipsAreDestroyedWithTheWindow) {
   makeSite();
   initialise();
   showWhile([](HWND list) {

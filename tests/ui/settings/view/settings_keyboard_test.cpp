@@ -16,7 +16,7 @@ class SettingsKeyboardTest : public SettingsTest {
               "the focus on " + toUtf8(design(which).name));
   }
 
-  /// Tab leads from each control to the next one.
+  /// Presses Tab from each control to the next one.
   static void walk(HWND window, std::initializer_list<Control> order) {
     for (const Control next : order) {
       pressKey(window, VK_TAB);
@@ -35,7 +35,7 @@ TEST_F(SettingsKeyboardTest, TabWalksThroughThePageTheTabsTheButtonsAndTheList) 
   });
 }
 
-TEST_F(SettingsKeyboardTest, TheDefaultConfigurationOpensWithTheFocusWhereAWheelChoosesNothing) {
+TEST_F(SettingsKeyboardTest, TheDefaultConfigurationOpensWithTheFocusWhereTheWheelChangesNothing) {
   addSettled(1, L"Default", L"pacs_type = 1");
   edit([](HWND window) {
     awaitFocus(window, lvwConfigs);
@@ -46,7 +46,7 @@ TEST_F(SettingsKeyboardTest, TheDefaultConfigurationOpensWithTheFocusWhereAWheel
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(SettingsKeyboardTest, MnemonicsTurnToTheTabsAndTheirFirstFields) {
+TEST_F(SettingsKeyboardTest, MnemonicsSelectTheTabsAndTheirFirstFields) {
   addSettled(1, L"Default", L"bidirectional = 1, flag9 = 10, flag16 = 1");
   edit([](HWND window) {
     const struct {

@@ -14,7 +14,7 @@ class SettingsRulesWindowTest : public SettingsTest {
   }
 };
 
-TEST_F(SettingsRulesWindowTest, EveryGoverningControlBringsItsRulesAbout) {
+TEST_F(SettingsRulesWindowTest, EveryGoverningControlAppliesItsRules) {
   makePrompts({L"a.xml"});
   makeSite();
   edit([](HWND window) {

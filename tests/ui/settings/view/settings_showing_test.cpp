@@ -10,7 +10,7 @@ using enum Control;
 
 class SettingsShowingTest : public SettingsTest {
  protected:
-  /// A row whose every column differs from that of an empty one.
+  /// A row that differs from an empty one in every column.
   static const std::vector<std::pair<const wchar_t*, const wchar_t*>>& completeRow() {
     static const std::vector<std::pair<const wchar_t*, const wchar_t*>> row = {
         {L"pacs_type", L"7"},

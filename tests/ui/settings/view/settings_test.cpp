@@ -37,7 +37,7 @@ void SettingsTest::makeSite() {
 HWND SettingsTest::openSettings(HWND list) {
   click(list, IDC_frmPACSList_cmdEditConfig);
   const HWND window = windowNamed(kSettingsTitle);
-  // The rules show one of the two; before they have run both are there.
+  // The rules hide one of the two; until they have run both are visible.
   waitUntil(
       [&] {
         return visible(window, Control::cmbResPassword) !=

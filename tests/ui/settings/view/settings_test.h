@@ -25,15 +25,15 @@ class SettingsTest : public WindowTest {
   /// The site's network root directory, with a prompts directory that holds the files.
   void makePrompts(const std::vector<std::wstring>& files);
 
-  /// A configuration that reads back as it is stored, so that nobody is asked to save it.
+  /// A configuration that is read back unchanged, so that leaving it asks nothing.
   void addSettled(int id, const std::wstring& description, const std::wstring& changes = L"");
   /// 1 "Default", 5 "Five" and 9 "Nine"; READ-01 has 5 and is the workstation that is selected.
   void makeSite();
 
-  /// Opens the settings window on the configuration of the list's selected row, runs the script
-  /// with it, and closes both windows, unsaved edits being dropped.
+  /// Opens the settings window on the configuration of the list's selected row, runs the script,
+  /// and closes both windows without saving.
   void edit(const std::function<void(HWND)>& script);
-  /// The opening alone, until the field rules have been applied.
+  /// Opens the window and waits until the field rules have been applied.
   static HWND openSettings(HWND list);
   static void closeSettings(HWND window);
 
@@ -42,7 +42,7 @@ class SettingsTest : public WindowTest {
   static bool ticked(HWND window, Control which);
   static int position(HWND window, Control which);
   static bool enabled(HWND window, Control which);
-  /// Shown on its page, whether or not that page is the selected one.
+  /// True if shown on its page, even if another page is selected.
   static bool visible(HWND window, Control which);
 
   static void press(HWND window, Control button);
@@ -55,10 +55,10 @@ class SettingsTest : public WindowTest {
   static HWND rows(HWND window);
   /// Selects a row as the user does, and waits until its configuration is shown.
   static void pickRow(HWND window, int row);
-  /// Selects a row and waits until the question that it brings up is answered.
+  /// Selects a row and waits until the resulting question is answered.
   void pickRowAndAnswer(HWND window, int row, system::Answer answer, int selectedAfterwards);
 
-  /// The first message was this question, in a plain box.
+  /// Expects this question, in a plain box, as the first message.
   void expectQuestion(const std::wstring& question, system::Buttons buttons) const;
 
   std::wstring stored(int id, const std::wstring& column);

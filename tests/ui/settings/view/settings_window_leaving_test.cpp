@@ -166,7 +166,7 @@ TEST_F(SettingsLeavingTest, AHostThatEndsWaitsWhileEditsCannotBeSaved) {
   EXPECT_FALSE(config_->ConfigLoaded);
 }
 
-TEST_F(SettingsLeavingTest, TheSessionDoesNotEndWhileABoxWaitsOverUnsavedEdits) {
+TEST_F(SettingsLeavingTest, TheSessionDoesNotEndWhileABoxAsksAboutUnsavedEdits) {
   makeSite();
   LRESULT mayEnd = -1;
   edit([&](HWND window) {
@@ -199,7 +199,7 @@ TEST_F(SettingsLeavingTest, AListThatStaysOpenAfterASaveShowsWhatAColleagueAssig
   EXPECT_EQ(site.value(L"select key_value from System_workstation_cfg"), L"9");
 }
 
-TEST_F(SettingsLeavingTest, ShowFormCalledFromAQuestionOfTheEditorAnswersOne) {
+TEST_F(SettingsLeavingTest, ShowFormCalledFromAQuestionOfTheEditorReturnsOne) {
   makeSite();
   int answered = -1;
   edit([&](HWND window) {

@@ -4,7 +4,7 @@
 #include "host/site_access.h"
 #include "support/runtime_error.h"
 
-/// What closing the workstation list saves, and what it asks.
+/// Saving and questions when the workstation list is closed.
 namespace tlpacscfg::test {
 namespace {
 
@@ -12,7 +12,7 @@ using system::Answer;
 
 class SavingAssignmentsTest : public WorkstationListEditorTest {
  protected:
-  /// The error in the usual box and the question, which are forgotten.
+  /// Expects the error in the usual box and the question, and clears the messages.
   void expectCloseQuestionAfter(const std::wstring& error) {
     ASSERT_EQ(2U, messages.size());
     EXPECT_TRUE(messages[0].text.starts_with(error)) << toUtf8(messages[0].text);
@@ -61,7 +61,7 @@ TEST_F(SavingAssignmentsTest, OneRowForEveryWorkstationAndTheMarkAreWritten) {
   EXPECT_EQ(progress.back(), 3U);
 }
 
-TEST_F(SavingAssignmentsTest, AnErrorOfTheProgressHindersNoSave) {
+TEST_F(SavingAssignmentsTest, AnErrorOfTheProgressWindowDoesNotPreventSaving) {
   addWorkstation(L"PC-1");
   open();
   WorkstationListEditor failing(host, [] { return [](std::size_t, std::size_t) { throw 42; }; });
@@ -180,7 +180,7 @@ TEST_F(SavingAssignmentsTest, ACollectionThatAHostReplacesWhileAQuestionWaitsSta
   EXPECT_FALSE(freed);
 }
 
-TEST_F(SavingAssignmentsTest, ASecondObjectOfTheHostTakesNothingFromTheList) {
+TEST_F(SavingAssignmentsTest, ASecondObjectOfTheHostDoesNotAffectTheList) {
   addWorkstation(L"PC-1");
   open();
   host->path = OpenedPath::ofModules(*host->settings);

@@ -17,7 +17,7 @@ inline constexpr const wchar_t* kRefuseInserts =
     L"CREATE TRIGGER refuse BEFORE INSERT ON System_workstation_cfg BEGIN SELECT RAISE(ABORT, "
     L"'refused'); END";
 
-/// The workstation list's commands on a site, as a window would give them.
+/// The workstation list's commands on a site, without a window.
 class WorkstationListEditorTest : public SiteTest {
  protected:
   using Texts = std::vector<std::wstring>;

@@ -1,6 +1,6 @@
 #include "ui/workstation_list/editor/workstation_list_editor_test.h"
 
-/// What the list shows, in which order, and which row is selected.
+/// The content, the order and the selected row of the list.
 namespace tlpacscfg::test {
 namespace {
 

@@ -107,7 +107,7 @@ TEST_F(ProgressWindowTest, CannotBeClosed) {
   EXPECT_EQ(GetWindowLongW(window.window(), GWL_STYLE) & WS_SYSMENU, 0);
 }
 
-TEST_F(ProgressWindowTest, GoesWithItsObject) {
+TEST_F(ProgressWindowTest, IsDestroyedWithItsObject) {
   HWND shown = nullptr;
   {
     ProgressWindow window = makeWindow();
@@ -156,14 +156,14 @@ TEST_F(ProgressWindowTest, LetsWindowsPaintButNoCommandStart) {
   for (const UINT message : {kPosted, UINT{WM_KEYDOWN}, UINT{WM_COMMAND}, UINT{WM_TIMER}}) {
     EXPECT_FALSE(received(message)) << message;
   }
-  // They are not lost: they come when the work is done.
+  // The messages are kept until the work is done.
   MSG message{};
   EXPECT_TRUE(PeekMessageW(&message, owner_.get(), kPosted, kPosted, PM_REMOVE));
   EXPECT_TRUE(PeekMessageW(&message, owner_.get(), WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE));
   EXPECT_TRUE(PeekMessageW(&message, owner_.get(), WM_COMMAND, WM_COMMAND, PM_REMOVE));
 }
 
-TEST_F(ProgressWindowTest, AnswersWhatOtherThreadsSend) {
+TEST_F(ProgressWindowTest, AnswersMessagesFromOtherThreads) {
   ProgressWindow window = makeWindow();
   updateAfter(window, milliseconds(1001), 10);
   std::thread sender([this] { SendMessageW(owner_.get(), kSent, 0, 0); });
@@ -174,7 +174,7 @@ TEST_F(ProgressWindowTest, AnswersWhatOtherThreadsSend) {
   sender.join();
 }
 
-TEST_F(ProgressWindowTest, AWindowThatNeverValidatesItselfDoesNotHoldTheWork) {
+TEST_F(ProgressWindowTest, AWindowThatNeverValidatesItselfDoesNotBlockTheWork) {
   win32::Subclass stubborn;
   stubborn.attach(owner_.get(), [](UINT message, WPARAM, LPARAM) {
     return message == WM_PAINT ? std::optional<LRESULT>(0) : std::nullopt;

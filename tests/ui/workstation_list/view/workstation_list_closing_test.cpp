@@ -10,7 +10,7 @@ class ListClosingTest : public WindowTest {
  protected:
   static void close(HWND window) { click(window, IDC_frmPACSList_btnOk); }
 
-  /// The last two messages; they are forgotten.
+  /// Expects the last two messages and clears them.
   void expectCloseQuestionAfterTheError() {
     ASSERT_EQ(messages.size(), 2U);
     EXPECT_TRUE(messages[0].text.starts_with(L"Run-time error '40002':\r\n"));
@@ -19,7 +19,7 @@ class ListClosingTest : public WindowTest {
     messages.clear();
   }
 
-  /// The exit code of the host's end, which waits in the queue; -1 for none.
+  /// Removes the quit message from the queue and returns its exit code; -1 for none.
   static int takeQuit() {
     MSG message{};
     const BOOL found = PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
@@ -137,7 +137,7 @@ TEST_F(ListClosingTest, AHostThatEndsWaitsForAssignmentsThatCannotBeSaved) {
   EXPECT_EQ(site.value(L"select count(*) from System_workstation_cfg"), L"1");
 }
 
-TEST_F(ListClosingTest, ShowFormCalledFromTheQuestionOfAClosingListShowsNothingAndSaysSo) {
+TEST_F(ListClosingTest, ShowFormCalledFromTheQuestionOfAClosingListReturnsOne) {
   addWorkstation(L"PC-1");
   initialise();
   site.run(kRefuseInserts);

@@ -67,7 +67,7 @@ TEST_F(ListWindowTest, TheFilterShowsExpertWorkstationsOrAll) {
   });
 }
 
-TEST_F(ListWindowTest, HasFiveColumnsOfWhichTwoServeTheProgram) {
+TEST_F(ListWindowTest, HasFiveColumnsOfWhichTwoAreHidden) {
   initialise();
   showWhile([&](HWND window) {
     const Texts headers = {L"Workstation", L"Workstation", L"Configuration",
@@ -93,7 +93,7 @@ TEST_F(ListWindowTest, TwentyFourRowsLeaveTheConfigurationColumnAsDesigned) {
   });
 }
 
-TEST_F(ListWindowTest, TwentyFiveRowsNarrowTheConfigurationColumnForGood) {
+TEST_F(ListWindowTest, TwentyFiveRowsNarrowTheConfigurationColumnPermanently) {
   addWorkstations(25);
   initialise();
   showWhile([&](HWND window) {
@@ -286,7 +286,7 @@ TEST_F(ListWindowTest, KeepsTheWidthsThatTheUserChoseWhenItsSizeChanges) {
   });
 }
 
-TEST_F(ListWindowTest, TheRunningNumberCannotBeOpened) {
+TEST_F(ListWindowTest, TheRunningNumberCannotBeRevealed) {
   initialise();
   showWhile([&](HWND window) {
     list_view::dragDivider(list(window), 0, 40);
