@@ -6,8 +6,8 @@
 #include <optional>
 #include <span>
 
-/// The codes that a configuration stores for its options, and their texts. The lists of the
-/// settings window and the summary draw from the same tables.
+/// The option codes of a configuration and their texts, for the lists of the settings window and
+/// for the summary.
 namespace tlpacscfg {
 
 struct Option {
@@ -15,11 +15,11 @@ struct Option {
   std::int16_t code;
   /// Null where the summary shows the same text.
   const wchar_t* summaryText = nullptr;
-  /// The summary knows the code; the window does not offer it.
+  /// Only the summary shows the code; the window does not offer it.
   bool summaryOnly = false;
 };
 
-/// The options in the order of the window's list, those that it does not offer after the others.
+/// The options in the order of the window's list, followed by those that it does not offer.
 using CodeTable = std::span<const Option>;
 
 /// The entries of the window's list.
@@ -28,7 +28,7 @@ constexpr CodeTable offered(CodeTable table) {
   return table;
 }
 
-/// Vendor formats that the rest of the program knows by their code.
+/// Vendor formats that the rest of the program refers to by code.
 namespace vendor {
 inline constexpr std::int16_t kGe = 2;
 inline constexpr std::int16_t kBroker = 4;

@@ -22,7 +22,7 @@ constexpr std::uint8_t kNotShown = 1;
 /// Set while a list window is loaded: a host may call again from the messages processed meanwhile.
 frmPACSList* g_loadedList = nullptr;
 
-/// The exit code of a host that is ending; null while it goes on.
+/// The exit code of a host that is ending; null otherwise.
 std::optional<int> processMessages() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -33,7 +33,7 @@ std::optional<int> processMessages() {
   return std::nullopt;
 }
 
-/// A host that ends meanwhile waits until the list is closed, which saves or asks first.
+/// If the host ends meanwhile, its quit message waits until the list is closed.
 void waitUntilUnloaded(frmPACSList& list) {
   constexpr DWORD kWaitMilliseconds = 10;
   std::optional<int> exitCode;
@@ -53,8 +53,8 @@ void waitUntilUnloaded(frmPACSList& list) {
   }
 }
 
-/// False when no window can be shown: the list waits for an answer that this call, which comes out
-/// of the question itself, would keep from it.
+/// False when no window can be shown: this call comes from a message box of the closing list, which
+/// cannot be answered until the call returns.
 bool showList(const std::shared_ptr<clsConfig>& config) {
   const bool loaded = g_loadedList != nullptr && g_loadedList->isCreated();
   if (loaded && (g_loadedList->isClosing() || system::showMessage.anyOpen())) return false;
@@ -97,7 +97,7 @@ std::uint8_t ShowForm(const std::shared_ptr<clsConfig>& config) {
              log_level::kError);
     return kNotShown;
   } catch (...) {
-    // The host learns of a failure by the code alone; the log says why.
+    // The host gets only the code; the reason is in the log.
     logFailure(L"ShowForm failed", describeCurrent());
     return kNotShown;
   }

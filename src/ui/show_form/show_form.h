@@ -7,9 +7,8 @@
 
 namespace tlpacscfg {
 
-/// Shows the workstation list and returns when it has been closed; meanwhile the messages of the
-/// host's user interface are processed. 0 then; 1, and no window, when the database does not
-/// answer.
+/// Shows the workstation list, processes the messages of the host's user interface, and returns 0
+/// after the list was closed. Returns 1 without a window if the database does not answer.
 std::uint8_t ShowForm(const std::shared_ptr<clsConfig>& config);
 
 }  // namespace tlpacscfg

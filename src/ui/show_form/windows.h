@@ -8,7 +8,7 @@
 
 namespace tlpacscfg {
 
-/// The three windows of one object, which do not know each other, and what each tells the others.
+/// The three windows of one object and the connections between them.
 class Windows {
  public:
   explicit Windows(std::shared_ptr<clsConfig> host);
@@ -21,7 +21,7 @@ class Windows {
   frmWorkstationSettings assignment_;
 
  public:
-  /// It owns the others' windows, so it goes first.
+  /// Owns the windows of the others, so it is destroyed first.
   frmPACSList list;
 };
 

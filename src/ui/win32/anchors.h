@@ -11,9 +11,9 @@ class Anchors {
  public:
   enum Edges : unsigned { kLeft = 1, kTop = 2, kRight = 4, kBottom = 8 };
 
-  /// Notes the window's present size as the one that the template's places are for.
+  /// Records the window's present size as that of the template.
   void attach(HWND window);
-  /// A control held at both opposite edges grows with the window.
+  /// A control anchored to opposite edges grows with the window.
   void add(int controlId, unsigned edges);
   void apply() const;
 

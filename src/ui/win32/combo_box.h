@@ -29,12 +29,12 @@ class ComboBox {
   }
   /// Throws InvalidPropertyArrayIndex when nothing is selected.
   std::int16_t selectedCode() const;
-  /// The first entry with the code; false, and the selection as it was, when there is none.
+  /// Selects the first entry with the code; false, without a change, if there is none.
   bool selectCode(std::int16_t code) const;
 
   std::wstring textAt(int position) const;
 
-  /// Widens the open list so that its longest entry is not cut.
+  /// Widens the open list to its longest entry.
   void fitDroppedWidth() const;
 
  private:

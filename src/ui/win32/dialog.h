@@ -8,8 +8,8 @@
 
 namespace tlpacscfg::win32 {
 
-/// A modeless dialog, or a page inside one, made from a template. Its messages arrive as named
-/// handlers; whatever a handler throws ends there, in the default error report.
+/// A modeless dialog, or a page inside one, made from a template. Messages call named handlers;
+/// exceptions of a handler end in the default error report.
 class Dialog {
  public:
   Dialog() = default;
@@ -36,7 +36,7 @@ class Dialog {
   virtual void onInit() {}
   /// A control's notification: `code` is BN_CLICKED, CBN_SELCHANGE and so on.
   virtual void onCommand(int controlId, int code);
-  /// The result goes back to the control.
+  /// The result is returned to the control.
   virtual LRESULT onNotify(NMHDR& header);
   virtual void onTimer(UINT_PTR timerId);
   virtual void onSize(int clientWidth, int clientHeight);
@@ -44,7 +44,7 @@ class Dialog {
   /// The close box, Alt+F4, or Esc where the template has no Cancel button.
   virtual void onClose() {}
   virtual void onDestroyed() {}
-  /// Any other message; an answer keeps it from the default procedure.
+  /// Any other message; a result replaces the default procedure.
   virtual std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
  private:
@@ -54,8 +54,8 @@ class Dialog {
   HWND window_ = nullptr;
 };
 
-/// Shows the default report of the exception being handled: the end of every callback of the
-/// system. Nothing passes, not even that there is no memory for the report.
+/// Shows the default report of the exception being handled. Never throws: every callback of the
+/// system ends here.
 void reportCurrentException() noexcept;
 
 /// The text of any window.

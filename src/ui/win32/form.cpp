@@ -12,7 +12,7 @@ namespace {
 
 using HookHandle = UniqueHandle<HHOOK, &UnhookWindowsHookEx>;
 
-/// The loaded forms of the user-interface thread, with the hook that gives them their keys.
+/// The loaded forms of the user-interface thread and the hook that passes keys to them.
 struct LoadedForms {
   std::vector<Form*> forms;
   HookHandle keyHook;
@@ -25,7 +25,7 @@ LoadedForms& loaded() {
 
 bool isKeyMessage(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
 
-/// Whether one of the forms took the key.
+/// Whether one of the forms handled the key.
 bool isTaken(MSG& message) {
   // Handling a key may load or destroy forms.
   const std::vector<Form*> forms = loaded().forms;
@@ -36,7 +36,7 @@ bool isTaken(MSG& message) {
   });
 }
 
-/// A host's message loop need not know about dialogs: this takes their keys out of it.
+/// Handles dialog keys, because a host's message loop need not call IsDialogMessage.
 LRESULT CALLBACK takeDialogKeys(int code, WPARAM wParam, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
   if (code == HC_ACTION && wParam == PM_REMOVE && isKeyMessage(message.message)) {

@@ -6,8 +6,8 @@
 
 namespace tlpacscfg::win32 {
 
-/// A named top-level dialog. From its creation to its destruction it counts as loaded, and Tab,
-/// Enter, Esc and mnemonics work in it whatever message loop its host runs.
+/// A named top-level dialog. It counts as loaded from creation to destruction. Tab, Enter, Esc and
+/// mnemonics work with any message loop of the host.
 class Form : public Dialog {
  public:
   explicit Form(std::wstring_view name) : name_(name) {}
@@ -17,7 +17,7 @@ class Form : public Dialog {
 
   void load(int templateId, HWND owner);
 
-  /// A key for a control of the form, before the dialog keys; true when it has been used up.
+  /// A key for a control of the form, before the dialog keys; true if it was handled.
   virtual bool onKey(const MSG& message);
 
  protected:
@@ -33,7 +33,7 @@ bool IsFormLoaded(std::wstring_view name);
 /// Puts the window among the topmost ones, or takes it out of them; place and size stay.
 void SetFormTopMost(HWND window, bool topMost);
 
-/// Forgets the keys and clicks that wait for a window or its controls.
+/// Removes pending keys and clicks of a window and its controls from the queue.
 void dropInput(HWND window);
 
 /// Brings a window to the front of all programs' windows; every error is ignored.

@@ -60,7 +60,7 @@ void ListView::stretch() {
   if (stretchedColumn_ == kNoColumn || stretching_) return;
   stretching_ = true;
   const ScopeExit done([this] { stretching_ = false; });
-  // A new width may show or hide a scroll bar, which changes the room again: a few passes at most.
+  // A new width may show or hide a scroll bar and so change the room: repeats a few times at most.
   for (int i = 0; i < 3; ++i) {
     setColumnWidth(stretchedColumn_,
                    std::max(minStretchedWidth_, roomFor(stretchedColumn_) - slack_));
@@ -95,7 +95,7 @@ void ListView::select(std::size_t row) {
 
 void ListView::clearSelection() {
   rowBeforeInput_.reset();
-  // Only these rows: changing the state of all rows at once visits each.
+  // Only these rows: a change of all rows at once would visit every row.
   for (const UINT state : {LVNI_SELECTED, LVNI_FOCUSED}) {
     const int row = ListView_GetNextItem(list_, -1, state);
     if (row >= 0) ListView_SetItemState(list_, row, 0, LVIS_SELECTED | LVIS_FOCUSED);
@@ -168,7 +168,7 @@ std::optional<LRESULT> ListView::onMessage(UINT message, WPARAM wParam, LPARAM l
       SetFocus(list_);
       return 0;
     case WM_KEYDOWN:
-      // Ctrl and the plus of the number pad would open the hidden columns too.
+      // Ctrl and the plus key of the number pad would show the hidden columns too.
       if (wParam == VK_ADD && GetKeyState(VK_CONTROL) < 0) return 0;
       return keepSelection(message, wParam, lParam);
     case WM_SIZE: {

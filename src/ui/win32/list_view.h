@@ -12,26 +12,25 @@
 
 namespace tlpacscfg::win32 {
 
-/// A list view in report style that asks its rows from a source (LVS_OWNERDATA), so that filling
-/// and sorting any number of them is instant. One row at most is selected; the user can select
-/// another one, but not none.
+/// A list view in report style that reads its rows from a source (LVS_OWNERDATA), which makes
+/// filling and sorting fast. At most one row is selected; the user can select another one, but not
+/// clear the selection.
 class ListView {
  public:
-  /// Neither argument is owned; `rows` outlives the control. Typed letters look for a row by its
-  /// text in the key column.
+  /// Neither argument is owned; `rows` outlives the control. Typed letters search the key column.
   void attach(HWND list, const ListRows& rows, std::size_t keyColumn);
 
-  /// A column of the width 0 serves the program: the user cannot open it.
+  /// A column of the width 0 is hidden: the user cannot widen it.
   void addColumn(const wchar_t* header, int widthPixels);
   int columnWidth(int column) const;
   void setColumnWidth(int column, int widthPixels);
-  /// Lets the column take all room that the others leave, whenever the list changes its size or its
-  /// scroll bar. It never gets narrower than that or than the user makes it.
+  /// Makes the column fill the room left by the others whenever the size of the list or its scroll
+  /// bar changes. It never becomes narrower than its present width or than the user made it.
   void stretchColumn(int column, int minWidthPixels);
 
-  /// Shows the source's rows anew, none of them selected.
+  /// Shows the source's rows again, with no selection.
   void refill();
-  /// Draws the rows again where they are.
+  /// Redraws the rows without moving them.
   void redraw();
 
   std::optional<std::size_t> selectedRow() const;
@@ -42,14 +41,14 @@ class ListView {
   void select(std::size_t row);
   void clearSelection();
 
-  /// Shows an arrow in the header of the column, or in none for a negative column.
+  /// Shows an arrow in the header of the column; none for a negative column.
   void showSortArrow(int column, bool ascending);
 
-  /// The size of the control that shows so many rows and all columns without scroll bars.
+  /// The size at which the control shows this many rows and all columns without scroll bars.
   SIZE sizeForRows(int rows) const;
 
-  /// Answers the control's questions for texts and for rows that begin with typed letters. False
-  /// when the notification is another one.
+  /// Handles the control's requests for texts and for rows that begin with typed letters. False
+  /// for other notifications.
   bool answer(NMHDR& header, LRESULT& result) const;
 
  private:
@@ -76,7 +75,7 @@ class ListView {
   std::vector<bool> hiddenColumns_;
   int stretchedColumn_ = kNoColumn;
   int minStretchedWidth_ = 0;
-  /// What the stretched column leaves free at the right, because it was made or dragged like that.
+  /// The room to the right of the stretched column, as designed or as left by the user.
   int slack_ = 0;
   bool stretching_ = false;
 };

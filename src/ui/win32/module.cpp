@@ -7,7 +7,7 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 namespace tlpacscfg::win32 {
 namespace {
 
-/// A manifest of a DLL has the resource id 2.
+/// The resource id of a DLL's manifest.
 constexpr WORD kManifestId = 2;
 
 class ActivationContext {

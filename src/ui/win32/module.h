@@ -4,11 +4,11 @@
 
 namespace tlpacscfg::win32 {
 
-/// The module that holds the windows' resources: the DLL itself, whatever program loaded it.
+/// The module with the windows' resources: the DLL itself, not the program that loaded it.
 HINSTANCE moduleInstance();
 
-/// While it lives, windows created by this thread get the themed common controls that the module's
-/// manifest asks for, not the host's choice.
+/// While this object exists, windows created by this thread get the themed common controls of the
+/// module's manifest, not those of the host.
 class ThemeScope {
  public:
   ThemeScope();

@@ -7,10 +7,10 @@
 
 namespace tlpacscfg::win32 {
 
-/// Sees the messages of one control before the control does, until this or the control is gone.
+/// Receives the messages of one control before the control, until either is destroyed.
 class Subclass {
  public:
-  /// An answer keeps the message from the control. What it throws ends in the default report.
+  /// A result replaces the control's own handling. Exceptions end in the default report.
   using Handler = std::function<std::optional<LRESULT>(UINT message, WPARAM wParam, LPARAM lParam)>;
 
   Subclass() = default;

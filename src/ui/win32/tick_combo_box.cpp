@@ -14,9 +14,9 @@ namespace {
 
 using ThemeHandle = UniqueHandle<HTHEME, &CloseThemeData>;
 
-/// Draws the box at the left of the place; gives its right edge.
+/// Draws the box at the left of the rectangle and returns its right edge.
 LONG drawCheckBox(HDC dc, const RECT& place, bool ticked) {
-  // A theme opened for the combo box would take the place of the combo box's own.
+  // A theme opened for the combo box would replace the combo box's own.
   const ThemeHandle theme(OpenThemeData(nullptr, L"BUTTON"));
   const int state = ticked ? CBS_CHECKEDNORMAL : CBS_UNCHECKEDNORMAL;
   const LONG height = place.bottom - place.top;

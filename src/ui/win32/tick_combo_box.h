@@ -13,8 +13,8 @@ namespace tlpacscfg::win32 {
 
 /// A drop-down list whose entries have check boxes: a system combo box (CBS_OWNERDRAWFIXED with
 /// CBS_HASSTRINGS) whose item data is 1 for a ticked entry and 0 for another, and whose text is
-/// that of the ticked entries. A click or the blank changes a tick and leaves the list open; Enter,
-/// Esc, F4 and Alt+Up close it.
+/// that of the ticked entries. A click or the space bar changes a tick and leaves the list open;
+/// Enter, Esc, F4 and Alt+Up close it.
 class TickComboBox {
  public:
   /// `changed` is called after the user has changed a tick. The rows are as high as those of
@@ -26,10 +26,10 @@ class TickComboBox {
   /// Does not count as a change by the user.
   void setTicked(std::size_t entry, bool ticked);
 
-  /// What the closed list shows.
+  /// The text of the closed list.
   void setDisplayText(const std::wstring& text);
 
-  /// Draws the control when the message is about it.
+  /// Draws the control if the message is for it.
   bool draw(const DRAWITEMSTRUCT& request) const;
 
  private:

@@ -16,7 +16,7 @@ void Tooltips::attach(HWND window) {
                                  moduleInstance(), nullptr));
   SendMessageW(tooltip_.get(), TTM_SETMAXTIPWIDTH, 0, pixelsFromTwips(kLineTwips));
   SendMessageW(tooltip_.get(), TTM_SETDELAYTIME, TTDT_AUTOPOP, kShownMilliseconds);
-  // While the controls still exist: a tooltip that outlives them cannot release them.
+  // While the controls still exist: afterwards a tooltip cannot release them.
   end_.attach(window, [this](UINT message, WPARAM, LPARAM) {
     if (message == WM_DESTROY) tooltip_.reset();
     return std::optional<LRESULT>();

@@ -18,7 +18,7 @@ struct ConfigurationChoice {
 /// What can be assigned to a workstation: none, and every configuration but the placeholder.
 std::vector<ConfigurationChoice> configurationChoices(const colPACSConfiguration& configurations);
 
-/// -1 for a configuration that is gone.
+/// -1 for a configuration that no longer exists.
 int positionOf(const std::vector<ConfigurationChoice>& choices, std::int16_t configID);
 
 }  // namespace tlpacscfg

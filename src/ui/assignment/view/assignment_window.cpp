@@ -9,18 +9,15 @@
 
 namespace tlpacscfg {
 
-frmWorkstationSettings::frmWorkstationSettings(std::shared_ptr<clsConfig> host,
-                                               Surroundings surroundings)
-    : Form(L"frmWorkstationSettings"),
-      surroundings_(std::move(surroundings)),
-      editor_(std::move(host)) {}
+frmWorkstationSettings::frmWorkstationSettings(std::shared_ptr<clsConfig> host, Callbacks callbacks)
+    : Form(L"frmWorkstationSettings"), callbacks_(std::move(callbacks)), editor_(std::move(host)) {}
 
 frmWorkstationSettings::~frmWorkstationSettings() { destroy(); }
 
 void frmWorkstationSettings::showPACSWorkStation(const std::wstring& WorkStation,
                                                  std::int16_t configID) {
   editor_.turnTo(WorkStation, configID);
-  if (!isCreated()) load(IDD_frmWorkstationSettings, surroundings_.owner());
+  if (!isCreated()) load(IDD_frmWorkstationSettings, callbacks_.owner());
   LoadList();
   ShowWindow(window(), SW_SHOW);
   win32::SetFormTopMost(window(), true);
@@ -75,7 +72,7 @@ void frmWorkstationSettings::onCommand(int controlId, int code) {
 
 void frmWorkstationSettings::cmdOK() {
   editor_.assign(configurations_.selectedCode());
-  surroundings_.refreshWorkstationList();
+  callbacks_.refreshWorkstationList();
   askToClose();
 }
 

@@ -18,19 +18,19 @@ namespace tlpacscfg {
 /// list window closes.
 class frmWorkstationSettings : public win32::Form {
  public:
-  struct Surroundings {
+  struct Callbacks {
     std::function<HWND()> owner;
     std::function<void()> refreshWorkstationList;
   };
 
-  /// The owner's window is asked for when the dialog is shown for the first time.
-  frmWorkstationSettings(std::shared_ptr<clsConfig> host, Surroundings surroundings);
+  /// `owner` is called when the dialog is shown for the first time.
+  frmWorkstationSettings(std::shared_ptr<clsConfig> host, Callbacks callbacks);
   ~frmWorkstationSettings() override;
 
-  /// One dialog serves all workstations: shown already, it turns to this one.
+  /// One dialog serves all workstations: if already shown, it switches to this one.
   void showPACSWorkStation(const std::wstring& WorkStation, std::int16_t configID);
 
-  /// Fills the list of configurations anew. No entry is selected for a configuration that is gone.
+  /// Refills the list of configurations. A configuration that was deleted has no selected entry.
   void LoadList();
 
   /// True from being shown until it is hidden.
@@ -49,7 +49,7 @@ class frmWorkstationSettings : public win32::Form {
   void setPicture();
   void cmdOK();
 
-  Surroundings surroundings_;
+  Callbacks callbacks_;
   AssignmentEditor editor_;
   win32::ComboBox configurations_;
   win32::Tooltips tooltips_;

@@ -39,7 +39,7 @@ std::wstring whatHappened(std::int16_t configID, const ForeignChange& change) {
          change.stored->LastUpdateDate + L" since it was loaded.";
 }
 
-/// Yes keeps the values on the screen, No the stored ones; Cancel decides nothing.
+/// Yes: keep the values on the screen. No: keep the stored ones. Cancel: neither.
 system::Answer askWhoseValues(std::int16_t configID, const ForeignChange& change) {
   return ask(whatHappened(configID, change) +
                  (change.stored ? L" Save your values over it? No shows the stored values instead."
@@ -55,8 +55,8 @@ bool confirmDelete(std::int16_t configID, const ForeignChange& change) {
 
 }  // namespace
 
-SettingsEditor::SettingsEditor(std::shared_ptr<clsConfig> host, Surroundings surroundings)
-    : host_(std::move(host)), surroundings_(std::move(surroundings)) {}
+SettingsEditor::SettingsEditor(std::shared_ptr<clsConfig> host, Callbacks callbacks)
+    : host_(std::move(host)), callbacks_(std::move(callbacks)) {}
 
 template <class Work>
 auto SettingsEditor::atSite(Work work) {
@@ -86,7 +86,7 @@ void SettingsEditor::unload() {
   deleteEnabled = true;
   newConfiguration_ = false;
   shown_ = false;
-  unsettled_.reset();
+  unconfirmed_.reset();
   unconfirmedDelete_ = 0;
   currentID_ = 0;
 }
@@ -114,10 +114,10 @@ void SettingsEditor::ShowPACSSettings(std::int16_t configID) {
 void SettingsEditor::InitControls() {
   clearToDefaults(form);
   newConfiguration_ = true;
-  unsettled_.reset();
+  unconfirmed_.reset();
   selectedRow.reset();
   firstTabWanted = true;
-  // The new values govern other fields, as if they had been chosen one by one.
+  // The rules apply to the new values as if each had been chosen in turn.
   rulesWanted = true;
 }
 
@@ -133,7 +133,7 @@ std::optional<std::wstring> SettingsEditor::show(std::int16_t configID) {
 
 void SettingsEditor::announce(const std::optional<std::wstring>& message) {
   if (!message) return;
-  surroundings_.present();
+  callbacks_.present();
   notice(*message);
 }
 
@@ -162,7 +162,7 @@ void SettingsEditor::selectEdited() {
 
 void SettingsEditor::handOver() {
   host_->m_colPACSConfig = configurations_->deepCopy();
-  surroundings_.refreshWorkstationList();
+  callbacks_.refreshWorkstationList();
 }
 
 void SettingsEditor::adoptNew(const colPACSConfiguration::Pointer& record) {
@@ -174,45 +174,45 @@ void SettingsEditor::adoptNew(const colPACSConfiguration::Pointer& record) {
   deleteEnabled = true;
 }
 
-colPACSConfiguration::Pointer SettingsEditor::settled() {
-  if (!unsettled_) return nullptr;
+colPACSConfiguration::Pointer SettingsEditor::storedUnconfirmed() {
+  if (!unconfirmed_) return nullptr;
   Configuration stored = atSite([&]() -> Configuration {
     SiteCommand command;
     if (!command.reachesDatabase()) return nullptr;
-    Configuration found = storedConfiguration(command, unsettled_->configID);
-    if (!found || !isStoredAs(*unsettled_, *found)) return nullptr;
-    // On the direct way the mark was stored with it.
+    Configuration found = storedConfiguration(command, unconfirmed_->configID);
+    if (!found || !isStoredAs(*unconfirmed_, *found)) return nullptr;
+    // On the direct path the mark was stored with it.
     if (!command.isTransaction()) command.markAndCommit();
     return found;
   });
-  unsettled_.reset();
+  unconfirmed_.reset();
   return stored;
 }
 
-/// Keeps the record in `unsettled_` when it may be stored although the step failed: when the commit
-/// got no answer, and with a remote client, which has no transactions.
+/// Keeps the record in `unconfirmed_` if it may be stored although the step failed: if the commit
+/// got no answer, and always with a remote client, which has no transactions.
 template <class Work>
 void SettingsEditor::storing(const colPACSConfiguration::Pointer& record, Work work) {
-  unsettled_ = record;
+  unconfirmed_ = record;
   try {
     atSite(work);
   } catch (const OutcomeUnknown&) {
     throw;
   } catch (...) {
-    if (!host_->isRemote()) unsettled_.reset();
+    if (!host_->isRemote()) unconfirmed_.reset();
     throw;
   }
-  unsettled_.reset();
+  unconfirmed_.reset();
 }
 
-/// Whether reading the controls back would change neither the record nor what may be stored of it.
-bool SettingsEditor::isSettledAs(const clsPACSConfiguration& record) const {
-  const bool unsettled = unsettled_ && unsettled_->configID == record.configID;
-  return !unsettled && PACSValueTheSame(form, record);
+/// Whether the controls match the record and no save of it is unconfirmed.
+bool SettingsEditor::isUnchanged(const clsPACSConfiguration& record) const {
+  const bool unconfirmed = unconfirmed_ && unconfirmed_->configID == record.configID;
+  return !unconfirmed && PACSValueTheSame(form, record);
 }
 
 bool SettingsEditor::saveNew() {
-  const auto earlier = settled();
+  const auto earlier = storedUnconfirmed();
   if (earlier && !recordOf(earlier->configID)) {
     adoptNew(earlier);
     return saveExisting();
@@ -220,7 +220,7 @@ bool SettingsEditor::saveNew() {
   const auto record = std::make_shared<clsPACSConfiguration>();
   storing(record, [&] {
     record->configID = configurations_->RequireNextConfigID();
-    // Nobody else numbers configurations that stay in memory.
+    // No other administrator numbers configurations that exist only in memory.
     if (!dataPath().executes() && recordOf(record->configID)) raise(ErrorNumber::DuplicateKey);
     readBack(form, *record);
     record->ExistingConfig = kFalse;
@@ -234,8 +234,8 @@ bool SettingsEditor::saveNew() {
 bool SettingsEditor::saveExisting() {
   const auto record = recordOf(currentID_);
   if (!record) raise(ErrorNumber::ObjectNotSet);
-  if (unsettled_ && unsettled_->configID == currentID_) {
-    if (const auto stored = settled()) stored->CopyValues(*record);
+  if (unconfirmed_ && unconfirmed_->configID == currentID_) {
+    if (const auto stored = storedUnconfirmed()) stored->CopyValues(*record);
   }
   if (PACSValueTheSame(form, *record)) return true;
   const auto edited = std::make_shared<clsPACSConfiguration>(*record);
@@ -261,7 +261,7 @@ bool SettingsEditor::saveExisting() {
   return true;
 }
 
-/// Shows what somebody else stored for the configuration; a deleted one leaves the list.
+/// Shows the values that another administrator stored; a deleted configuration leaves the list.
 void SettingsEditor::takeOver(const ForeignChange& change) {
   if (change.stored) {
     change.stored->CopyValues(*recordOf(currentID_));
@@ -287,11 +287,11 @@ bool SettingsEditor::isUsed(SiteCommand& command, std::int16_t configID) const {
 
 bool SettingsEditor::hasEdits() const {
   const auto record = recordOf(currentID_);
-  return newConfiguration_ || (record && !isSettledAs(*record));
+  return newConfiguration_ || (record && !isUnchanged(*record));
 }
 
-/// False when a workstation uses the configuration. What an earlier call found in `change` counts
-/// as loaded.
+/// False when a workstation uses the configuration. A `change` found by an earlier call counts as
+/// loaded.
 bool SettingsEditor::deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change) {
   const auto loaded = change ? change->stored : recordOf(configID);
   return atSite([&] {
@@ -344,7 +344,7 @@ void SettingsEditor::btnSave() {
 bool SettingsEditor::CheckForSave(std::int16_t configID) {
   if (configID <= 0 && !newConfiguration_) return true;
   const auto record = recordOf(configID);
-  if (!newConfiguration_ && (!record || isSettledAs(*record))) return true;
+  if (!newConfiguration_ && (!record || isUnchanged(*record))) return true;
   system::Answer answer = system::Answer::No;
   if (!newConfiguration_) {
     answer =
@@ -361,11 +361,11 @@ bool SettingsEditor::CheckForSave(std::int16_t configID) {
     case system::Answer::Yes:
       return saveAndGoOn();
     case system::Answer::No:
-      // Dropped edits do not stay on the screen. A new configuration has no stored values to show.
+      // Replaces discarded edits on the screen. A new configuration has no stored values to show.
       if (!newConfiguration_) {
         showRecord(form, *record);
         rulesWanted = true;
-        unsettled_.reset();
+        unconfirmed_.reset();
       }
       newConfiguration_ = false;
       deleteEnabled = true;
@@ -396,7 +396,7 @@ bool SettingsEditor::saveAndGoOn() {
 
 bool SettingsEditor::mayLeave() {
   if (!CheckForSave(currentID_)) return false;
-  // A new configuration that was given up is blank again.
+  // A discarded new configuration is blank again.
   if (!newConfiguration_ && currentID_ <= 0) InitControls();
   return true;
 }
@@ -432,7 +432,7 @@ void SettingsEditor::btnDelete() {
   showFirst();
   descriptionFocusWanted = true;
   handOver();
-  surroundings_.refreshAssignmentDialog();
+  callbacks_.refreshAssignmentDialog();
 }
 
 void SettingsEditor::showFirst() {

@@ -14,28 +14,28 @@
 
 namespace tlpacscfg {
 
-/// What the settings window does, without the window: its state between events and its commands.
-/// Before a command the window copies its controls into `form`, after it `form` and the rest into
-/// its controls. A command that throws leaves what the user entered.
+/// The logic of the settings window, without the window: its state between events and its commands.
+/// Before a command the window copies its controls into `form`; afterwards it shows `form` and the
+/// other members. A command that throws keeps the user's input.
 class SettingsEditor {
  public:
-  /// What the commands ask of the windows. `present` shows the form before a message about it;
-  /// the assignment dialog is refreshed when a configuration was deleted.
-  struct Surroundings {
+  /// Requests to the windows. `present` shows the form before a message about it; the assignment
+  /// dialog is refreshed after a configuration was deleted.
+  struct Callbacks {
     std::function<void()> present = [] {};
     std::function<void()> refreshWorkstationList = [] {};
     std::function<void()> refreshAssignmentDialog = [] {};
   };
 
-  SettingsEditor(std::shared_ptr<clsConfig> host, Surroundings surroundings);
+  SettingsEditor(std::shared_ptr<clsConfig> host, Callbacks callbacks);
 
-  /// The window is loaded: a fresh form and a copy of the host's configurations.
+  /// Called when the window is created: makes a new form and copies the host's configurations.
   void load();
-  /// The window is gone.
+  /// Called when the window is destroyed.
   void unload();
 
-  /// 0 stands for the default configuration. When one is shown already, it asks about unsaved edits
-  /// before it turns to another, and does nothing for one that is gone.
+  /// 0 stands for the default configuration. When one is already shown, asks about unsaved edits
+  /// before showing another, and does nothing for one that no longer exists.
   void ShowPACSSettings(std::int16_t configID);
   void btnNew();
   void btnSave();
@@ -47,9 +47,9 @@ class SettingsEditor {
   void accessionTickClicked();
   void TmrFieldChange();
 
-  /// True when the caller may go on to another configuration, to a new one, or to the end.
+  /// Asks about unsaved edits. True when the caller may leave the configuration.
   bool CheckForSave(std::int16_t configID);
-  /// The same; the window may stay open afterwards.
+  /// The same, for a window that may stay open afterwards.
   bool mayLeave();
 
   SettingsForm form;
@@ -57,7 +57,7 @@ class SettingsEditor {
   std::optional<std::size_t> selectedRow;
   bool deleteEnabled = true;
 
-  /// Set by commands, cleared by the window when it has done what they ask for.
+  /// Requests to the window, which clears them when they are done.
   bool rowsChanged = false;
   bool rulesWanted = false;
   bool firstTabWanted = false;
@@ -75,19 +75,19 @@ class SettingsEditor {
   bool save();
   bool saveNew();
   bool saveExisting();
-  /// The stored row of `unsettled_`; null when there is none or when it was not stored.
-  colPACSConfiguration::Pointer settled();
+  /// The stored row of `unconfirmed_`; null when there is none or when it was not stored.
+  colPACSConfiguration::Pointer storedUnconfirmed();
   void adoptNew(const colPACSConfiguration::Pointer& record);
   void takeOver(const ForeignChange& change);
   bool remove(std::int16_t configID);
   bool deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change);
   bool isUsed(SiteCommand& command, std::int16_t configID) const;
-  /// Runs one step at the database. An error about a field names it by its caption.
+  /// Runs one step at the database. Errors name a field by its caption.
   template <class Work>
   auto atSite(Work work);
   template <class Work>
   void storing(const colPACSConfiguration::Pointer& record, Work work);
-  bool isSettledAs(const clsPACSConfiguration& record) const;
+  bool isUnchanged(const clsPACSConfiguration& record) const;
   bool hasEdits() const;
   bool validate();
   bool saveAndGoOn();
@@ -100,13 +100,13 @@ class SettingsEditor {
   colPACSConfiguration::Pointer recordOf(std::int16_t configID) const;
 
   std::shared_ptr<clsConfig> host_;
-  Surroundings surroundings_;
+  Callbacks callbacks_;
   std::shared_ptr<colPACSConfiguration> configurations_;
   std::int16_t currentID_ = 0;
   bool newConfiguration_ = false;
   bool shown_ = false;
-  /// What the database may have stored without confirming it.
-  colPACSConfiguration::Pointer unsettled_;
+  /// A record that the database may have stored without a confirmation.
+  colPACSConfiguration::Pointer unconfirmed_;
   /// A configuration whose deletion failed, or was not confirmed.
   std::int16_t unconfirmedDelete_ = 0;
 };

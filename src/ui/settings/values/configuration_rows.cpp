@@ -16,7 +16,7 @@ void ConfigurationRows::fill(const colPACSConfiguration& configurations) {
 }
 
 std::wstring_view ConfigurationRows::cell(std::size_t row, std::size_t column) const {
-  // A list that has not been refilled yet may ask for a row that is gone.
+  // A list that has not been refilled yet may request a row that no longer exists.
   if (row >= rows_.size()) return {};
   const Row& cells = rows_[row];
   return column == kConfiguration ? cells.text : cells.configID;

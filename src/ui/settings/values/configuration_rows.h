@@ -15,7 +15,7 @@ namespace tlpacscfg {
 /// the collection.
 class ConfigurationRows : public ListRows {
  public:
-  /// Columns count from 0; the last one serves programs that read the list.
+  /// Columns count from 0; the last one is for programs that read the list.
   enum Column : std::size_t { kConfigID, kConfiguration, kHiddenID };
   static constexpr std::size_t kColumns = 3;
 

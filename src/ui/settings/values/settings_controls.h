@@ -136,7 +136,7 @@ struct ControlDesign {
   const wchar_t* name;
   Kind kind;
   Page page;
-  const wchar_t* text;  ///< The caption; of a text box what it holds when the window opens.
+  const wchar_t* text;  ///< The caption, or the initial content of a text box.
   const wchar_t* tooltip;
 };
 
@@ -145,7 +145,7 @@ struct PageDesign {
   const wchar_t* caption;
 };
 
-/// At the place of its enumerator.
+/// In the order of the enumerators.
 std::span<const ControlDesign, kControlCount> controls();
 const ControlDesign& design(Control control);
 

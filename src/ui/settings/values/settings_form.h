@@ -14,7 +14,7 @@
 
 namespace tlpacscfg {
 
-/// What one control holds and how it shows itself.
+/// The content and the appearance of one control.
 struct ControlContent {
   std::wstring text;    ///< Of a text box, or the caption.
   bool ticked = false;  ///< Of a check box or an option.
@@ -42,8 +42,8 @@ class SettingsForm {
   /// The entries of the list of XML files.
   std::vector<std::wstring> xmlFiles;
 
-  /// What is stored for the accession fields: the record's text, whatever it names, until a tick
-  /// changes; from then on the names of the ticked entries.
+  /// The stored text of the accession fields: the record's text until a tick changes, then the
+  /// names of the ticked entries.
   std::wstring accessionFieldText;
   std::bitset<kDictationFieldCount> accessionTicks;
 
@@ -58,7 +58,7 @@ std::optional<std::int16_t> selectedCode(const SettingsForm& form, Control list)
 /// Throws InvalidPropertyArrayIndex when nothing is selected.
 std::int16_t requiredCode(const SettingsForm& form, Control list);
 
-/// Selects the entry with the code; without one the list stays as it was.
+/// Selects the entry with the code; if there is none, the selection stays.
 void selectCode(SettingsForm& form, Control list, std::int16_t code);
 
 /// Selects one option of a group; none for an index outside of it.
@@ -73,9 +73,9 @@ bool anyMACOptionSelected(const SettingsForm& form);
 std::wstring getMultiAccessFields();
 /// Ticks the entries that the list names and keeps the list itself.
 void showAccessionFields(SettingsForm& form, std::wstring_view list);
-/// The user changed a tick: the stored text is built anew.
+/// Called when the user changed a tick: rebuilds the stored text.
 void accessionTicksChanged(SettingsForm& form);
-/// What the closed list shows.
+/// The text of the closed list.
 std::wstring accessionDisplayText(const SettingsForm& form);
 
 }  // namespace tlpacscfg

@@ -5,8 +5,8 @@
 
 namespace tlpacscfg {
 
-/// The entries of a list in their order; none for a control that is no list, and for the list of
-/// XML files, whose entries are found when the window opens.
+/// The entries of a list in their order; empty for other controls and for the list of XML files,
+/// which is filled when the window opens.
 CodeTable optionsOf(Control control);
 
 }  // namespace tlpacscfg

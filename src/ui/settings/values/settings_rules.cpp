@@ -48,7 +48,7 @@ void show(SettingsForm& form, std::initializer_list<Control> list, bool visible)
   for (const Control control : list) form[control].visible = visible;
 }
 
-/// A box that does not apply loses its tick.
+/// A box that does not apply is cleared.
 void allow(SettingsForm& form, Control box, bool allowed) {
   form[box].enabled = allowed;
   if (!allowed) form[box].ticked = false;

@@ -9,7 +9,7 @@
 
 namespace tlpacscfg {
 
-/// The controls whose change calls for the rules.
+/// The controls whose changes trigger the rules.
 std::span<const Control> governingControls();
 
 struct RuleResult {
@@ -18,9 +18,8 @@ struct RuleResult {
   std::optional<std::wstring> message;
 };
 
-/// What depends on the vendor format, the response type and the enabled options: which controls
-/// can be used, are shown, change their texts or lose their values. The outcome depends on the
-/// values alone, not on the order in which they were entered.
+/// Enables, shows, renames or clears controls according to the vendor format, the response type and
+/// the chosen options. The result depends only on the values, not on the order of their input.
 RuleResult applyFieldRules(SettingsForm form);
 
 /// 0 when logons are not mapped; 1 to 6 for the chosen pair of options.

@@ -10,14 +10,14 @@
 namespace tlpacscfg {
 
 struct Validation {
-  /// To be shown one after the other; none when the controls may be stored.
+  /// To be shown one after the other; empty when the controls may be stored.
   std::vector<std::wstring> messages;
-  /// The port is no number, in a format that does not use it: it becomes "0" without a message.
+  /// The port is not a number and the format does not use it: it becomes "0" without a message.
   bool resetPort = false;
 };
 
-/// The checks before a configuration is stored. The first failure of the microphone buttons and
-/// the description hides the other; every further check still runs.
+/// The checks before a configuration is stored. A failed check of the microphone buttons skips the
+/// check of the description; all others always run.
 Validation ValidData(const SettingsForm& form, const colPACSConfiguration& configurations,
                      std::int16_t currentID);
 

@@ -64,7 +64,7 @@ void SettingsPage::onInit() {
   }
 }
 
-/// The heading takes the room of its text; the rest of the designed width is for the line.
+/// Shrinks the heading to its text; the line fills the rest of the designed width.
 void SettingsPage::makeHeading(HWND heading) {
   SendMessageW(heading, WM_SETFONT, reinterpret_cast<WPARAM>(bold_.get()), FALSE);
   RECT place{};

@@ -21,7 +21,7 @@ bool governs(int controlId) {
 
 bool isDown(int virtualKey) { return GetKeyState(virtualKey) < 0; }
 
-/// The place of the page whose caption has the letter as its mnemonic.
+/// The index of the page whose caption has the letter as its mnemonic.
 std::optional<std::size_t> pageOfMnemonic(wchar_t letter) {
   for (std::size_t i = 0; i < pages().size(); ++i) {
     const std::wstring_view caption = pages()[i].caption;
@@ -33,17 +33,17 @@ std::optional<std::size_t> pageOfMnemonic(wchar_t letter) {
 
 }  // namespace
 
-frmPACSSettings::frmPACSSettings(std::shared_ptr<clsConfig> host, Surroundings surroundings)
+frmPACSSettings::frmPACSSettings(std::shared_ptr<clsConfig> host, Callbacks callbacks)
     : Form(L"frmPACSSettings"),
-      owner_(std::move(surroundings.owner)),
+      owner_(std::move(callbacks.owner)),
       editor_(std::move(host),
               {.present =
                    [this] {
                      present();
                      presentInFront();
                    },
-               .refreshWorkstationList = std::move(surroundings.refreshWorkstationList),
-               .refreshAssignmentDialog = std::move(surroundings.refreshAssignmentDialog)}) {}
+               .refreshWorkstationList = std::move(callbacks.refreshWorkstationList),
+               .refreshAssignmentDialog = std::move(callbacks.refreshAssignmentDialog)}) {}
 
 frmPACSSettings::~frmPACSSettings() { destroy(); }
 
@@ -54,7 +54,7 @@ void frmPACSSettings::ShowPACSSettings(std::int16_t configID) {
     load(IDD_frmPACSSettings, owner_());
   }
   try {
-    runSettled([&] { editor_.ShowPACSSettings(configID); });
+    runWithRulesApplied([&] { editor_.ShowPACSSettings(configID); });
   } catch (...) {
     if (!wasOpen) destroy();
     throw;
@@ -70,13 +70,13 @@ void frmPACSSettings::presentInFront() {
 
 bool frmPACSSettings::mayLeave() {
   bool mayLeave = !isOpen();
-  if (isOpen()) runSettled([&] { mayLeave = editor_.mayLeave(); });
+  if (isOpen()) runWithRulesApplied([&] { mayLeave = editor_.mayLeave(); });
   return mayLeave;
 }
 
 void frmPACSSettings::askToClose() {
   bool close = false;
-  runSettled([&] { close = editor_.btnExit(); });
+  runWithRulesApplied([&] { close = editor_.btnExit(); });
   if (close) destroy();
 }
 
@@ -87,7 +87,7 @@ void frmPACSSettings::onDestroyed() {
   editor_.unload();
   const HWND owner = owner_();
   if (!owner) return;
-  // The owner gives the focus back to the control that had it.
+  // The owner restores the focus to the control that had it.
   SetForegroundWindow(owner);
   SetActiveWindow(owner);
 }
@@ -106,16 +106,16 @@ void frmPACSSettings::runCommand(const std::function<void()>& command) {
   present();
 }
 
-/// The rules of a change made just before the command are applied first.
-void frmPACSSettings::runSettled(const std::function<void()>& command) {
+/// Applies the rules of a change made just before the command first.
+void frmPACSSettings::runWithRulesApplied(const std::function<void()>& command) {
   takeChosenRow();
   runCommand([&] {
-    settleRules();
+    applyPendingRules();
     command();
   });
 }
 
-void frmPACSSettings::settleRules() {
+void frmPACSSettings::applyPendingRules() {
   if (!timerRuns_) return;
   stopRulesTimer();
   editor_.TmrFieldChange();
@@ -123,7 +123,7 @@ void frmPACSSettings::settleRules() {
 
 void frmPACSSettings::onCommand(int controlId, int code) {
   if (busy_) {
-    // A click that another program sends while a remote client is waited for is handled afterwards.
+    // A click that another program sends during a remote call is handled afterwards.
     if (code == BN_CLICKED && InSendMessage()) {
       PostMessageW(window(), WM_COMMAND, static_cast<WPARAM>(controlId), 0);
     }
@@ -134,11 +134,11 @@ void frmPACSSettings::onCommand(int controlId, int code) {
     case IDCANCEL:
       return askToClose();
     case IDC_frmPACSSettings_btnNew:
-      return runSettled([this] { editor_.btnNew(); });
+      return runWithRulesApplied([this] { editor_.btnNew(); });
     case IDC_frmPACSSettings_btnSave:
-      return runSettled([this] { editor_.btnSave(); });
+      return runWithRulesApplied([this] { editor_.btnSave(); });
     case IDC_frmPACSSettings_btnDelete:
-      return runSettled([this] { editor_.btnDelete(); });
+      return runWithRulesApplied([this] { editor_.btnDelete(); });
     case IDC_frmPACSSettings_btnExit:
       return askToClose();
     case IDC_frmPACSSettings_chkUserLogon:
@@ -151,7 +151,7 @@ void frmPACSSettings::onCommand(int controlId, int code) {
 }
 
 void frmPACSSettings::onTimer(UINT_PTR) {
-  // While a command waits for an answer the timer goes on.
+  // The timer continues while a command waits for an answer.
   if (busy_) return;
   stopRulesTimer();
   runCommand([this] { editor_.TmrFieldChange(); });
@@ -190,7 +190,7 @@ LRESULT frmPACSSettings::onNotify(NMHDR& header) {
   return 0;
 }
 
-/// The list is in the middle of its own work: the row is shown, and a question asked, afterwards.
+/// The list is processing the click: the row is shown, and a question asked, afterwards.
 void frmPACSSettings::chooseRow(int row) {
   chosenRow_ = static_cast<std::size_t>(row);
   PostMessageW(window(), kRowChosen, 0, 0);
@@ -201,7 +201,7 @@ void frmPACSSettings::takeChosenRow() {
   const std::size_t row = *std::exchange(chosenRow_, std::nullopt);
   if (row >= editor_.rows.rowCount()) return;
   runCommand([&] {
-    settleRules();
+    applyPendingRules();
     editor_.rowClicked(row);
   });
 }

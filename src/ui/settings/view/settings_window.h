@@ -15,23 +15,22 @@
 
 namespace tlpacscfg {
 
-/// The editor of integration configurations: puts the state of a SettingsEditor on the screen and
-/// hands it what the user does.
+/// The editor of integration configurations: shows the state of a SettingsEditor and passes the
+/// user's actions to it.
 class frmPACSSettings : public win32::Form {
  public:
-  struct Surroundings {
+  struct Callbacks {
     std::function<HWND()> owner;
     std::function<void()> refreshWorkstationList;
     std::function<void()> refreshAssignmentDialog;
   };
 
-  /// The owner's window is asked for when this one opens and when it has closed; null when there is
-  /// none.
-  frmPACSSettings(std::shared_ptr<clsConfig> host, Surroundings surroundings);
+  /// `owner` is called when the window opens and after it has closed; it may return null.
+  frmPACSSettings(std::shared_ptr<clsConfig> host, Callbacks callbacks);
   ~frmPACSSettings() override;
 
-  /// Opens the window on the configuration, 0 standing for the default configuration. Open
-  /// already, it asks about unsaved edits first.
+  /// Opens the window on the configuration; 0 is the default configuration. If it is already open,
+  /// asks about unsaved edits first.
   void ShowPACSSettings(std::int16_t configID);
 
   /// True from being shown until it has closed.
@@ -40,7 +39,7 @@ class frmPACSSettings : public win32::Form {
   /// The same as the Exit button: it may ask, and it may stay.
   void askToClose();
 
-  /// Asks about unsaved edits; false when the user stays. The window stays open.
+  /// Asks about unsaved edits; false when the user cancels. The window stays open.
   bool mayLeave();
 
   bool onKey(const MSG& message) override;
@@ -62,8 +61,8 @@ class frmPACSSettings : public win32::Form {
   win32::TickComboBox& accessionFields() const;
 
   void runCommand(const std::function<void()>& command);
-  void runSettled(const std::function<void()>& command);
-  void settleRules();
+  void runWithRulesApplied(const std::function<void()>& command);
+  void applyPendingRules();
   void chooseRow(int row);
   void takeChosenRow();
 
@@ -81,7 +80,7 @@ class frmPACSSettings : public win32::Form {
   void stopRulesTimer();
   void showPage(std::size_t index);
   void turnPage(int step);
-  bool leadsItsGroup(const ControlDesign& option) const;
+  bool takesTabStopInGroup(const ControlDesign& option) const;
   void updateTabStops() const;
 
   std::function<HWND()> owner_;
@@ -92,11 +91,11 @@ class frmPACSSettings : public win32::Form {
   win32::ListView configurations_;
   win32::Tooltips tooltips_;
 
-  /// What the controls show, to change only those that differ.
+  /// The state shown by the controls, so that only differences are applied.
   SettingsForm shown_;
   std::optional<std::size_t> chosenRow_;
   bool timerRuns_ = false;
-  /// While a command runs, also while it waits for an answer, controls report nothing.
+  /// While a command runs, notifications of controls are ignored.
   bool busy_ = false;
 };
 

@@ -5,7 +5,7 @@
 #include "ui/settings/view/settings_window.h"
 #include "ui/win32/combo_box.h"
 
-/// The settings window's controls: how they are made, read and changed.
+/// The settings window's controls: creation, reading and updating.
 namespace tlpacscfg {
 namespace {
 
@@ -91,7 +91,7 @@ void frmPACSSettings::createList() {
   configurations_.attach(list, editor_.rows, ConfigurationRows::kConfigID);
   RECT client{};
   GetClientRect(list, &client);
-  // The identifier stands before the description already.
+  // The identifier is already shown before the description.
   configurations_.addColumn(L"Config ID", 0);
   configurations_.addColumn(L"Configuration", client.right);
   configurations_.stretchColumn(ConfigurationRows::kConfiguration, 0);
@@ -205,12 +205,12 @@ void frmPACSSettings::presentControl(const ControlDesign& each, const ControlCon
   shown.text = win32::windowText(window);
 }
 
-/// The focus never stays where the user cannot see or use it.
+/// Moves the focus away from hidden and disabled controls.
 void frmPACSSettings::presentFocus() {
   if (std::exchange(editor_.descriptionFocusWanted, false)) {
     showPage(0);
     const HWND description = control(Control::txtDescription);
-    // The next field would take a turn of the wheel for a choice; the list only scrolls.
+    // In the next field the mouse wheel would change the selection; the list only scrolls.
     moveFocus(IsWindowEnabled(description) ? description : control(Control::lvwConfigs));
     return;
   }
@@ -220,7 +220,7 @@ void frmPACSSettings::presentFocus() {
   moveFocus(GetNextDlgTabItem(window(), focus, FALSE));
 }
 
-/// As the Tab key does it: the text of a field is selected, and a button left is no default button.
+/// Like the Tab key: selects the text of a field and resets the default button.
 void frmPACSSettings::moveFocus(HWND target) const {
   SendMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
 }
@@ -241,8 +241,8 @@ void frmPACSSettings::showPage(std::size_t index) {
   if (focusHidden) moveFocus(tabs);
 }
 
-/// In a group of options the selected one takes the tab stop, or the first one.
-bool frmPACSSettings::leadsItsGroup(const ControlDesign& option) const {
+/// The selected option of a group, or else the first, has the tab stop.
+bool frmPACSSettings::takesTabStopInGroup(const ControlDesign& option) const {
   const ControlDesign* leader = nullptr;
   for (const ControlDesign& each : controls()) {
     if (each.kind != Kind::Option || groupOf(each) != groupOf(option)) continue;
@@ -255,7 +255,7 @@ void frmPACSSettings::updateTabStops() const {
   for (const ControlDesign& each : controls()) {
     if (each.page == Page::Window || !takesTabStop(each.kind)) continue;
     const bool onPage = pages_[page_]->page() == each.page;
-    const bool reachable = each.kind != Kind::Option || leadsItsGroup(each);
+    const bool reachable = each.kind != Kind::Option || takesTabStopInGroup(each);
     setTabStop(control(each.control), onPage && reachable);
   }
 }

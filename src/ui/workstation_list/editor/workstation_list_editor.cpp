@@ -13,8 +13,8 @@ constexpr std::int16_t columnNumber(std::size_t column) {
   return static_cast<std::int16_t>(column + 1);
 }
 
-/// Without this question a database that refuses the assignments would keep the window, and so the
-/// host, open for ever.
+/// Without this question the window, and so the host, could never be closed while the database
+/// refuses the assignments.
 bool askToCloseWithoutSaving() {
   return system::showMessage({.text = L"The workstation assignments could not be saved. Close "
                                       L"without saving them?",
@@ -77,7 +77,7 @@ std::wstring WorkstationListEditor::selectedName() const {
   return std::wstring(selectedRow ? rows.cell(*selectedRow, WorkstationRows::kName) : L"");
 }
 
-/// Of the workstation itself: a row that could not be refilled may be out of date.
+/// From the workstation itself, because the row may be out of date.
 std::int16_t WorkstationListEditor::configIDOf(std::size_t row) const {
   const std::shared_ptr<colWorkstation> workstations = host_->m_colWorkstation;
   const auto workstation =
@@ -87,7 +87,7 @@ std::int16_t WorkstationListEditor::configIDOf(std::size_t row) const {
 }
 
 bool WorkstationListEditor::saveAssignments() {
-  // A host may put another collection in its place while a question waits.
+  // A host may replace the collection while a question is open.
   const std::shared_ptr<colWorkstation> workstations = host_->m_colWorkstation;
   if (!workstations) raise(ErrorNumber::ObjectNotSet);
   std::vector<AssignmentConflict> overruled;
@@ -107,7 +107,7 @@ bool WorkstationListEditor::saveAssignments() {
   }
 }
 
-bool WorkstationListEditor::saveOrGiveUp() {
+bool WorkstationListEditor::saveOrAbandon() {
   try {
     return saveAssignments();
   } catch (...) {
@@ -141,7 +141,7 @@ std::vector<AssignmentConflict> WorkstationListEditor::saveShowingProgress(
                                       try {
                                         progress(done, total);
                                       } catch (...) {
-                                        // It is shown for the user's sake only.
+                                        // Only informs the user.
                                       }
                                     });
 }

@@ -15,23 +15,23 @@
 
 namespace tlpacscfg {
 
-/// What the workstation list does, without the window: its state between events and its commands.
-/// Before a command the window sets `filter` and `selectedRow`, after it shows `rows` and
-/// `selectedRow`.
+/// The logic of the workstation list, without the window: its state between events and its
+/// commands. Before a command the window sets `filter` and `selectedRow`; afterwards it shows
+/// `rows` and `selectedRow`.
 class WorkstationListEditor {
  public:
   using Progress = std::function<void(std::size_t done, std::size_t total)>;
-  /// Called when a save begins. It ends when what was returned is destroyed.
+  /// Called when a save begins. The save ends when the result is destroyed.
   using StartProgress = std::function<Progress()>;
 
   WorkstationListEditor(std::shared_ptr<clsConfig> host, StartProgress startProgress);
 
   /// Fills and sorts the rows by name and selects the local computer's row, or the first. An error
-  /// is shown and logged; false then, and everything stays as it was.
+  /// is shown and logged, nothing changes, and the result is false.
   bool FillPCList();
   /// Selects the row of the workstation last chosen for editing.
   void SetItemFocus();
-  /// Sorts by the column, the other way round than the last time. The workstation stays selected.
+  /// Sorts by the column, in the reverse order of the last time. The workstation stays selected.
   void headerClicked(std::size_t column);
 
   /// The configuration of the selected workstation; 0 for none.
@@ -44,18 +44,16 @@ class WorkstationListEditor {
   /// The selected workstation and its configuration.
   std::optional<Assignment> cmdEditWorkstation();
 
-  /// Writes the assignments. False when the administrator stays to settle what somebody else has
-  /// assigned.
+  /// Writes the assignments. False when the administrator cancels because of conflicts.
   bool saveAssignments();
-  /// The same, but an error is shown, and true when the administrator then gives the assignments
-  /// up.
-  bool saveOrGiveUp();
-  /// Whether a row shows another configuration than its workstation has by now.
+  /// The same, but shows an error; true also when the administrator then abandons the assignments.
+  bool saveOrAbandon();
+  /// Whether a row shows a configuration that its workstation no longer has.
   bool isOutOfDate() const;
-  /// With what somebody else assigned meanwhile; the selected workstation stays the same.
+  /// Shows the assignments of other administrators too; the selected workstation stays the same.
   bool refill();
 
-  /// The window is gone.
+  /// Called when the window is destroyed.
   void unload() { host_->ConfigLoaded = false; }
 
   WorkstationRows rows;

@@ -29,10 +29,10 @@ inline constexpr std::array<FilterEntry, 3> kFilterEntries = {{
     {WorkstationFilter::All, L"All workstations"},
 }};
 
-/// The rows of the workstation list: what each of its five columns shows, in the present order.
+/// The rows of the workstation list: the texts of its five columns, in the present order.
 class WorkstationRows : public SortableList {
  public:
-  /// Columns count from 0. The running number and the identifier serve the program, not the user.
+  /// Columns count from 0. The running number and the identifier are hidden from the user.
   enum Column : std::size_t { kNumber, kName, kConfiguration, kRequestFile, kConfigID };
   static constexpr std::size_t kColumns = 5;
 
@@ -41,9 +41,9 @@ class WorkstationRows : public SortableList {
 
   void clear();
 
-  /// The rows of the workstations that pass the filter, in their order. Asks the configurations
-  /// for the next identifier, which says whether any exists; throws when that was not answered, and
-  /// keeps the rows it had.
+  /// The rows of the workstations that pass the filter, in their order. Requests the next
+  /// identifier to find out whether any configuration exists; if that fails, throws and keeps the
+  /// rows.
   void fill(const colWorkstation& workstations, colPACSConfiguration& configurations,
             WorkstationFilter filter);
 
@@ -67,19 +67,19 @@ class WorkstationRows : public SortableList {
   Text keep(std::wstring_view text);
   Text keepConfiguration(const clsPACSConfiguration& configuration);
 
-  /// All texts of all rows in one buffer: one allocation a cell would make large lists slow.
+  /// All texts of all rows in one buffer: an allocation for each cell would slow down large lists.
   std::wstring texts_;
   /// In the order of the workstations.
   std::vector<Row> rows_;
-  /// Which of them is shown at each place.
+  /// The index of the row shown at each position.
   std::vector<std::size_t> order_;
 };
 
 /// "N/A" for Null, otherwise the value as text.
 std::wstring ReplaceNull(const std::optional<std::wstring>& value);
 
-/// The question whose assignments to keep, with the first few conflicts: Yes for those made here,
-/// No for the stored ones, Cancel for neither yet.
+/// The question whose assignments to keep, with the first few conflicts. Yes: those made here. No:
+/// the stored ones. Cancel: undecided.
 std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
                               const colPACSConfiguration* configurations);
 

@@ -10,12 +10,12 @@ namespace tlpacscfg {
 namespace {
 
 constexpr std::chrono::milliseconds kDelay{1000};
-/// At least this long between two paintings, so that they do not slow the work down.
+/// The minimum time between two paintings, so that they do not slow down the work.
 constexpr std::chrono::milliseconds kInterval{100};
 
 /// Also tells the system that the program still responds.
 void paintWindows() {
-  // A window of the host that never validates itself would be painted for ever.
+  // A window of the host that never validates itself would be painted endlessly.
   constexpr int kMaxPaints = 100;
   MSG message;
   for (int i = 0; i < kMaxPaints; ++i) {

@@ -11,8 +11,8 @@
 
 namespace tlpacscfg {
 
-/// Shows how far a long piece of work on the user-interface thread has come. It appears when the
-/// work has lasted for a second, and goes with the object. The user can neither use nor close it.
+/// Shows the progress of long work on the user-interface thread. It appears after a second of work
+/// and is destroyed with the object. The user can neither use nor close it.
 class ProgressWindow : private win32::Dialog {
  public:
   using Clock = std::function<std::chrono::steady_clock::time_point()>;

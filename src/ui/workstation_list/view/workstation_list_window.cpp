@@ -22,12 +22,12 @@ constexpr ColumnDesign kColumns[] = {
     {L"ConfigID", 0},
 };
 
-/// The number of rows that fit. One more brings a scroll bar, for which the third column gets
-/// narrower.
+/// The number of rows that fit. With one more there is a scroll bar, and the third column is
+/// narrowed for it.
 constexpr std::size_t kDesignedRows = 24;
 constexpr int kNarrowConfigurationTwips = 1950;
 
-/// While it lives, the progress of a save is shown. What the user entered meanwhile is dropped.
+/// Shows the progress of a save while it exists. Input made meanwhile is discarded.
 struct SaveProgress {
   explicit SaveProgress(HWND owner)
       : list(owner), window(owner, L"Saving the workstation assignments...") {}
@@ -43,10 +43,10 @@ struct SaveProgress {
 
 }  // namespace
 
-frmPACSList::frmPACSList(std::shared_ptr<clsConfig> host, Surroundings surroundings)
+frmPACSList::frmPACSList(std::shared_ptr<clsConfig> host, Callbacks callbacks)
     : Form(kName),
       editor_(std::move(host), [this] { return startProgress(); }),
-      surroundings_(std::move(surroundings)) {}
+      callbacks_(std::move(callbacks)) {}
 
 frmPACSList::~frmPACSList() { destroy(); }
 
@@ -192,29 +192,29 @@ void frmPACSList::sortByHeader(int column) {
   editor_.headerClicked(static_cast<std::size_t>(column));
   list_.showSortArrow(column, editor_.rows.sortOrder == kAscending);
   list_.redraw();
-  // The selection belongs to the workstation, not to the place in the list.
+  // The selection belongs to the workstation, not to the position in the list.
   list_.clearSelection();
   presentSelection();
 }
 
 void frmPACSList::editConfiguration() {
   readSelection();
-  surroundings_.editConfiguration(editor_.cmdEditConfig());
+  callbacks_.editConfiguration(editor_.cmdEditConfig());
 }
 
 void frmPACSList::editWorkstation() {
   readSelection();
   const auto chosen = editor_.cmdEditWorkstation();
-  if (chosen) surroundings_.editWorkstation(chosen->workstation, chosen->configID);
+  if (chosen) callbacks_.editWorkstation(chosen->workstation, chosen->configID);
 }
 
-void frmPACSList::onClose() { closeAfter(&WorkstationListEditor::saveOrGiveUp); }
+void frmPACSList::onClose() { closeAfter(&WorkstationListEditor::saveOrAbandon); }
 
 void frmPACSList::closeAfter(bool (WorkstationListEditor::*save)()) {
   if (closing_) return;
   closing_ = true;
   const ScopeExit done([this] { closing_ = false; });
-  if ((editor_.*save)() && surroundings_.closeEditors()) {
+  if ((editor_.*save)() && callbacks_.closeEditors()) {
     destroy();
     editor_.unload();
   }
@@ -229,7 +229,7 @@ WorkstationListEditor::Progress frmPACSList::startProgress() const {
   };
 }
 
-/// The session may end: unsaved work is saved or asked about first.
+/// Whether the session may end: saves or asks about unsaved work first.
 std::optional<INT_PTR> frmPACSList::onMessage(UINT message, WPARAM, LPARAM) {
   if (message != WM_QUERYENDSESSION) return std::nullopt;
   SetWindowLongPtrW(window(), DWLP_MSGRESULT, mayEnd() ? TRUE : FALSE);
@@ -240,7 +240,7 @@ bool frmPACSList::mayEnd() {
   if (closing_) return false;
   closing_ = true;
   const ScopeExit done([this] { closing_ = false; });
-  return editor_.saveOrGiveUp() && surroundings_.mayLeaveSettings();
+  return editor_.saveOrAbandon() && callbacks_.mayLeaveSettings();
 }
 
 }  // namespace tlpacscfg

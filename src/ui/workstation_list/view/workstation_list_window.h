@@ -16,22 +16,22 @@
 
 namespace tlpacscfg {
 
-/// The workstation list: every workstation with its configuration, and the way to both editors.
-/// Closing it writes the assignments.
+/// The workstation list: every workstation with its configuration. Opens both editors; writes the
+/// assignments when it is closed.
 class frmPACSList : public win32::Form {
  public:
   static constexpr std::wstring_view kName = L"frmPACSList";
 
-  struct Surroundings {
+  struct Callbacks {
     std::function<void(std::int16_t configID)> editConfiguration;
     std::function<void(const std::wstring& workstation, std::int16_t configID)> editWorkstation;
     /// False when an editor stays open.
     std::function<bool()> closeEditors;
-    /// False when the user goes on editing a configuration.
+    /// False when the user continues editing a configuration.
     std::function<bool()> mayLeaveSettings;
   };
 
-  frmPACSList(std::shared_ptr<clsConfig> host, Surroundings surroundings);
+  frmPACSList(std::shared_ptr<clsConfig> host, Callbacks callbacks);
   ~frmPACSList() override;
 
   /// Loads the window with its first filter entry, topmost and in front.
@@ -40,10 +40,10 @@ class frmPACSList : public win32::Form {
   /// Brings the window, loaded already, to the front.
   void BringToFront() const;
 
-  /// As the close box does it: saves, asks where that fails, and may stay open.
+  /// Like the close box: saves, asks if that fails, and may stay open.
   void askToClose() { onClose(); }
 
-  /// From the save to the last question that it brings up.
+  /// From the start of the save to the answer of its last question.
   bool isClosing() const { return closing_; }
 
   /// Refills and sorts the list by name, and selects the local computer's row. An error is shown;
@@ -75,7 +75,7 @@ class frmPACSList : public win32::Form {
   WorkstationListEditor::Progress startProgress() const;
 
   WorkstationListEditor editor_;
-  Surroundings surroundings_;
+  Callbacks callbacks_;
 
   win32::ListView list_;
   win32::ComboBox filter_;

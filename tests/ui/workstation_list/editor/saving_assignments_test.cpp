@@ -76,7 +76,7 @@ TEST_F(SavingAssignmentsTest, ANameThatHoldsASingleQuoteIsAnErrorAndNothingIsWri
   open();
   EXPECT_THROW((void)editor.saveAssignments(), RunTimeError);
   answers = {Answer::Ok, Answer::No};
-  EXPECT_FALSE(editor.saveOrGiveUp());
+  EXPECT_FALSE(editor.saveOrAbandon());
   expectCloseQuestionAfter(
       L"Run-time error '40002':\r\nWorkstation 'O'BRIEN': Its name holds a single quote. Nothing "
       L"was saved.");
@@ -90,11 +90,11 @@ TEST_F(SavingAssignmentsTest, AFailedSaveCanBeGivenUpAndIsTriedEachTime) {
   site.run(kRefuseInserts);
   for (const Answer answer : {Answer::No, Answer::Yes}) {
     answers = {Answer::Ok, answer};
-    EXPECT_EQ(answer == Answer::Yes, editor.saveOrGiveUp());
+    EXPECT_EQ(answer == Answer::Yes, editor.saveOrAbandon());
     expectCloseQuestionAfter(L"Run-time error '40002':\r\n");
   }
   site.run(L"DROP TRIGGER refuse");
-  EXPECT_TRUE(editor.saveOrGiveUp());
+  EXPECT_TRUE(editor.saveOrAbandon());
   EXPECT_TRUE(messages.empty());
   EXPECT_EQ(L"0", stored(L"PC-1"));
 }
@@ -107,10 +107,10 @@ TEST_F(SavingAssignmentsTest, WhatTheRemoteClientRefusesIsReportedAndSentAgain) 
   client->refused = L"system_workstation_cfg";
   client->reason = L"The table is locked.";
   answers = {Answer::Ok, Answer::No};
-  EXPECT_FALSE(editor.saveOrGiveUp());
+  EXPECT_FALSE(editor.saveOrAbandon());
   expectCloseQuestionAfter(L"Run-time error '40002':\r\nThe table is locked.");
   client->refused.clear();
-  EXPECT_TRUE(editor.saveOrGiveUp());
+  EXPECT_TRUE(editor.saveOrAbandon());
   EXPECT_EQ(L"0", stored(L"PC-1"));
 }
 
