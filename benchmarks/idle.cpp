@@ -29,7 +29,7 @@ void measureIdle(const Site& site, int seconds) {
   const DWORD windowThread = GetCurrentThreadId();
   double used = 0;
   std::thread observer([&] {
-    // Until the window is settled.
+    // Wait until the window has finished loading.
     Sleep(observed / 5);
     const double before = processorSeconds();
     Sleep(observed);

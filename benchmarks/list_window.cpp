@@ -16,14 +16,14 @@
 namespace tlpacscfg::bench {
 namespace {
 
-/// Of the list in the window as it is designed.
+/// The designed size of the list.
 constexpr SIZE kListSize = {480, 400};
 
-/// Filling the list asks for the identifiers of all configurations.
+/// Filling the list requests the identifiers of all configurations.
 constexpr const wchar_t* kNumbering =
     L"select config_id  from Interface_PACS_cfg order by config_id";
 
-/// The rows of the filter that the window begins with.
+/// The rows of the window's initial filter.
 WorkstationRows rowsOf(const clsConfig& config) {
   WorkstationRows rows;
   rows.fill(*config.m_colWorkstation, *config.m_colPACSConfig, WorkstationFilter::Assigned);
@@ -62,7 +62,7 @@ void measureFilling(const Site& site, const std::shared_ptr<clsConfig>& config,
   RECT frame{};
   GetWindowRect(list, &frame);
   bare::ListView bareList({frame.right - frame.left, frame.bottom - frame.top}, texts);
-  bare::Connection connection(site.connectString(Way::Direct));
+  bare::Connection connection(site.connectString(Path::Direct));
   compare("filling", site.workstations, site.repetitions, {[&] {
             window.FillPCList();
             UpdateWindow(list);
@@ -74,7 +74,7 @@ void measureFilling(const Site& site, const std::shared_ptr<clsConfig>& config,
   window.destroy();
 }
 
-/// Begins in the order in which the window shows the rows when it opens.
+/// Starts with the order of the rows when the window opens.
 void measureSorting(const Site& site, WorkstationRows shown) {
   sort(shown, WorkstationRows::kName, SortType::Text);
   const std::vector<std::int32_t> identifiers = identifiersOf(shown);
@@ -112,7 +112,7 @@ void measureFirstOpening(const Site& site, Series series) {
     window.destroy();
   } else {
     const std::vector<bare::Row> texts = textsOf(rowsOf(*config));
-    bare::Connection connection(site.connectString(Way::Direct));
+    bare::Connection connection(site.connectString(Path::Direct));
     time([&] {
       bare::ListView list(kListSize, texts);
       connection.fetch(kNumbering);

@@ -8,17 +8,17 @@
 namespace tlpacscfg::bench {
 namespace {
 
-/// An Init of an object of its own; neither making nor dropping that is timed.
-Timed initOf(const Site& site, Way way, std::shared_ptr<clsConfig>& config) {
+/// Init of a new object; creating and destroying the object is not timed.
+Timed initOf(const Site& site, Path path, std::shared_ptr<clsConfig>& config) {
   return {[&config] { init(*config); },
-          [&site, way, &config] {
+          [&site, path, &config] {
             disconnect();
-            config = configFor(site, way);
+            config = configFor(site, path);
           }};
 }
 
-void fetchAll(const Site& site, Way way, const std::wstring& listing) {
-  bare::Connection connection(site.connectString(way));
+void fetchAll(const Site& site, Path path, const std::wstring& listing) {
+  bare::Connection connection(site.connectString(path));
   const std::size_t configurations = connection.fetch(loadingStatement());
   const std::size_t workstations = connection.fetch(listing);
   if (configurations != static_cast<std::size_t>(site.configurations) ||
@@ -29,18 +29,18 @@ void fetchAll(const Site& site, Way way, const std::wstring& listing) {
 
 }  // namespace
 
-void measureLoading(const Site& site, Way way) {
+void measureLoading(const Site& site, Path path) {
   std::shared_ptr<clsConfig> config;
-  const std::wstring listing = statementsAt(way, kListStatement).front();
-  compare(way == Way::Direct ? "loading" : "loading-server", site.workstations, site.repetitions,
-          initOf(site, way, config), {[&] { fetchAll(site, way, listing); }});
+  const std::wstring listing = statementsAt(path, kListStatement).front();
+  compare(path == Path::Direct ? "loading" : "loading-server", site.workstations, site.repetitions,
+          initOf(site, path, config), {[&] { fetchAll(site, path, listing); }});
   disconnect();
 }
 
 void measureServiceLoading(const Site& site) {
   std::shared_ptr<clsConfig> config;
   compare("loading-service", site.workstations, site.repetitions,
-          initOf(site, Way::Service, config), initOf(site, Way::Direct, config));
+          initOf(site, Path::Service, config), initOf(site, Path::Direct, config));
   disconnect();
 }
 

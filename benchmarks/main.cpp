@@ -18,18 +18,18 @@ using namespace tlpacscfg::bench;
 
 namespace {
 
-/// What one run measures.
+/// The sites and repetitions of a run.
 struct Plan {
   std::vector<Site> sites;
-  std::vector<Site> serverSites;  ///< The stand-in is too slow for the largest.
-  int repetitions;                ///< Of what does not depend on the site.
+  std::vector<Site> serverSites;  ///< Smaller, because the stand-in is slow.
+  int repetitions;                ///< Of measurements that do not depend on the site.
   int idleSeconds;
 };
 
 const Site kSmallest = {L"TlBench10", 10, 10, 1};
 
-/// The growth is that from a quarter to the whole. The largest collection is the one that 16-bit
-/// positions reach, with the most identifiers that leave one free.
+/// Growth is measured from a quarter of the largest site to the largest site, which has as many
+/// workstations as 16-bit positions allow and all configuration identifiers but one.
 Plan planFor(std::wstring_view scale) {
   if (scale == L"smallest") return {{kSmallest}, {{L"TlBenchServer", 10, 10, 1}}, 1, 1};
   return {{{L"TlBench1000", 1'000, 1'000, 11},
@@ -52,10 +52,10 @@ void measureAll(const Plan& plan, wchar_t** arguments) {
   for (const Site& site : plan.sites) {
     announce("SQLite", site);
     measureMemory(site);
-    measureLoading(site, Way::Direct);
+    measureLoading(site, Path::Direct);
     measureListWindow(site);
     measureSettingsWindow(site, kSmallest);
-    measureSaving(site, Way::Direct);
+    measureSaving(site, Path::Direct);
     announce("the remote service", site);
     measureServiceLoading(site);
     measureServiceSaving(site);
@@ -63,8 +63,8 @@ void measureAll(const Plan& plan, wchar_t** arguments) {
   for (const Site& site : plan.serverSites) {
     announce("the stand-in for SQL Server", site);
     makeServerSite(site);
-    measureLoading(site, Way::Server);
-    measureSaving(site, Way::Server);
+    measureLoading(site, Path::Server);
+    measureSaving(site, Path::Server);
   }
   std::fprintf(stderr, "Measuring what does not depend on the site\n");
   measureLog(arguments[0], plan.repetitions);
@@ -90,7 +90,7 @@ void run(int count, wchar_t** arguments) {
 /// tlpacscfg_bench full|smallest first-opening component|baseline
 int wmain(int count, wchar_t** arguments) {
   system::showMessage = [](const system::Message& message) -> system::Answer {
-    // Whether to save what the rules changed.
+    // The question whether to save what the rules changed.
     if (message.buttons == system::Buttons::YesNoCancel) return system::Answer::No;
     std::fprintf(stderr, "A message box: %s\n", toUtf8(message.text).c_str());
     std::_Exit(1);

@@ -5,23 +5,23 @@
 #include "benchmarks/measuring.h"
 #include "benchmarks/site.h"
 
-/// Each measures some rows of the report.
+/// Each function measures some rows of the report.
 namespace tlpacscfg::bench {
 
-/// For the way Direct or Server.
-void measureLoading(const Site& site, Way way);
-void measureSaving(const Site& site, Way way);
+/// Only for Direct and Server.
+void measureLoading(const Site& site, Path path);
+void measureSaving(const Site& site, Path path);
 
-/// Beside the direct connection.
+/// Compared with the direct connection.
 void measureServiceLoading(const Site& site);
 void measureServiceSaving(const Site& site);
 
 void measureMemory(const Site& site);
 void measureListWindow(const Site& site);
-/// Beside a window with few configurations.
+/// Compared with a window with few configurations.
 void measureSettingsWindow(const Site& site, const Site& smallest);
 
-/// Once: the first window of a process opens more slowly.
+/// Measured once, because the first window of a process opens more slowly.
 void measureFirstOpening(const Site& site, Series series);
 
 void measureLog(const std::wstring& folder, int repetitions);

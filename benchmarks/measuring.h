@@ -7,13 +7,13 @@ namespace tlpacscfg::bench {
 
 enum class Series { Component, Baseline };
 
-/// How long the action takes, in seconds.
+/// The duration of the action in seconds.
 double secondsOf(const std::function<void()>& action);
 
 /// `size` is the site's number of workstations, or 0.
 void record(const char* row, int size, Series series, double value);
 
-/// Something to time, and what is done before it each time, which is not timed.
+/// An action to time, and its preparation, which is not timed.
 struct Timed {
   std::function<void()> action;
   std::function<void()> prepare = [] {};
@@ -21,8 +21,8 @@ struct Timed {
 
 void measure(const char* row, int size, int repetitions, const Timed& component);
 
-/// Times both in turn. Each is the first of the two in every other round, so that neither gains
-/// from what the other leaves in the caches.
+/// Times both in turn. The order alternates, so that neither profits from the caches that the other
+/// has filled.
 void compare(const char* row, int size, int repetitions, const Timed& component,
              const Timed& baseline);
 

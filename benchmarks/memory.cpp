@@ -10,7 +10,7 @@
 namespace tlpacscfg::bench {
 namespace {
 
-/// The bytes in use in all heaps of the process, with what the heap keeps for each block.
+/// The bytes in use in all heaps of the process, including the overhead of each block.
 std::size_t heapBytes() {
   std::vector<HANDLE> heaps(64);
   heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
@@ -49,7 +49,7 @@ std::size_t textBytes(const clsConfig& config) {
 }  // namespace
 
 void measureMemory(const Site& site) {
-  // What the first use of anything keeps for good is not the site's.
+  // A first run excludes memory that the first use allocates permanently.
   initialised(site);
   disconnect();
 

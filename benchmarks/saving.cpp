@@ -12,16 +12,16 @@ namespace {
 
 using Batches = std::vector<std::vector<std::wstring>>;
 
-Batches batchesOf(const clsConfig& config, Way way) {
+Batches batchesOf(const clsConfig& config, Path path) {
   std::vector<colWorkstation::Pointer> all;
   for (const auto& workstation : config.m_colWorkstation->ColWorkStations->items()) {
     all.push_back(workstation);
   }
   Batches batches;
   forEachAssignmentCommand(all, [&](const std::wstring& command, std::size_t) {
-    batches.push_back(statementsAt(way, command));
+    batches.push_back(statementsAt(path, command));
   });
-  batches.push_back(statementsAt(way, kOfflineUpdateStatement));
+  batches.push_back(statementsAt(path, kOfflineUpdateStatement));
   return batches;
 }
 
@@ -29,7 +29,7 @@ void execute(bare::Connection& connection, const std::vector<std::wstring>& stat
   for (const std::wstring& statement : statements) connection.execute(statement);
 }
 
-/// As closing the list does: with a look at what is stored before, and another one afterwards.
+/// Like closing the list: reads the stored rows before and after.
 void saveAsList(clsConfig& config) {
   const SiteAccess access(config);
   if (!saveAssignments(*config.m_colWorkstation, {}, [](std::size_t, std::size_t) {}).empty()) {
@@ -39,12 +39,12 @@ void saveAsList(clsConfig& config) {
 
 }  // namespace
 
-void measureSaving(const Site& site, Way way) {
-  const std::shared_ptr<clsConfig> config = initialised(site, way);
-  const Batches batches = batchesOf(*config, way);
-  const std::wstring listing = statementsAt(way, kListStatement).front();
-  bare::Connection connection(site.connectString(way));
-  if (way == Way::Direct) {
+void measureSaving(const Site& site, Path path) {
+  const std::shared_ptr<clsConfig> config = initialised(site, path);
+  const Batches batches = batchesOf(*config, path);
+  const std::wstring listing = statementsAt(path, kListStatement).front();
+  bare::Connection connection(site.connectString(path));
+  if (path == Path::Direct) {
     compare("saving", site.workstations, site.repetitions,
             {[&] { config->m_colWorkstation->SaveAllWorkStationSettings(); }}, {[&] {
               for (const auto& batch : batches) {
@@ -52,7 +52,7 @@ void measureSaving(const Site& site, Way way) {
               }
             }});
   }
-  compare(way == Way::Direct ? "saving-checked" : "saving-server", site.workstations,
+  compare(path == Path::Direct ? "saving-checked" : "saving-server", site.workstations,
           site.repetitions, {[&] { saveAsList(*config); }}, {[&] {
             connection.serializably([&] {
               connection.fetch(listing);
@@ -65,7 +65,7 @@ void measureSaving(const Site& site, Way way) {
 
 void measureServiceSaving(const Site& site) {
   const std::shared_ptr<clsConfig> direct = initialised(site);
-  const std::shared_ptr<clsConfig> remote = initialised(site, Way::Service);
+  const std::shared_ptr<clsConfig> remote = initialised(site, Path::Service);
   compare("saving-service", site.workstations, site.repetitions, {[&] { saveAsList(*remote); }},
           {[&] { saveAsList(*direct); }});
   disconnect();

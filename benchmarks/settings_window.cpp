@@ -29,7 +29,7 @@ BOOL CALLBACK visitTopLevel(HWND window, LPARAM parameter) {
   return reinterpret_cast<Search*>(parameter)->found == nullptr;
 }
 
-/// A control of any window of this thread, on whatever page.
+/// A control of any window of this thread, on any page.
 HWND control(int controlId) {
   Search search{controlId};
   EnumThreadWindows(GetCurrentThreadId(), &visitTopLevel, reinterpret_cast<LPARAM>(&search));
@@ -42,13 +42,12 @@ void click(int controlId) {
   SendMessageW(button, BM_CLICK, 0, 0);
 }
 
-/// Until everything is shown and drawn.
 void processMessages() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
 }
 
-/// The settings window beside the list window that it belongs to.
+/// The settings window with the list window that opened it.
 class SettingsWindow {
  public:
   explicit SettingsWindow(const std::shared_ptr<clsConfig>& config) : windows_(config) {

@@ -26,15 +26,16 @@ std::wstring numbered(const wchar_t* prefix, int number) {
   return prefix + std::wstring(5 - digits.size(), L'0') + digits;
 }
 
-/// What ./bench tells through the surroundings.
-std::wstring told(const char* name) {
+/// The value of an environment variable that ./bench sets.
+std::wstring environmentVariable(const char* name) {
   const char* const value = std::getenv(name);
   if (value == nullptr) throw std::runtime_error(std::string(name) + " is not set: run ./bench.");
   return fromUtf8(value);
 }
 
 void makeTables(bare::Connection& database) {
-  std::ifstream stream(std::filesystem::path(told("TL_BENCH_SCHEMA")), std::ios::binary);
+  std::ifstream stream(std::filesystem::path(environmentVariable("TL_BENCH_SCHEMA")),
+                       std::ios::binary);
   const std::wstring script = fromUtf8(std::string{std::istreambuf_iterator<char>(stream), {}});
   std::wstring text;
   for (const std::wstring_view line : split(script, L'\n')) {
@@ -47,7 +48,7 @@ void makeTables(bare::Connection& database) {
   }
 }
 
-/// What such a column holds at a site: paths, addresses and lists of ordinary length.
+/// Typical values of a column: paths, addresses and lists of ordinary length.
 std::wstring textOf(const std::wstring& property, int id) {
   const std::wstring room = numbered(L"room-", id);
   if (property == L"Description") return L"Reading " + room + L", CT and MR";
@@ -69,7 +70,7 @@ std::wstring valueFor(const Column& column, int id) {
   if (property == L"configID") return decimal(id);
   if (property == L"PACSType") return decimal(id % 4);
   if (property == L"Port") return decimal(10000 + id);
-  // The codes that the settings window offers are further apart.
+  // Codes that the settings window offers for these properties.
   if (property == L"CofirmStartTrigger") return L"10";
   if (property == L"ManualEntryTrigger") return L"8";
   if (property == L"PollingDisplayField") return L"11";
@@ -93,7 +94,7 @@ void addConfigurations(bare::Connection& database, int count) {
   database.insert(insertion(L"Interface_PACS_cfg", kColumnCount), std::move(rows));
 }
 
-/// The numbers from 1 up, in an order that is the same in every run.
+/// The numbers from 1 to the count in a reproducible random order.
 std::vector<int> shuffledNumbers(int count, unsigned seed) {
   std::vector<int> numbers(static_cast<std::size_t>(count));
   std::iota(numbers.begin(), numbers.end(), 1);
@@ -101,7 +102,7 @@ std::vector<int> shuffledNumbers(int count, unsigned seed) {
   return numbers;
 }
 
-/// Neither the names nor the assigned configurations come in order.
+/// Neither the names nor the assigned configurations are sorted.
 void addWorkstations(bare::Connection& database, const Site& site) {
   std::vector<std::vector<std::wstring>> names;
   std::vector<std::vector<std::wstring>> assignments;
@@ -117,7 +118,7 @@ void addWorkstations(bare::Connection& database, const Site& site) {
 }
 
 void addRows(const Site& site) {
-  bare::Connection database(site.connectString(Way::Direct));
+  bare::Connection database(site.connectString(Path::Direct));
   addConfigurations(database, site.configurations);
   addWorkstations(database, site);
 }
@@ -129,47 +130,47 @@ void setValue(const std::wstring& key, const std::wstring& name, const std::wstr
 
 }  // namespace
 
-std::wstring Site::connectString(Way way) const {
-  if (way == Way::Direct) return L"DSN=" + dataSource + L";";
+std::wstring Site::connectString(Path path) const {
+  if (path == Path::Direct) return L"DSN=" + dataSource + L";";
   return L"Driver={SQL Server};Server=127.0.0.1;Database=Talora;UID=sa;PWD=;";
 }
 
 void makeSite(const Site& site) {
-  bare::Connection database(site.connectString(Way::Direct));
+  bare::Connection database(site.connectString(Path::Direct));
   makeTables(database);
   addRows(site);
   setValue(L"SOFTWARE\\ODBC\\ODBC.INI\\" + site.dataSource, L"DATABASE", site.dataSource);
-  setValue(L"SOFTWARE\\TlCommClient", L"Token", told("TL_BENCH_TOKEN"));
+  setValue(L"SOFTWARE\\TlCommClient", L"Token", environmentVariable("TL_BENCH_TOKEN"));
   setValue(L"SOFTWARE\\TlCommClient", L"Transport", L"http");
 }
 
 void makeServerSite(const Site& site) {
   bare::Connection control(L"Driver={SQL Server};Server=127.0.0.2;UID=test;PWD=test;");
-  control.execute(L"TELL '{\"command\":\"store\",\"path\":\"" + told("TL_SCRATCH") + L"/" +
-                  site.dataSource + L".db\"}'");
+  control.execute(L"TELL '{\"command\":\"store\",\"path\":\"" + environmentVariable("TL_SCRATCH") +
+                  L"/" + site.dataSource + L".db\"}'");
   addRows(site);
 }
 
-std::shared_ptr<clsConfig> configFor(const Site& site, Way way) {
+std::shared_ptr<clsConfig> configFor(const Site& site, Path path) {
   auto config = std::make_shared<clsConfig>();
   HostSettings& settings = *config->settings;
-  modMain.g_blnTlCommClientEnabled = way == Way::Service;
-  if (way == Way::Direct) settings.SQLDSN = site.dataSource;
-  if (way == Way::Server) {
+  modMain.g_blnTlCommClientEnabled = path == Path::Service;
+  if (path == Path::Direct) settings.SQLDSN = site.dataSource;
+  if (path == Path::Server) {
     settings.SqlServerName = L"127.0.0.1";
     settings.SqlDbName = L"Talora";
   }
-  if (way == Way::Service) {
+  if (path == Path::Service) {
     settings.TlCommClientHostIP = L"127.0.0.1";
-    settings.TlCommClientHostPort = told("TL_BENCH_PORT");
+    settings.TlCommClientHostPort = environmentVariable("TL_BENCH_PORT");
     settings.TlCommClientTimeout = L"60";
     settings.SqlDbName = site.dataSource;
   }
   return config;
 }
 
-std::shared_ptr<clsConfig> initialised(const Site& site, Way way) {
-  const std::shared_ptr<clsConfig> config = configFor(site, way);
+std::shared_ptr<clsConfig> initialised(const Site& site, Path path) {
+  const std::shared_ptr<clsConfig> config = configFor(site, path);
   init(*config);
   return config;
 }
@@ -183,8 +184,8 @@ void disconnect() {
   DisconnectDatabase();
 }
 
-std::vector<std::wstring> statementsAt(Way way, const std::wstring& text) {
-  return statementsFor(way == Way::Direct ? Dialect::Sqlite : Dialect::SqlServer, text);
+std::vector<std::wstring> statementsAt(Path path, const std::wstring& text) {
+  return statementsFor(path == Path::Direct ? Dialect::Sqlite : Dialect::SqlServer, text);
 }
 
 }  // namespace tlpacscfg::bench

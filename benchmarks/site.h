@@ -8,36 +8,36 @@
 
 namespace tlpacscfg::bench {
 
-/// The component's way to a site's data.
-enum class Way {
+/// How the component accesses a site's data.
+enum class Path {
   Direct,   ///< SQLite's driver, in the component's own process.
-  Server,   ///< The driver for SQL Server, and the stand-in for one.
+  Server,   ///< The driver for SQL Server, connected to the stand-in.
   Service,  ///< The remote data client and service, which reads the same SQLite file.
 };
 
 /// A made-up site of a certain size.
 struct Site {
-  /// Of the SQLite file that holds it; the remote service knows it by the same name.
+  /// The data source of its SQLite file, and its name at the remote service.
   std::wstring dataSource;
   int configurations;
   int workstations;
-  /// How often each row is measured.
+  /// The number of measurements of each row.
   int repetitions;
 
-  /// For the way Direct or Server.
-  std::wstring connectString(Way way) const;
+  /// Only for Direct and Server.
+  std::wstring connectString(Path path) const;
 };
 
-/// Makes the site in its SQLite file, and tells the computer about it.
+/// Creates the site in its SQLite file and registers its data source.
 void makeSite(const Site& site);
-/// Makes the site as the one that the stand-in for SQL Server keeps, in place of any other.
+/// Creates the site in the stand-in for SQL Server, replacing any other.
 void makeServerSite(const Site& site);
 
-/// A configuration object that is set up for the site, not initialised.
-std::shared_ptr<clsConfig> configFor(const Site& site, Way way = Way::Direct);
+/// A configuration object for the site before Init.
+std::shared_ptr<clsConfig> configFor(const Site& site, Path path = Path::Direct);
 
-/// The same, initialised; throws std::runtime_error when that fails.
-std::shared_ptr<clsConfig> initialised(const Site& site, Way way = Way::Direct);
+/// The same after Init; throws std::runtime_error when Init fails.
+std::shared_ptr<clsConfig> initialised(const Site& site, Path path = Path::Direct);
 
 /// Calls Init, and throws std::runtime_error when that fails.
 void init(clsConfig& config);
@@ -45,7 +45,7 @@ void init(clsConfig& config);
 /// Closes the component's connection.
 void disconnect();
 
-/// The statements that the driver gets for a text of the component's.
-std::vector<std::wstring> statementsAt(Way way, const std::wstring& text);
+/// The statements that the driver receives for a text of the component.
+std::vector<std::wstring> statementsAt(Path path, const std::wstring& text);
 
 }  // namespace tlpacscfg::bench

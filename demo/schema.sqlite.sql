@@ -48,8 +48,8 @@ CREATE TABLE System_pc_names (
   flag2 smallint NULL
 );
 
--- The primary key answers the question for one workstation's configuration, which is asked for
--- every row of System_pc_names.
+-- The primary key serves the query for one workstation's configuration, which runs for every row of
+-- System_pc_names.
 CREATE TABLE System_workstation_cfg (
   pc_name varchar(50) COLLATE NOCASE NOT NULL,
   application_id smallint NOT NULL,

@@ -1,5 +1,5 @@
 -- The tables of a site that the component reads and writes, for SQL Server.
--- Names of workstations and keys are compared by the database's collation, which must not regard case.
+-- Names of workstations and keys are compared by the database's collation, which must ignore case.
 
 CREATE TABLE Interface_PACS_cfg (
   config_id smallint NOT NULL PRIMARY KEY,
@@ -48,8 +48,8 @@ CREATE TABLE System_pc_names (
   flag2 smallint NULL
 );
 
--- The primary key answers the question for one workstation's configuration, which is asked for
--- every row of System_pc_names.
+-- The primary key serves the query for one workstation's configuration, which runs for every row of
+-- System_pc_names.
 CREATE TABLE System_workstation_cfg (
   pc_name nvarchar(50) NOT NULL,
   application_id smallint NOT NULL,

@@ -1,7 +1,7 @@
 -- A hospital's reading rooms: ten configurations, one for each vendor format and one more, and
--- forty workstations. Irregular data as in real sites: old rows with
--- NULL in the columns that came later (3), flags stored as -1 and as 1, and a workstation whose
--- configuration no longer exists (ANNEX-02).
+-- forty workstations. Irregular data as in real sites: old rows with NULL in the columns that were
+-- added later (3), flags stored as -1 and as 1, and a workstation whose configuration no longer
+-- exists (ANNEX-02).
 
 BEGIN;
 
@@ -31,7 +31,7 @@ INSERT INTO Interface_PACS_cfg (
 (12, 1, 'Übergang – Zürich', 'C:\zh\anfrage.xml', 'C:\zh\antwort.xml',
   1, 0, 0, 1, 8, 10, 3, 2, 1, 9, '2025-02-11 17:22:48');
 
--- The columns that came later, for every row but the old one.
+-- The columns that were added later, for every row but the old one.
 UPDATE Interface_PACS_cfg SET
   string1 = '', string2 = '', string3 = '', string4 = '', string5 = '',
   flag2 = 0, flag3 = 0, flag4 = 0, flag5 = 0, flag6 = 0, flag7 = 0, flag8 = 0, flag9 = 0,
@@ -91,7 +91,7 @@ INSERT INTO System_workstation_cfg
 ('TELERAD-01', 38, 'PACSConfig', '5', -1, 0), ('TELERAD-02', 38, 'PACSConfig', '5', -1, 0),
 ('TELERAD-03', 38, 'PACSConfig', '5', -1, 0),
 ('WARD-3A', 38, 'PACSConfig', '9', -1, 0), ('WARD-3B', 38, 'PACSConfig', '9', -1, 0),
--- Other programs keep their own settings here.
+-- Settings of other programs.
 ('READ-07', 38, 'WindowLeft', '120', 12, 0), ('READ-07', 12, 'Microphone', 'Desk', 12, 0),
 ('TYPIST-01', 12, 'FootPedal', 'COM3', 30, 0);
 

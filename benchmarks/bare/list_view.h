@@ -13,15 +13,14 @@ namespace tlpacscfg::bench::bare {
 
 using Row = std::array<std::wstring, 5>;
 
-/// A visible window with nothing but a virtual list view over finished texts.
+/// A visible window that contains only a virtual list view over given texts.
 class ListView {
  public:
   ListView(SIZE size, const std::vector<Row>& rows);
   ListView(const ListView&) = delete;
   ListView& operator=(const ListView&) = delete;
 
-  /// Sorts the rows by the column as Windows sorts names, shows and draws them, the row of that
-  /// name selected.
+  /// Sorts the rows by the column as Windows sorts names, selects the row of that name, and draws.
   void fill(std::size_t column, const std::wstring& selected);
 
  private:

@@ -111,7 +111,7 @@ void Connection::execute(const std::wstring& sql) {
   SQLRETURN code =
       SQLExecDirectW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size()));
   check(code);
-  // An error of a later statement shows only where its result is asked for.
+  // An error of a later statement is reported only when its result is requested.
   do {
     code = SQLMoreResults(statement_);
     check(code);

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-/// ODBC as a careful programmer uses it by hand, without anything of the component's.
+/// Efficient direct use of ODBC, without code of the component.
 namespace tlpacscfg::bench::bare {
 
-/// Throws std::runtime_error where a call fails.
+/// Throws std::runtime_error when a call fails.
 class Connection {
  public:
   explicit Connection(const std::wstring& connectString);
@@ -20,16 +20,15 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  /// Reads every row into bound arrays, keeps none, and returns how many there were. The arrays
-  /// have the component's size and types.
+  /// Reads all rows into bound arrays of the component's size and types and returns their number.
   std::size_t fetch(const std::wstring& sql);
 
   /// One or several statements.
   void execute(const std::wstring& sql);
 
-  /// Runs the work in one transaction; it stays open when the work throws.
+  /// Runs the work in one transaction, which stays open if the work throws.
   void together(const std::function<void()>& work);
-  /// The same, and serializable.
+  /// The same with the isolation level serializable.
   void serializably(const std::function<void()>& work);
 
   /// Runs the statement with parameters once for each row, in one transaction.

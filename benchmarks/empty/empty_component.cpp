@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Answers every question for an interface with itself; lives as long as the DLL.
+/// Returns itself for every interface; exists as long as the DLL.
 template <class Interface>
 class Static : public Interface {
  public:

@@ -1,7 +1,7 @@
 // Drives the windows of another program, one step for each call:
 //
-//   drive wait TITLE                   until the window is there
-//   drive gone TITLE                   until it is not
+//   drive wait TITLE                   waits until the window exists
+//   drive gone TITLE                   waits until it does not
 //   drive exists TITLE                 prints yes or no
 //   drive click TITLE ID               presses a button or ticks a box, once it is enabled
 //   drive press TITLE ok|cancel|yes|no answers a message box
@@ -9,14 +9,14 @@
 //   drive choose-code TITLE ID CODE    the same by the entry's item data
 //   drive type TITLE ID TEXT           replaces the text of a field
 //   drive text TITLE ID                prints it
-//   drive tab TITLE ID POSITION        turns to a tab
+//   drive tab TITLE ID POSITION        selects a tab
 //   drive header TITLE ID COLUMN       clicks a list's column header with the mouse
 //   drive select TITLE ID ROW          selects a list's row
 //   drive double-click TITLE ID ROW    double-clicks it with the mouse
 //   drive rows TITLE ID                prints how many rows a list has
 //   drive row-of TITLE ID COLUMN TEXT  prints the first row with that text, or -1
 //   drive cell TITLE ID ROW COLUMN     prints one cell
-//   drive close TITLE                  presses the window's closing button
+//   drive close TITLE                  presses the window's close button
 //   drive place TITLE                  prints WIDTHxHEIGHT+LEFT+TOP
 //
 // Positions, rows and columns count from 0. The exit code is 0 when the step was done.
@@ -83,7 +83,7 @@ void type(Arguments arguments) {
   ask(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(arguments[2].c_str()));
 }
 
-/// A click into the middle of a rectangle of the window.
+/// Clicks the middle of a rectangle of the window.
 void clickAt(HWND window, int x, int y, bool twice) {
   const LPARAM point = MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y));
   tell(window, WM_LBUTTONDOWN, MK_LBUTTON, point);

@@ -98,7 +98,7 @@ LRESULT ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 
 void tell(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (!SendNotifyMessageW(window, message, wParam, lParam)) throw Failure("the window is gone");
-  // Sent messages keep their order, and the loop of a message box handles them too. A window that
+  // Sent messages keep their order and are handled by the loop of a message box too. A window that
   // the message destroyed does not answer.
   SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, kPatienceMilliseconds, nullptr);
 }

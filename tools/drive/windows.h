@@ -7,36 +7,35 @@
 #include <stdexcept>
 #include <string>
 
-/// Windows of another program: found by caption and control id, asked and driven by messages.
+/// Finds windows of another program by caption and control id, and drives them by messages.
 namespace drive {
 
 struct Failure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Asks again and again until the answer is yes; throws Failure when it never is.
+/// Polls until the condition holds; throws Failure after a time limit.
 void waitUntil(const std::function<bool()>& condition, const std::string& what);
 
-/// The visible top-level window of that caption, waited for.
+/// Waits for the visible top-level window of that caption.
 HWND windowNamed(const std::wstring& title);
 bool windowExists(const std::wstring& title);
 
-/// The control anywhere inside the window, waited for; a visible one before a hidden one.
+/// Waits for the control anywhere inside the window; prefers a visible one to a hidden one.
 HWND controlOf(HWND window, int id);
 
 std::wstring textOf(HWND window);
 
-/// Sends a message that needs no memory of ours, and waits for the answer.
+/// Sends a message without pointers and waits for the result.
 LRESULT ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 
-/// Sends a message and waits until it was handled, or until its handling has brought up a message
-/// box.
+/// Sends a message and waits until it was handled or its handler shows a message box.
 void tell(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 
-/// Tells the control's parent what the control would tell it itself.
+/// Sends the control's parent the notification that the control would send.
 void notifyParent(HWND control, int code);
 
-/// Memory inside the program that owns a window, for messages that carry pointers.
+/// Memory in the process that owns a window, for messages with pointers.
 class SharedMemory {
  public:
   SharedMemory(HWND window, std::size_t bytes);
