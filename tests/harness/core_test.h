@@ -40,7 +40,7 @@ class CoreTest : public ::testing::Test {
   static std::string errorBlock(const std::wstring& message);
 };
 
-/// A site's database in SQLite behind the data source TlTestSite.
+/// A site's SQLite database with the data source TlTestSite.
 class SiteTest : public CoreTest {
  protected:
   SiteTest();

@@ -143,14 +143,14 @@ TEST_F(InitTest, TheLogNamesANullADuplicateAndANumberThatDoesNotFit) {
        L"row 1 (config_id 0): Error 457 This key is already associated with an "
        L"element of this collection"},
       {L"pacs_type = 40000", L"row 1 (config_id 7): Error 6 Overflow"}};
-  for (const auto& [change, said] : cases) {
+  for (const auto& [change, reason] : cases) {
     site.run(L"DELETE FROM Interface_PACS_cfg");
     addConfiguration(7);
     site.run(std::wstring(L"UPDATE Interface_PACS_cfg SET ") + change);
     logTo(scratchPath(L"component.log"), 0);
     EXPECT_FALSE(host.Init());
     EXPECT_TRUE(log().ends_with(
-        errorBlock(std::wstring(L"[TLPACSCFG] Init failed to load Interface_PACS_cfg, ") + said)))
+        errorBlock(std::wstring(L"[TLPACSCFG] Init failed to load Interface_PACS_cfg, ") + reason)))
         << log();
   }
 }
@@ -184,7 +184,7 @@ class RemoteInitTest : public InitTest {
   std::shared_ptr<ClientScript> client = installFakeClient();
 };
 
-TEST_F(RemoteInitTest, AConnectedClientLeavesTheServerAlone) {
+TEST_F(RemoteInitTest, WithAConnectedClientTheServerIsNotUsed) {
   logOn(9);
   EXPECT_TRUE(host.Init());
   EXPECT_TRUE(TlCommClientConnected());
@@ -203,7 +203,7 @@ TEST_F(RemoteInitTest, WhenTheClientCannotConnectTheServerIsUsedSilently) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(RemoteInitTest, WithoutAHostAddressInitGoesOnWithTheServer) {
+TEST_F(RemoteInitTest, WithoutAHostAddressInitUsesTheServer) {
   host.settings->TlCommClientHostIP = L"";
   logOn(0);
   EXPECT_TRUE(host.Init());

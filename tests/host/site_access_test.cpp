@@ -76,7 +76,7 @@ TEST_F(SiteAccessTest, APathThatCannotBeReopenedIsAnErrorAndTheNextTryWorks) {
   EXPECT_EQ(count(), L"1");
 }
 
-TEST_F(SiteAccessTest, TheOtherObjectsSiteStaysItsOwn) {
+TEST_F(SiteAccessTest, TheOtherObjectKeepsItsSite) {
   const auto host = initialised();
   const auto other = initialised();
   const auto others = modMain.g_conSql;

@@ -210,7 +210,7 @@ TEST(TextOperationsTest, ATextIsInsertedBeforeAPosition) {
   EXPECT_EQ(InsertText(L"abc", L"-", 2), L"a-bc");
 }
 
-TEST(TextOperationsTest, AnInsertionAtTheLastCharacterGoesToTheEnd) {
+TEST(TextOperationsTest, AnInsertionAtTheLastCharacterIsAppended) {
   EXPECT_EQ(InsertText(L"abc", L"-", 3), L"abc-");
   EXPECT_EQ(InsertText(L"abc", L"-", 9), L"abc-");
   EXPECT_EQ(InsertText(L"", L"-", 1), L"-");

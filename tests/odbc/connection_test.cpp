@@ -42,7 +42,7 @@ TEST_F(OdbcConnectionTest, AStatementWithoutAResultGivesNoTable) {
   EXPECT_EQ(connection.query(L"DELETE FROM System_pc_names").columns(), 0U);
 }
 
-TEST_F(OdbcConnectionTest, TextsAroundTheWidthOfTheirColumnComeBackWhole) {
+TEST_F(OdbcConnectionTest, TextsAroundTheWidthOfTheirColumnAreReadCompletely) {
   for (const std::size_t length :
        {0U, 1U, 31U, 32U, 33U, 254U, 255U, 256U, 1000U, 3999U, 4000U, 4001U, 10'000U}) {
     const std::wstring text(length, L'x');
@@ -70,7 +70,7 @@ TEST_F(OdbcConnectionTest, RowsOfSeveralBlocksKeepTheirOrder) {
   }
 }
 
-TEST_F(OdbcConnectionTest, ALongTextInALaterBlockComesBackWhole) {
+TEST_F(OdbcConnectionTest, ALongTextInALaterBlockIsReadCompletely) {
   const Table table = connection.query(
       L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) SELECT i, "
       L"CASE i WHEN 4999 THEN replace(hex(zeroblob(10000)), '00', 'ab') ELSE 'x' END FROM n");

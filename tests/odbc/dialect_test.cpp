@@ -42,12 +42,12 @@ TEST(SqliteDialectTest, TheServersClockIsTheLocalTime) {
                  L"datetime('now','localtime'), 0, NULL)"});
 }
 
-TEST(SqliteDialectTest, WordsInTextsStay) {
+TEST(SqliteDialectTest, WordsInTextsAreUnchanged) {
   const std::wstring sql = L"INSERT into t\r\nVALUES('GETDATE()', 'SELECT TOP 1 a')";
   EXPECT_EQ(statementsFor(Dialect::Sqlite, sql), Statements{sql});
 }
 
-TEST(SqliteDialectTest, ALimitStandsAtTheEnd) {
+TEST(SqliteDialectTest, ALimitIsMovedToTheEnd) {
   EXPECT_EQ(
       statementsFor(Dialect::Sqlite,
                     L"SELECT TOP 1 config_id FROM Interface_PACS_cfg ORDER BY config_id DESC"),

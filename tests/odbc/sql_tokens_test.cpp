@@ -35,7 +35,7 @@ TEST(SqlTokensTest, ADoubledQuoteBelongsToItsText) {
   EXPECT_EQ(cut(L"''"), (Tokens{{Kind::Text, L"''"}}));
 }
 
-TEST(SqlTokensTest, AnUnfinishedTextGoesToTheEnd) {
+TEST(SqlTokensTest, AnUnfinishedTextExtendsToTheEnd) {
   EXPECT_EQ(cut(L"a 'b c"),
             (Tokens{{Kind::Word, L"a"}, {Kind::Space, L" "}, {Kind::Text, L"'b c"}}));
   EXPECT_EQ(cut(L"'"), (Tokens{{Kind::Text, L"'"}}));

@@ -6,17 +6,17 @@ namespace tlpacscfg {
 namespace {
 
 /// U+1F600, written as this platform's wide characters.
-const std::wstring kFace = fromUtf16(u"\U0001F600");
+const std::wstring kEmoji = fromUtf16(u"\U0001F600");
 
 TEST(TextTest, TextsSurviveConversionToUtf8AndBack) {
-  const std::wstring text = L"Zürich – O'Neil €\r\n" + kFace;
+  const std::wstring text = L"Zürich – O'Neil €\r\n" + kEmoji;
   EXPECT_EQ(toUtf8(text), "Z\xC3\xBCrich \xE2\x80\x93 O'Neil \xE2\x82\xAC\r\n\xF0\x9F\x98\x80");
   EXPECT_EQ(fromUtf8(toUtf8(text)), text);
 }
 
 TEST(TextTest, TextsSurviveConversionToUtf16AndBack) {
-  EXPECT_EQ(toUtf16(L"ü" + kFace), u"\u00FC\U0001F600");
-  EXPECT_EQ(fromUtf16(toUtf16(L"ü" + kFace)), L"ü" + kFace);
+  EXPECT_EQ(toUtf16(L"ü" + kEmoji), u"\u00FC\U0001F600");
+  EXPECT_EQ(fromUtf16(toUtf16(L"ü" + kEmoji)), L"ü" + kEmoji);
 }
 
 TEST(TextTest, MalformedUtf8BecomesTheReplacementCharacter) {

@@ -107,7 +107,7 @@ class WireCommandTest : public WireTest {
     administrator.reset();
     modMain.g_conSql.reset();
     modMain.g_envSql.reset();
-    tellAll(command);
+    storeContent(command);
     administrator = std::make_unique<Administrator>(config);
     administrator->prepare(command);
     before = stored();
@@ -161,7 +161,7 @@ class WireCommandTest : public WireTest {
   std::wstring error;
 
  private:
-  void tellAll(Command command) {
+  void storeContent(Command command) {
     storeSite();
     std::wstring script;
     for (const std::wstring& statement : contentFor(command)) script += statement + L";";
@@ -172,7 +172,7 @@ class WireCommandTest : public WireTest {
 class WireCommandFaultTest : public WireCommandTest,
                              public ::testing::WithParamInterface<ChartRow<WireFault>> {
  protected:
-  void inflict(WireFault fault, int request) const {
+  void injectFault(WireFault fault, int request) const {
     const At at = At::request(request);
     switch (fault) {
       case WireFault::HangUpBefore:
@@ -194,7 +194,7 @@ TEST_P(WireCommandFaultTest, TheSiteIsOldOrNewAndTheSameCommandSucceedsAfterward
   const std::wstring done = undisturbed(command);
   expectEndings(GetParam(), requestsAt(command), [&, command = command, fault = fault](int at) {
     begin(command);
-    inflict(fault, at);
+    injectFault(fault, at);
     give();
     EXPECT_EQ(faultsLeft(), 0);
     const char ending = letter(done);

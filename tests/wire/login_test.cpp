@@ -14,10 +14,10 @@ using ::testing::IsEmpty;
 class WireLoginTest : public WireTest {
  protected:
   /// The box of a failed or timed-out login, whatever the driver's text.
-  void expectTimeOutBox(const std::wstring& said) const {
+  void expectTimeOutBox(const std::wstring& reason) const {
     ASSERT_EQ(messages.size(), 1U);
     const std::wstring& text = messages[0].text;
-    EXPECT_THAT(text, ::testing::HasSubstr(said));
+    EXPECT_THAT(text, ::testing::HasSubstr(reason));
     EXPECT_THAT(text, ::testing::EndsWith(L"\r\n-2147467259\r\nSQL Timeout, Please try again."));
     expectPlainBox(text);
   }

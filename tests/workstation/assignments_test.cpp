@@ -108,7 +108,7 @@ TEST_P(AssignmentsTest, OneMoreChangeSinceAConflictWasOverruledIsAnotherConflict
   EXPECT_EQ(save(conflicts), (std::vector<AssignmentConflict>{{L"PC-1", 7, L"6"}}));
 }
 
-TEST_P(AssignmentsTest, AdoptingAConflictKeepsTheStoredAssignment) {
+TEST_P(AssignmentsTest, YieldingToAConflictKeepsTheStoredAssignment) {
   load(1);
   workstation(1).configID = 7;
   assignElsewhere(1, L"5");

@@ -194,7 +194,7 @@ TEST_F(RemoteWorkstationLoadingTest, TheClientIsSentTheSameStatement) {
                        debugLine(10, L"[TLPACSCFG] DataIndex:1"));
 }
 
-TEST_F(RemoteWorkstationLoadingTest, AConfigurationThatIsNoNumberIsNone) {
+TEST_F(RemoteWorkstationLoadingTest, AConfigurationThatIsNotANumberCountsAsNone) {
   client->table = tableOf({{L"A", std::nullopt, L"", L"1"},
                            {L"B", L"", L"", L"1"},
                            {L"C", L"x", L"", L"1"},

@@ -5,11 +5,11 @@
 namespace tlpacscfg {
 
 void clearToDefaults(SettingsForm& form) {
-  constexpr Control kEmptied[] = {Control::txtDescription,      Control::txtRequestFileName,
+  constexpr Control kCleared[] = {Control::txtDescription,      Control::txtRequestFileName,
                                   Control::txtResponseFileName, Control::txtContextXML,
                                   Control::txtCloseDictation,   Control::txtApplicableFields};
   form[Control::txtDescription].enabled = true;
-  for (const Control text : kEmptied) form[text].text.clear();
+  for (const Control text : kCleared) form[text].text.clear();
   form[Control::txtPort].text = L"0";
   for (const ControlDesign& control : controls()) {
     ControlContent& content = form[control.control];

@@ -104,13 +104,13 @@ constexpr std::array<ControlDesign, kControlCount> kControls = {{
 }};
 // clang-format on
 
-constexpr bool everyControlIsAtItsEnumerator() {
+constexpr bool controlsAreInEnumeratorOrder() {
   for (std::size_t i = 0; i < kControls.size(); ++i) {
     if (kControls[i].control != static_cast<Control>(i)) return false;
   }
   return true;
 }
-static_assert(everyControlIsAtItsEnumerator());
+static_assert(controlsAreInEnumeratorOrder());
 
 constexpr PageDesign kPages[] = {
     {Page::General, L"&General"},

@@ -111,13 +111,13 @@ constexpr std::array<ControlId, kControlCount> kIds = {{
 }};
 // clang-format on
 
-constexpr bool everyControlIsAtItsEnumerator() {
+constexpr bool controlsAreInEnumeratorOrder() {
   for (std::size_t i = 0; i < kIds.size(); ++i) {
     if (kIds[i].control != static_cast<Control>(i)) return false;
   }
   return true;
 }
-static_assert(everyControlIsAtItsEnumerator());
+static_assert(controlsAreInEnumeratorOrder());
 
 }  // namespace
 

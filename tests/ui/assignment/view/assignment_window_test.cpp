@@ -153,7 +153,7 @@ TEST_F(AssignmentTest, KeysChooseAndConfirm) {
 }
 
 TEST_F(AssignmentTest, AWorkstationWithAnAmpersandIsFoundByItsName) {
-  addSettled(1, L"Default & more");
+  addConsistent(1, L"Default & more");
   addWorkstation(L"A&B");
   assignWhile([](HWND list) {
     const HWND dialog = open(list);

@@ -232,7 +232,7 @@ TEST_P(SettingsConflictTest, AConfigurationAssignedWhileTheQuestionWaitsIsNotDel
   openSite(5);
   system::showMessage = [this](const system::Message& message) {
     messages.push_back(message);
-    if (message.text != kSure) return Answer::Ok;
+    if (message.text != kDeleteQuestion) return Answer::Ok;
     addWorkstation(L"NEW-01");
     assign(L"NEW-01", L"'5'");
     return Answer::Yes;
@@ -269,7 +269,7 @@ TEST_P(SettingsConflictTest, AWorkstationReassignedHereCountsAsReassignedBeforeI
 TEST_P(SettingsConflictTest, ANumberThatAnotherTakesIsReplacedByTheNext) {
   openSite(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Mine");
   addConfiguration(10, L"description = 'Theirs'");
   editor.btnSave();

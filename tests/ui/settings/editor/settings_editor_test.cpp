@@ -136,7 +136,7 @@ TEST_F(SettingsEditorTest, SavingWithoutAnEditWritesNothing) {
 }
 
 TEST_F(SettingsEditorTest, ADisabledListWithoutAnEntryAllowsSavingAndKeepsItsColumn) {
-  addConfiguration(1, std::wstring(kSettled) + L", description = 'Default', flag8 = 1");
+  addConfiguration(1, std::wstring(kConsistent) + L", description = 'Default', flag8 = 1");
   open(1);
   ASSERT_FALSE(editor.form[cmbContextUpdate].enabled);
   ASSERT_EQ(-1, editor.form[cmbContextUpdate].position);
@@ -149,7 +149,7 @@ TEST_F(SettingsEditorTest, ADisabledListWithoutAnEntryAllowsSavingAndKeepsItsCol
 }
 
 TEST_F(SettingsEditorTest, AnEnabledListWithoutAnEntryCannotBeSaved) {
-  addConfiguration(1, std::wstring(kSettled) + L", description = 'Default', flag10 = 99");
+  addConfiguration(1, std::wstring(kConsistent) + L", description = 'Default', flag10 = 99");
   open(1);
   ASSERT_TRUE(editor.form[cmbPollingDisplayField].enabled);
   try {
@@ -276,7 +276,7 @@ TEST_F(SettingsEditorTest, ANewConfigurationIsInsertedUnderTheNextIdentifier) {
   makeSite();
   open(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
   editor.btnSave();
   EXPECT_EQ(L"Ten", description(10));
@@ -295,7 +295,7 @@ TEST_F(SettingsEditorTest, AnIdentifierInTheListIsReplacedByTheNextFreeOne) {
   makeSite();
   open(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
   // Somebody else deletes all rows: numbering begins with 1 again.
   site.run(L"delete from Interface_PACS_cfg");
@@ -309,7 +309,7 @@ TEST_F(SettingsEditorTest, AFailedInsertLeavesANewConfiguration) {
   makeSite();
   open(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
   type(txtCloseDictation, L"o'clock");
   EXPECT_THROW(editor.btnSave(), RunTimeError);
@@ -335,7 +335,7 @@ TEST_F(SettingsEditorTest, TickingTheMappingBoxSelectsTheFirstPair) {
 }
 
 TEST_F(SettingsEditorTest, AStoredCustomFormatWithoutFilesFallsBackAndIsNotSaved) {
-  addSettled(1, L"Default");
+  addConsistent(1, L"Default");
   addConfiguration(2,
                    L"pacs_type = 7, description = 'Custom', pacs_request_password = 1, "
                    L"flag10 = 11");
@@ -347,7 +347,7 @@ TEST_F(SettingsEditorTest, AStoredCustomFormatWithoutFilesFallsBackAndIsNotSaved
   expectPlainBox(
       L"No XML files exist in the PROMPTS directory to be used for custom XML mapping.  Vendor "
       L"Format reset to '<None>'.");
-  settle();
+  applyPendingRules();
   EXPECT_EQ(1u, messages.size());
   EXPECT_EQ(0, editor.form[cmbVendorType].position);
   EXPECT_EQ(L"7", site.value(L"select pacs_type from Interface_PACS_cfg where config_id = 2"));
@@ -377,7 +377,7 @@ TEST_F(SettingsEditorTest, StandAloneModeOpensBlankAndKeepsANewConfigurationInMe
 }
 
 TEST_F(SettingsEditorTest, AnIdentifierTakenInStandAloneModeIsAnErrorThatKeepsTheEdits) {
-  addSettled(1, L"Default");
+  addConsistent(1, L"Default");
   connect();
   host->m_colPACSConfig = std::make_shared<colPACSConfiguration>();
   host->m_colPACSConfig->GetPACSConfigurations();
@@ -441,7 +441,7 @@ TEST_F(SettingsEditorTest, AnUnansweredNumberingIsAnErrorAndNoBlankConfiguration
   EXPECT_THROW(other.ShowPACSSettings(5), RunTimeError);
   EXPECT_FALSE(other.isNew());
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"New");
   EXPECT_THROW(editor.btnSave(), RunTimeError);
   EXPECT_TRUE(editor.isNew());

@@ -22,10 +22,11 @@ inline constexpr const wchar_t* kNewQuestion =
     L"continuing?";
 inline constexpr const wchar_t* kBlankDescription =
     L"The Configuration Description Field cannot be blank.";
-inline constexpr const wchar_t* kSure = L"Are you sure you want to delete this configuration?";
+inline constexpr const wchar_t* kDeleteQuestion =
+    L"Are you sure you want to delete this configuration?";
 
 /// Values that the editor shows and reads back unchanged.
-inline constexpr const wchar_t* kSettled = L"pacs_request_password = 1, flag10 = 11";
+inline constexpr const wchar_t* kConsistent = L"pacs_request_password = 1, flag10 = 11";
 
 /// The editor on a site with up to three configurations, driven as by its window.
 class SettingsEditorTest : public SiteTest {
@@ -36,15 +37,15 @@ class SettingsEditorTest : public SiteTest {
     modMain.g_objConfig = host->settings;
   }
 
-  void addSettled(int id, const std::wstring& description) {
-    addConfiguration(id, std::wstring(kSettled) + L", description = '" + description + L"'");
+  void addConsistent(int id, const std::wstring& description) {
+    addConfiguration(id, std::wstring(kConsistent) + L", description = '" + description + L"'");
   }
 
   /// Three configurations; the third is assigned to a workstation.
   void makeSite() {
-    addSettled(1, L"Default");
-    addSettled(5, L"Five");
-    addSettled(9, L"Nine");
+    addConsistent(1, L"Default");
+    addConsistent(5, L"Five");
+    addConsistent(9, L"Nine");
     addWorkstation(L"READ-01");
     assign(L"READ-01", L"'9'");
   }
@@ -57,11 +58,11 @@ class SettingsEditorTest : public SiteTest {
     host->m_colWorkstation->GetWorkstationsList();
     editor.load();
     editor.ShowPACSSettings(configID);
-    settle();
+    applyPendingRules();
     messages.clear();
   }
 
-  void settle() {
+  void applyPendingRules() {
     if (editor.rulesWanted) editor.TmrFieldChange();
     editor.rulesWanted = false;
   }

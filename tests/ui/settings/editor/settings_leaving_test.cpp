@@ -20,7 +20,7 @@ TEST_F(SettingsLeavingTest, ABlankNewConfigurationIsGivenUpWithoutAQuestion) {
   makeSite();
   open(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   editor.rowClicked(2);
   EXPECT_TRUE(messages.empty());
   EXPECT_FALSE(editor.isNew());
@@ -107,7 +107,7 @@ TEST_F(SettingsLeavingTest, LeavingANewConfigurationAsksAndCanBeAnsweredEveryWay
   makeSite();
   open(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
 
   answers = {Answer::Cancel};
@@ -138,7 +138,7 @@ TEST_F(SettingsLeavingTest, ANewConfigurationSavedByTheQuestionReachesTheHostAnd
   makeSite();
   open(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
   answers = {Answer::Yes};
   editor.rowClicked(2);
@@ -161,7 +161,7 @@ TEST_F(SettingsLeavingTest, ANewConfigurationAnsweredNoIsDropped) {
   makeSite();
   open(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
   answers = {Answer::No};
   EXPECT_TRUE(editor.btnExit());
@@ -229,7 +229,7 @@ TEST_F(SettingsLeavingTest, TheFirstRowIsRefusedEvenWhenNoWorkstationUsesIt) {
 }
 
 TEST_F(SettingsLeavingTest, TheOnlyRowCannotBeDeletedWhateverItsIdentifier) {
-  addSettled(7, L"Seven");
+  addConsistent(7, L"Seven");
   open(7);
   editor.btnDelete();
   expectAsked(kNotDefault, Buttons::Ok);
@@ -256,7 +256,7 @@ TEST_F(SettingsLeavingTest, DeleteAnsweredNoKeepsTheConfiguration) {
   open(5);
   answers = {Answer::No};
   editor.btnDelete();
-  expectAsked(kSure, Buttons::YesNo);
+  expectAsked(kDeleteQuestion, Buttons::YesNo);
   EXPECT_EQ(L"3", count());
   EXPECT_EQ(5, editor.currentID());
 }

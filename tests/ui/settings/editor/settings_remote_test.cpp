@@ -128,7 +128,7 @@ TEST_F(SettingsRemoteTest, ARefusedMarkForOfflineCopiesFailsNothing) {
 TEST_F(SettingsRemoteTest, ARefusedInsertLeavesTheConfigurationNewAndOutsideTheCollection) {
   openRemotely(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
   refuse(kInsert);
   expectRefused([&] { editor.btnSave(); });
@@ -188,7 +188,7 @@ TEST_F(SettingsRemoteTest, AClientThatIsGoneIsAnErrorToo) {
 TEST_F(SettingsRemoteTest, AnIdentifierInTheListIsReplacedByTheNextFreeOne) {
   openRemotely(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Ten");
   site.run(L"delete from Interface_PACS_cfg where config_id > 1");
   editor.btnSave();
@@ -199,7 +199,7 @@ TEST_F(SettingsRemoteTest, AnIdentifierInTheListIsReplacedByTheNextFreeOne) {
 TEST_F(SettingsRemoteTest, ANewConfigurationIsNumberedBeforeItsControlsAreRead) {
   openRemotely(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   client->calls.clear();
   type(txtDescription, L"Ten");
   type(txtPort, L"99999999999999999999");
@@ -252,7 +252,7 @@ TEST_F(SettingsRemoteTest, AnUnansweredInsertIsNotRepeatedHoweverOftenItIsTried)
   openRemotely(5);
   const auto run = loseTheAnswerTo(kInsert);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Mine");
   EXPECT_THROW(editor.btnSave(), RunTimeError);
   client->execute = run;
@@ -273,7 +273,7 @@ TEST_F(SettingsRemoteTest, AnInsertThatStoredNothingIsAnError) {
     if (!sql.starts_with(kInsert)) run(sql);
   };
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Mine");
   EXPECT_RUNTIME_ERROR(editor.btnSave(), 40002,
                        L"Nothing was saved. The configuration is not in the database.");

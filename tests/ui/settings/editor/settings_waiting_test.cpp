@@ -53,7 +53,7 @@ TEST_F(SettingsWaitingTest, AnObjectCreatedDuringAConfirmationDoesNotRedirectThe
 TEST_F(SettingsWaitingTest, ANewConfigurationThatWasGivenUpIsBlankWhenTheWindowStaysOpen) {
   openWithOwnWay(5);
   editor.btnNew();
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Mine");
   answers = {Answer::No};
   EXPECT_TRUE(editor.mayLeave());
@@ -74,7 +74,7 @@ TEST_F(SettingsWaitingTest, ARecordThatAHostAddedIsInsertedWithoutAQuestion) {
   editor.unload();
   editor.load();
   editor.ShowPACSSettings(20);
-  settle();
+  applyPendingRules();
   type(txtDescription, L"Mine");
   editor.btnSave();
   EXPECT_TRUE(messages.empty());

@@ -35,15 +35,15 @@ std::ostream& operator<<(std::ostream& stream, const Inputs& in) {
 }
 
 /// The previous state of the window, which must not affect the result.
-struct Before {
+struct PreviousState {
   bool enabled;
   bool ticked;
   int position;
 };
 
-constexpr Before kBefores[] = {{true, true, 2}, {false, false, 1}, {true, false, 0}};
+constexpr PreviousState kPreviousStates[] = {{true, true, 2}, {false, false, 1}, {true, false, 0}};
 
-SettingsForm formOf(const Inputs& in, const Before& before) {
+SettingsForm formOf(const Inputs& in, const PreviousState& before) {
   std::vector<std::wstring> files;
   for (int i = 0; i < in.files; ++i) files.push_back(L"f" + decimal(i) + L".xml");
   SettingsForm form(files);
@@ -214,8 +214,8 @@ Oracle oracleOf(const Inputs& in) {
   return oracle;
 }
 
-bool agrees(const Expectation& expected, const ControlContent& before,
-            const ControlContent& after) {
+bool isAsExpected(const Expectation& expected, const ControlContent& before,
+                  const ControlContent& after) {
   return after.enabled == expected.enabled.value_or(before.enabled) &&
          after.visible == expected.visible.value_or(before.visible) &&
          after.ticked == expected.ticked.value_or(before.ticked) &&
@@ -226,13 +226,13 @@ bool agrees(const Expectation& expected, const ControlContent& before,
 
 /// Everything that no rule mentions must stay unchanged too.
 void check(const Inputs& in) {
-  for (const Before& before : kBefores) {
+  for (const PreviousState& before : kPreviousStates) {
     const SettingsForm form = formOf(in, before);
     const RuleResult result = applyFieldRules(form);
     Oracle oracle = oracleOf(in);
     for (const ControlDesign& control : controls()) {
-      ASSERT_TRUE(
-          agrees(oracle[control.control], form[control.control], result.form[control.control]))
+      ASSERT_TRUE(isAsExpected(oracle[control.control], form[control.control],
+                               result.form[control.control]))
           << toUtf8(control.name) << " with " << in << ", before: " << before.enabled
           << before.ticked << before.position;
     }
@@ -278,7 +278,7 @@ TEST(FieldRulesTest, ApplyingTheRulesTwiceChangesNothingMore) {
     for (int type = 0; type < 3; ++type) {
       for (const int files : {0, 1}) {
         const Inputs in{vendorPosition, type, true, 0, true, false, 5, -1, files, -1};
-        const RuleResult once = applyFieldRules(formOf(in, kBefores[0]));
+        const RuleResult once = applyFieldRules(formOf(in, kPreviousStates[0]));
         const RuleResult twice = applyFieldRules(once.form);
         EXPECT_EQ(once.form, twice.form) << in;
         EXPECT_EQ(std::nullopt, twice.message);
@@ -291,7 +291,7 @@ TEST(FieldRulesTest, OnlyTheCustomFormatsWithoutAnyFileGiveAMessage) {
   for (int vendorPosition = -1; vendorPosition < 9; ++vendorPosition) {
     for (const int files : {0, 1}) {
       const Inputs in{vendorPosition, 0, true, 0, false, false, 0, -1, files, -1};
-      const RuleResult result = applyFieldRules(formOf(in, kBefores[0]));
+      const RuleResult result = applyFieldRules(formOf(in, kPreviousStates[0]));
       const bool custom = vendorPosition == 4 || vendorPosition == 5;
       if (custom && files == 0) {
         ASSERT_TRUE(result.message.has_value());
@@ -308,7 +308,7 @@ TEST(FieldRulesTest, OnlyTheCustomFormatsWithoutAnyFileGiveAMessage) {
 
 TEST(FieldRulesTest, AReturnFromUrlToXmlFileRestoresTheCaptionAndHidesTheFields) {
   Inputs in{1, 1, true, 0, false, false, 0, -1, 0, -1};
-  SettingsForm form = applyFieldRules(formOf(in, kBefores[0])).form;
+  SettingsForm form = applyFieldRules(formOf(in, kPreviousStates[0])).form;
   EXPECT_EQ(L"URL Address", form[lblResponseFileName].text);
   EXPECT_TRUE(form[txtApplicableFields].visible);
   form[cmbResponseType].position = 0;
@@ -319,7 +319,7 @@ TEST(FieldRulesTest, AReturnFromUrlToXmlFileRestoresTheCaptionAndHidesTheFields)
 
 TEST(FieldRulesTest, ClearedBoxesStayClearedWhenTheirOptionComesBack) {
   const Inputs in{1, 0, true, 0, false, false, 0, -1, 0, -1};
-  SettingsForm form = formOf(in, kBefores[0]);
+  SettingsForm form = formOf(in, kPreviousStates[0]);
   for (const Control box : {chkPaused, chkAborted, chkNonPACS, chkSendAbortForCanceledOpen}) {
     form[box].ticked = true;
   }

@@ -265,7 +265,7 @@ TEST_F(SettingsControlsTest, OnlyTheControlsOfTheSelectedTabTakeTabStops) {
 }
 
 TEST_F(SettingsControlsTest, OneOptionOfAGroupTakesTheTabStop) {
-  addSettled(1, L"Default", L"user_mapping_option = 6, flag9 = 20, flag11 = 2");
+  addConsistent(1, L"Default", L"user_mapping_option = 6, flag9 = 20, flag11 = 2");
   edit([](HWND window) {
     const auto stops = [&](Control option) {
       return (GetWindowLongW(control(window, option), GWL_STYLE) & WS_TABSTOP) != 0;
@@ -283,7 +283,7 @@ TEST_F(SettingsControlsTest, OneOptionOfAGroupTakesTheTabStop) {
 }
 
 TEST_F(SettingsControlsTest, TheTabStopOfAGroupFollowsTheOptionThatIsClicked) {
-  addSettled(1, L"Default", L"user_mapping_option = 1, pacs_request_password = 2");
+  addConsistent(1, L"Default", L"user_mapping_option = 1, pacs_request_password = 2");
   edit([](HWND window) {
     const auto expectStopAt = [&](Control option) {
       for (const Control each : {Control::radLogonMapCorvane_0, Control::radLogonMapCorvane_1,
@@ -313,7 +313,7 @@ TEST_F(SettingsControlsTest, TheXmlFilesAreListedWithoutThoseOfTheSystem) {
 
 TEST_F(SettingsControlsTest, NothingIsClippedAndNothingOverlapsInAnyResponseType) {
   makePrompts({L"a.xml"});
-  addSettled(1, L"Default", L"pacs_type = 7, bidirectional = 1, string1 = 'a.xml'");
+  addConsistent(1, L"Default", L"pacs_type = 7, bidirectional = 1, string1 = 'a.xml'");
   edit([](HWND window) {
     for (int type = 0; type < 3; ++type) {
       pick(window, Control::cmbResponseType, type);

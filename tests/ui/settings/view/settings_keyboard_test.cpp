@@ -36,7 +36,7 @@ TEST_F(SettingsKeyboardTest, TabWalksThroughThePageTheTabsTheButtonsAndTheList) 
 }
 
 TEST_F(SettingsKeyboardTest, TheDefaultConfigurationOpensWithTheFocusWhereTheWheelChangesNothing) {
-  addSettled(1, L"Default", L"pacs_type = 1");
+  addConsistent(1, L"Default", L"pacs_type = 1");
   edit([](HWND window) {
     awaitFocus(window, lvwConfigs);
     SendMessageW(focusOf(window), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
@@ -47,7 +47,7 @@ TEST_F(SettingsKeyboardTest, TheDefaultConfigurationOpensWithTheFocusWhereTheWhe
 }
 
 TEST_F(SettingsKeyboardTest, MnemonicsSelectTheTabsAndTheirFirstFields) {
-  addSettled(1, L"Default", L"bidirectional = 1, flag9 = 10, flag16 = 1");
+  addConsistent(1, L"Default", L"bidirectional = 1, flag9 = 10, flag16 = 1");
   edit([](HWND window) {
     const struct {
       wchar_t letter;
@@ -161,7 +161,7 @@ TEST_F(SettingsKeyboardTest, AClickOnATabLeavesTheFocusOutsideThePagesAlone) {
 }
 
 TEST_F(SettingsKeyboardTest, TheAccessionFieldsAreTickedWithTheKeys) {
-  addSettled(1, L"Default", L"string3 = 'Visit ID'");
+  addConsistent(1, L"Default", L"string3 = 'Visit ID'");
   edit([](HWND window) {
     turnTo(window, 3);
     const HWND list = control(window, cmpAccessionFields);
@@ -192,7 +192,7 @@ TEST_F(SettingsKeyboardTest, TheAccessionFieldsAreTickedWithTheKeys) {
 }
 
 TEST_F(SettingsKeyboardTest, TheAccessionFieldsAreTickedWithTheMouse) {
-  addSettled(1, L"Default");
+  addConsistent(1, L"Default");
   edit([](HWND window) {
     turnTo(window, 3);
     const HWND combo = control(window, cmpAccessionFields);
@@ -216,7 +216,7 @@ TEST_F(SettingsKeyboardTest, TheAccessionFieldsAreTickedWithTheMouse) {
 }
 
 TEST_F(SettingsKeyboardTest, FieldsOfAnOldRowStayStoredUntilATickChanges) {
-  addSettled(1, L"Default", L"string3 = '11, 27'");
+  addConsistent(1, L"Default", L"string3 = '11, 27'");
   edit([](HWND window) {
     EXPECT_EQ(text(window, cmpAccessionFields), L"");
     fill(window, txtPort, L"7");

@@ -59,7 +59,7 @@ TEST_F(SettingsRulesWindowTest, ALabelIsDisabledTogetherWithItsField) {
       {Label9, txtCloseDictation},
       {Label10, cmbCloseDictationAction},
   };
-  addSettled(1, L"Default");
+  addConsistent(1, L"Default");
   edit([&](HWND window) {
     const auto expectPairs = [&] {
       for (const auto& [label, field] : kLabelled) {
@@ -108,7 +108,7 @@ TEST_F(SettingsRulesWindowTest, ACustomFormatShowsTheXmlFilesAndSelectsTheFirst)
 }
 
 TEST_F(SettingsRulesWindowTest, FromUrlBackToXmlFileTheCaptionAndTheFieldsFollow) {
-  addSettled(1, L"Default", L"bidirectional = 1, flag2 = 1");
+  addConsistent(1, L"Default", L"bidirectional = 1, flag2 = 1");
   edit([](HWND window) {
     EXPECT_EQ(text(window, lblResponseFileName), L"URL Address");
     EXPECT_TRUE(visible(window, txtApplicableFields));
@@ -148,7 +148,7 @@ TEST_F(SettingsRulesWindowTest, TickingTheMappingSelectsTheFirstPairAtOnce) {
 }
 
 TEST_F(SettingsRulesWindowTest, AStoredMappingIsShownWithoutActingAsAClick) {
-  addSettled(1, L"Default", L"user_mapping_option = 6, pacs_request_password = 2");
+  addConsistent(1, L"Default", L"user_mapping_option = 6, pacs_request_password = 2");
   edit([](HWND window) {
     EXPECT_TRUE(ticked(window, radLogonMapPACS_1));
     EXPECT_TRUE(ticked(window, radLogonMapCorvane_2));
@@ -158,7 +158,7 @@ TEST_F(SettingsRulesWindowTest, AStoredMappingIsShownWithoutActingAsAClick) {
 }
 
 TEST_F(SettingsRulesWindowTest, ACommandSeesTheRulesOfAChangeMadeJustBefore) {
-  addSettled(1, L"Default", L"bidirectional = 1, response_for_paused_jobs = 1");
+  addConsistent(1, L"Default", L"bidirectional = 1, response_for_paused_jobs = 1");
   edit([](HWND window) {
     press(window, chkResponseEnabled);
     press(window, btnSave);

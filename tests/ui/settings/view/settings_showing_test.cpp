@@ -107,7 +107,7 @@ TEST_F(SettingsShowingTest, OnlyTheDefaultConfigurationsDescriptionIsFixed) {
 }
 
 TEST_F(SettingsShowingTest, ATextWithALineBreakSurvivesTheEditOfAnotherField) {
-  addSettled(1, L"Default");
+  addConsistent(1, L"Default");
   site.run(L"update Interface_PACS_cfg set response_filename = 'MSH' || char(13, 10) || 'PID'");
   edit([](HWND window) {
     fill(window, txtPort, L"7");

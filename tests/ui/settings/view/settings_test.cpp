@@ -20,16 +20,16 @@ void SettingsTest::makePrompts(const std::vector<std::wstring>& files) {
   config_->settings->Talora_INIFile = ini;
 }
 
-void SettingsTest::addSettled(int id, const std::wstring& description,
-                              const std::wstring& changes) {
+void SettingsTest::addConsistent(int id, const std::wstring& description,
+                                 const std::wstring& changes) {
   addConfiguration(id, L"pacs_request_password = 1, flag10 = 11, description = '" + description +
                            L"'" + (changes.empty() ? L"" : L", " + changes));
 }
 
 void SettingsTest::makeSite() {
-  addSettled(1, L"Default");
-  addSettled(5, L"Five");
-  addSettled(9, L"Nine");
+  addConsistent(1, L"Default");
+  addConsistent(5, L"Five");
+  addConsistent(9, L"Nine");
   addWorkstation(kComputer);
   assign(kComputer, L"'5'");
 }

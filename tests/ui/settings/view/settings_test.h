@@ -26,7 +26,7 @@ class SettingsTest : public WindowTest {
   void makePrompts(const std::vector<std::wstring>& files);
 
   /// A configuration that is read back unchanged, so that leaving it asks nothing.
-  void addSettled(int id, const std::wstring& description, const std::wstring& changes = L"");
+  void addConsistent(int id, const std::wstring& description, const std::wstring& changes = L"");
   /// 1 "Default", 5 "Five" and 9 "Nine"; READ-01 has 5 and is the workstation that is selected.
   void makeSite();
 
