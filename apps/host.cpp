@@ -68,15 +68,17 @@ bool succeeds(const std::wstring& what, Step step) {
 
 /// Calls a function without arguments and prints its result.
 std::wstring callAndPrint(const LateBound& config, const wchar_t* function) {
-  const std::wstring result = textOf(config.call(function, {}).get());
+  std::wstring result = textOf(config.call(function, {}).get());
   print(stdout, std::wstring(function) + L" returned " + result + L"\n");
   return result;
 }
 
 bool run(const LateBound& config, const Options& options) {
-  for (const auto& [name, value] : options.properties) {
-    const auto set = [&] { config.put(name.c_str(), OwnedVariant(value).get()); };
-    if (!succeeds(L"Setting " + name, set)) return false;
+  for (const auto& property : options.properties) {
+    const auto set = [&] {
+      config.put(property.first.c_str(), OwnedVariant(property.second).get());
+    };
+    if (!succeeds(L"Setting " + property.first, set)) return false;
   }
   std::wstring initialized;
   std::wstring shown = L"0";

@@ -218,7 +218,7 @@ class Endpoint::Call {
 
   void verifyCertificate(HINTERNET request) const {
     PCCERT_CONTEXT context = nullptr;
-    DWORD size = sizeof(context);
+    DWORD size = sizeof(PCCERT_CONTEXT);
     check(WinHttpQueryOption(request, WINHTTP_OPTION_SERVER_CERT_CONTEXT, &context, &size));
     const Certificate certificate(context);
     if (!certificate || sha256(context->pbCertEncoded, context->cbCertEncoded) !=

@@ -37,7 +37,7 @@ bool isPlainName(const std::wstring& name) {
 /// The entry of that name, else the only one whose name differs in letter case only.
 fs::path childOf(const fs::path& directory, const std::wstring& name) {
   std::error_code error;
-  const fs::path exact = directory / toUtf8(name);
+  fs::path exact = directory / toUtf8(name);
   if (fs::exists(exact, error)) return exact;
   fs::path found;
   for (fs::directory_iterator entry(directory, error), end; !error && entry != end;

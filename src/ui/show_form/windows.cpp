@@ -2,7 +2,7 @@
 
 namespace tlpacscfg {
 
-Windows::Windows(std::shared_ptr<clsConfig> host)
+Windows::Windows(const std::shared_ptr<clsConfig>& host)
     : settings_(host, {.owner = [this] { return list.window(); },
                        .refreshWorkstationList = [this] { refreshWorkstationList(); },
                        .refreshAssignmentDialog =

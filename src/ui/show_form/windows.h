@@ -11,7 +11,7 @@ namespace tlpacscfg {
 /// The three windows of one object and the connections between them.
 class Windows {
  public:
-  explicit Windows(std::shared_ptr<clsConfig> host);
+  explicit Windows(const std::shared_ptr<clsConfig>& host);
 
  private:
   void refreshWorkstationList();

@@ -50,7 +50,8 @@ void ComboBox::fitDroppedWidth() const {
   }
   SelectObject(screen.get(), previous);
   const int margins = GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE) + 4;
-  SendMessageW(combo_, CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + margins), 0);
+  SendMessageW(combo_, CB_SETDROPPEDWIDTH,
+               static_cast<WPARAM>(widest) + static_cast<WPARAM>(margins), 0);
 }
 
 }  // namespace tlpacscfg::win32

@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "harness/scratch.h"
 #include "support/text.h"
 #include "ui/settings/values/settings_expected.h"
 #include "ui/settings/view/settings_test.h"
@@ -135,6 +136,15 @@ class SettingsControlsTest : public SettingsTest {
            kind != Kind::TickList && kind != Kind::Text;
   }
 };
+
+TEST(ControlIdsTest, EveryControlHasTheResourceIdOfItsName) {
+  const std::string resources = readBytes(sourcePath("src/ui/resource.h"));
+  for (const ControlDesign& each : controls()) {
+    const std::string definition = "#define IDC_frmPACSSettings_" + toUtf8(each.name) + " " +
+                                   std::to_string(idOf(each.control)) + "\n";
+    EXPECT_NE(resources.find(definition), std::string::npos) << definition;
+  }
+}
 
 TEST_F(SettingsControlsTest, EveryControlIsOnItsPageWithItsClassCaptionAndTooltip) {
   makeSite();
