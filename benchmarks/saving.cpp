@@ -5,6 +5,7 @@
 #include "benchmarks/measuring.h"
 #include "data/workstation_key.h"
 #include "host/site_access.h"
+#include "workstation/assignment_batches.h"
 #include "workstation/assignments.h"
 
 namespace tlpacscfg::bench {

@@ -12,7 +12,7 @@
 
 #include "benchmarks/bare/odbc.h"
 #include "config/columns.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "odbc/dialect.h"
 #include "support/registry.h"

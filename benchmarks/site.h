@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/config.h"
+#include "host/host_object.h"
 
 namespace tlpacscfg::bench {
 

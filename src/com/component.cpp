@@ -6,10 +6,10 @@
 #include "automation/com_class.h"
 #include "automation/com_server.h"
 #include "com/identities.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
-#include "host/config.h"
+#include "host/host_object.h"
 #include "support/brnkregs.h"
 
 namespace tlpacscfg {

@@ -1,5 +1,5 @@
-#include "config/option_texts.h"
 #include "config/pacs_configuration.h"
+#include "config/summary_texts.h"
 #include "support/text.h"
 
 namespace tlpacscfg {

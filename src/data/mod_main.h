@@ -20,8 +20,8 @@ struct CurrentSite {
   std::shared_ptr<HostSettings> g_objConfig;
 };
 
-/// The variables of module modMain. Like those of every module, they belong to the thread of the
-/// apartment that created the component's first object; no other thread may touch them.
+/// The variables of module modMain. Like those of every module, they belong to the
+/// thread that created the first of the living objects; no other thread may touch them.
 struct ModMain : CurrentSite {
   bool g_blnOfflineConnected = false;
   std::shared_ptr<const odbc::Environment> g_envOffline;

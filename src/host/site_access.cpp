@@ -3,8 +3,8 @@
 #include <chrono>
 #include <utility>
 
-#include "data/database.h"
-#include "host/config.h"
+#include "data/direct_connections.h"
+#include "host/host_object.h"
 #include "odbc/error.h"
 
 namespace tlpacscfg {

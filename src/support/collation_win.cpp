@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "support/list_sort.h"
+#include "support/list_view_sort.h"
 
 namespace tlpacscfg {
 

@@ -12,6 +12,7 @@
 #include "odbc/sql_tokens.h"
 #include "support/conversions.h"
 #include "support/text.h"
+#include "workstation/assignment_batches.h"
 
 namespace tlpacscfg {
 namespace {

@@ -1,38 +1,14 @@
 #include "workstation/workstation.h"
 
-#include <initializer_list>
-
 #include "data/data_path.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
 #include "support/conversions.h"
 #include "support/text.h"
+#include "workstation/assignment_batches.h"
 
 namespace tlpacscfg {
-namespace {
-
-constexpr std::size_t kWorkstationsInBatch = 100;
-
-void appendStatements(std::wstring& batch, const clsWorkstation& workstation) {
-  const std::wstring_view name = workstation.WorkStation;
-  const auto line = [&batch](std::initializer_list<std::wstring_view> pieces) {
-    for (const std::wstring_view piece : pieces) batch += piece;
-    batch += kLineBreak;
-  };
-  line({L"DELETE FROM system_workstation_cfg"});
-  line({L"WHERE pc_name = '", name, L"' and "});
-  line({L"application_id = 38 and "});
-  line({L"key_name = 'PACSConfig'"});
-  line({});
-  line({L"INSERT into system_workstation_cfg"});
-  line({L"(pc_name, application_id, key_name, key_value, user_id, flag1)"});
-  line({L"VALUES('", name, L"', 38, 'PACSConfig', '", decimal(workstation.configID), L"', -1, 0)"});
-  line({});
-}
-
-}  // namespace
-
 void clsWorkstation::SaveWorkstation() const {
   SetWorkstationConfig(WorkStation, decimal(configID));
 }
@@ -75,20 +51,6 @@ std::int16_t assignedConfigID(const Cell& cell) {
   // A text that is no number is no assignment in a client's table, and an error in the database's.
   if (!cell || *cell == L"0" || (dataPath().isRemote() && !isNumeric(*cell))) return 0;
   return toInt16(*cell);
-}
-
-void forEachAssignmentCommand(
-    const std::vector<std::shared_ptr<clsWorkstation>>& workstations,
-    const std::function<void(const std::wstring& command, std::size_t workstationsDone)>& run) {
-  std::wstring batch;
-  std::size_t done = 0;
-  for (const auto& workstation : workstations) {
-    appendStatements(batch, *workstation);
-    if (++done % kWorkstationsInBatch != 0) continue;
-    run(batch, done);
-    batch.clear();
-  }
-  if (!batch.empty()) run(batch, done);
 }
 
 void colWorkstation::SaveAllWorkStationSettings() const {

@@ -46,12 +46,6 @@ enum ListColumn : std::size_t { kListName = 0, kListConfig = 1, kListFlag2 = 3 }
 /// Throws TypeMismatch and Overflow.
 std::int16_t assignedConfigID(const Cell& cell);
 
-/// Calls `run` with each command that rewrites assignments, 100 workstations in one. An exception
-/// from `run` ends the loop.
-void forEachAssignmentCommand(
-    const std::vector<std::shared_ptr<clsWorkstation>>& workstations,
-    const std::function<void(const std::wstring& command, std::size_t workstationsDone)>& run);
-
 /// The workstations in the order in which the source delivered them, keyed by name without regard
 /// to case. A load adds to what is there.
 class colWorkstation {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 
 /// The state that the objects share belongs to one thread at a time.
 namespace tlpacscfg::test {

@@ -1,7 +1,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 
 /// Arguments that violate the rules of COM: the call fails and has no other effect.
 namespace tlpacscfg::test {

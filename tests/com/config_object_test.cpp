@@ -1,7 +1,7 @@
-#include "com/com_test.h"
+#include "com/com_fixture.h"
+#include "harness/scratch.h"
 #include "host/version.h"
 #include "support/text.h"
-#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

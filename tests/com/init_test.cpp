@@ -1,8 +1,8 @@
 #include <atomic>
 
-#include "com/com_test.h"
-#include "support/text.h"
+#include "com/com_fixture.h"
 #include "harness/scratch.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {

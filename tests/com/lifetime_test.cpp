@@ -1,6 +1,6 @@
 #include <objbase.h>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 #include "com/expected_members.h"
 #include "support/text.h"
 

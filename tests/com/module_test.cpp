@@ -1,7 +1,7 @@
 #include <cstring>
 #include <set>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {

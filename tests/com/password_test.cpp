@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 #include "support/secret.h"
 
 namespace tlpacscfg::test {

@@ -5,7 +5,7 @@
 #include <random>
 #include <set>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 #include "com/expected_members.h"
 #include "support/text.h"
 

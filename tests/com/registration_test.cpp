@@ -2,7 +2,7 @@
 #include <map>
 #include <set>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 #include "com/expected_members.h"
 #include "support/text.h"
 

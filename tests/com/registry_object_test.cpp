@@ -1,4 +1,4 @@
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {

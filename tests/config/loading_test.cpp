@@ -2,9 +2,9 @@
 
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/records.h"

@@ -1,9 +1,9 @@
 #include "config/pacs_configuration.h"
 
 #include "config/columns.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/records.h"

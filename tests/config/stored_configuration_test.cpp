@@ -1,8 +1,8 @@
 #include "config/stored_configuration.h"
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/records.h"

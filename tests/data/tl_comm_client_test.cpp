@@ -2,7 +2,7 @@
 
 #include <tuple>
 
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/scratch.h"

@@ -2,11 +2,11 @@
 
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
 #include "faults/hard_texts.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "support/text.h"
 #include "workstation/workstation.h"
 

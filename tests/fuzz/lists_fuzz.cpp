@@ -2,9 +2,9 @@
 #include <cmath>
 #include <cwchar>
 
-#include "config/option_texts.h"
-#include "odbc/connection.h"
+#include "config/summary_texts.h"
 #include "fuzz/fuzz_tools.h"
+#include "odbc/connection.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 

@@ -2,7 +2,7 @@
 #include <clocale>
 
 #include "config/columns.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
 #include "fuzz/expected_load.h"

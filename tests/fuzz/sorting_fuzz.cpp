@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "fuzz/fuzz_tools.h"
-#include "support/list_sort.h"
+#include "support/list_view_sort.h"
 
 using namespace tlpacscfg;
 using fuzz::require;

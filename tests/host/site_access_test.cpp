@@ -1,14 +1,14 @@
 #include "host/site_access.h"
 
 #include "data/data_path.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
-#include "host/config.h"
+#include "host/host_object.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,10 +1,10 @@
 #include "log/log_support.h"
 
-#include "support/runtime_error.h"
-#include "support/text.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/scratch.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <functional>
 
+#include "harness/core_fixture.h"
 #include "support/text.h"
-#include "harness/core_test.h"
 
 namespace tlpacscfg::odbc {
 namespace {

@@ -1,7 +1,7 @@
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

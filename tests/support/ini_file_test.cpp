@@ -1,8 +1,8 @@
 #include "support/ini_file.h"
 
-#include "support/text.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/scratch.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {

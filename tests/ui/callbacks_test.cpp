@@ -1,11 +1,11 @@
 #include <functional>
 #include <new>
 
+#include "harness/core_fixture.h"
 #include "support/runtime_error.h"
 #include "ui/resource.h"
 #include "ui/win32/form.h"
 #include "ui/win32/subclass.h"
-#include "harness/core_test.h"
 
 /// Exceptions in callbacks of the system end in the default report.
 namespace tlpacscfg::test {

@@ -1,6 +1,6 @@
-#include "data/database.h"
-#include "harness/offline_test.h"
-#include "ui/window_test.h"
+#include "data/direct_connections.h"
+#include "harness/offline_fixture.h"
+#include "ui/window_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <numeric>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "faults/commands/command_chart.h"
 #include "support/text.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 
 /// The windows' commands on SQL Server, with a fault or a second administrator at every request.
 namespace tlpacscfg::test {

@@ -1,12 +1,12 @@
 #include <gmock/gmock.h>
 
 #include "config/pacs_configurations.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
 #include "odbc/error.h"
 #include "support/text.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {

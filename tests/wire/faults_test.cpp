@@ -2,11 +2,11 @@
 
 #include <thread>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "odbc/handle.h"
 #include "odbc/platform.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "support/text.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 
 #include "config/pacs_configurations.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {

@@ -3,7 +3,7 @@
 #include "harness/scratch.h"
 #include "support/text.h"
 #include "wire/stand_in.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

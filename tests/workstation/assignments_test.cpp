@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "data/tl_comm_client.h"
-#include "odbc/error.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
+#include "odbc/error.h"
 
 namespace tlpacscfg::test {
 namespace {

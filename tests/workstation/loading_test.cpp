@@ -1,6 +1,6 @@
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/fake_client.h"
 #include "harness/scratch.h"
 #include "log/log_support.h"

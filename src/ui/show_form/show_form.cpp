@@ -5,11 +5,11 @@
 #include <optional>
 #include <utility>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "host/site_access.h"
 #include "log/log_support.h"
-#include "support/system.h"
 #include "support/scope_exit.h"
+#include "support/system.h"
 #include "support/text.h"
 #include "ui/show_form/windows.h"
 

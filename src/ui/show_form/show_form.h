@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "host/config.h"
+#include "host/host_object.h"
 
 namespace tlpacscfg {
 

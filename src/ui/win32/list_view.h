@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "support/list_sort.h"
+#include "support/list_view_sort.h"
 #include "ui/win32/subclass.h"
 
 namespace tlpacscfg::win32 {

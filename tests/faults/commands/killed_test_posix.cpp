@@ -4,9 +4,9 @@
 #include <csignal>
 #include <iostream>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "faults/commands/command_chart.h"
-#include "faults/commands/sqlite_command_test.h"
+#include "faults/commands/sqlite_command_fixture.h"
 #include "support/text.h"
 
 /// The component's process is killed in the middle of a command. Only where a process can be

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <numeric>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "faults/commands/command_chart.h"
-#include "faults/commands/sqlite_command_test.h"
+#include "faults/commands/sqlite_command_fixture.h"
 #include "harness/fake_client.h"
 #include "support/text.h"
 

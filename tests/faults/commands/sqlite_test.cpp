@@ -3,7 +3,7 @@
 
 #include "faults/commands/command_chart.h"
 #include "faults/commands/odbc_calls.h"
-#include "faults/commands/sqlite_command_test.h"
+#include "faults/commands/sqlite_command_fixture.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 

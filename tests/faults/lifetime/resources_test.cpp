@@ -6,7 +6,7 @@
 #include <string>
 #include <thread>
 
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 #include "faults/lifetime/hook_count.h"
 #include "faults/lifetime/usage.h"
 #include "ui/resource.h"

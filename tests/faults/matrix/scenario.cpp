@@ -1,6 +1,6 @@
 #include "faults/matrix/scenario.h"
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "harness/scratch.h"
 #include "log/log_support.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "faults/fault.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 
 namespace tlpacscfg::test {
 

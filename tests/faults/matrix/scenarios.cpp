@@ -1,8 +1,8 @@
 #include "faults/matrix/scenarios.h"
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
-#include "host/config.h"
+#include "host/host_object.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {

@@ -1,9 +1,9 @@
 #include <iostream>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "faults/commands/command_site.h"
-#include "remote/client/client_test.h"
+#include "remote/client/client_fixture.h"
 #include "support/text.h"
 
 /// The windows' commands through the reference client, whose service stops and restarts.

@@ -1,9 +1,9 @@
 #include "config/columns.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
-#include "host/config.h"
-#include "remote/client/client_test.h"
+#include "host/host_object.h"
+#include "remote/client/client_fixture.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {

@@ -1,8 +1,8 @@
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
 #include "odbc/connection.h"
-#include "remote/client/client_test.h"
-#include "ui/settings/view/settings_test.h"
+#include "remote/client/client_fixture.h"
+#include "ui/settings/view/settings_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

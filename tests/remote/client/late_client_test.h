@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "data/tl_comm_client.h"
-#include "remote/client/client_test.h"
+#include "remote/client/client_fixture.h"
 #include "remote/harness/scripted_client.h"
 
 namespace tlpacscfg::test {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "com/host_object.h"
-#include "remote/client/client_test.h"
+#include "remote/client/client_fixture.h"
 
 namespace tlpacscfg::test {
 

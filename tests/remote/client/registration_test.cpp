@@ -1,9 +1,9 @@
 #include "data/tl_comm_client.h"
-#include "remote/client/client_test.h"
+#include "harness/scratch.h"
+#include "remote/client/client_fixture.h"
+#include "support/handle_win.h"
 #include "support/registry.h"
 #include "support/text.h"
-#include "support/handle_win.h"
-#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,11 +1,11 @@
 #include <winsock2.h>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/statements.h"
 #include "data/tl_comm_client.h"
 #include "data/workstation_key.h"
 #include "harness/scratch.h"
-#include "remote/client/client_test.h"
+#include "remote/client/client_fixture.h"
 #include "support/handle_win.h"
 
 namespace tlpacscfg::test {

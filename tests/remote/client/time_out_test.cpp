@@ -1,5 +1,5 @@
 #include "data/tl_comm_client.h"
-#include "remote/client/client_test.h"
+#include "remote/client/client_fixture.h"
 #include "remote/harness/scripted_service.h"
 
 namespace tlpacscfg::test {

@@ -3,9 +3,9 @@
 #include <wincrypt.h>
 
 #include "data/tl_comm_client.h"
-#include "remote/client/client_test.h"
-#include "support/text.h"
 #include "harness/scratch.h"
+#include "remote/client/client_fixture.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {

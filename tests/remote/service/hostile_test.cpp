@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "remote/service/service_test.h"
 #include "harness/scratch.h"
+#include "remote/service/service_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,7 +1,7 @@
 #include <csignal>
 
-#include "remote/service/service_test.h"
 #include "harness/scratch.h"
+#include "remote/service/service_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,9 +1,9 @@
 #include <atomic>
 #include <thread>
 
-#include "remote/service/service_test.h"
-#include "support/text.h"
 #include "harness/scratch.h"
+#include "remote/service/service_fixture.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -5,13 +5,13 @@
 #include <future>
 #include <stdexcept>
 
+#include "harness/core_fixture.h"
+#include "harness/scratch.h"
 #include "service/directories.h"
 #include "service/options.h"
 #include "service/refusal.h"
 #include "service/work_queue.h"
 #include "shared/loopback.h"
-#include "harness/core_test.h"
-#include "harness/scratch.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,8 +1,8 @@
 #include <csignal>
 
-#include "odbc/connection.h"
-#include "remote/service/service_test.h"
 #include "harness/scratch.h"
+#include "odbc/connection.h"
+#include "remote/service/service_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

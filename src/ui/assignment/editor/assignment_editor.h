@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/config.h"
+#include "host/host_object.h"
 #include "ui/assignment/values/configuration_choices.h"
 
 namespace tlpacscfg {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "host/config.h"
+#include "host/host_object.h"
 #include "support/handle_win.h"
 #include "ui/assignment/editor/assignment_editor.h"
 #include "ui/win32/combo_box.h"

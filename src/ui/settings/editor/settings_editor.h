@@ -8,7 +8,7 @@
 
 #include "config/pacs_configurations.h"
 #include "config/stored_configuration.h"
-#include "host/config.h"
+#include "host/host_object.h"
 #include "ui/settings/values/configuration_rows.h"
 #include "ui/settings/values/settings_form.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "config/pacs_configurations.h"
-#include "support/list_sort.h"
+#include "support/list_view_sort.h"
 
 namespace tlpacscfg {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/code_tables.h"
+#include "config/option_tables.h"
 #include "ui/settings/values/settings_controls.h"
 
 namespace tlpacscfg {

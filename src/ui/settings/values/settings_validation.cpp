@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "config/option_texts.h"
+#include "config/summary_texts.h"
 #include "support/text.h"
 
 namespace tlpacscfg {

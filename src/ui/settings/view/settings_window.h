@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "host/config.h"
+#include "host/host_object.h"
 #include "ui/settings/editor/settings_editor.h"
 #include "ui/settings/view/settings_page.h"
 #include "ui/win32/form.h"

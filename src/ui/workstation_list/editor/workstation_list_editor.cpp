@@ -5,6 +5,7 @@
 #include "host/site_access.h"
 #include "log/log_support.h"
 #include "support/runtime_error.h"
+#include "ui/workstation_list/values/assignment_question.h"
 
 namespace tlpacscfg {
 namespace {

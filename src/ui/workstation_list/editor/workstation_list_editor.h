@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "host/config.h"
+#include "host/host_object.h"
 #include "support/system.h"
 #include "ui/workstation_list/values/workstation_rows.h"
 #include "workstation/assignments.h"

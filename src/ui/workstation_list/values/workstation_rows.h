@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "config/pacs_configurations.h"
-#include "support/list_sort.h"
-#include "workstation/assignments.h"
+#include "support/list_view_sort.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg {
@@ -77,10 +76,5 @@ class WorkstationRows : public SortableList {
 
 /// "N/A" for Null, otherwise the value as text.
 std::wstring ReplaceNull(const std::optional<std::wstring>& value);
-
-/// The question whose assignments to keep, with the first few conflicts. Yes: those made here. No:
-/// the stored ones. Cancel: undecided.
-std::wstring conflictQuestion(const std::vector<AssignmentConflict>& conflicts,
-                              const colPACSConfiguration* configurations);
 
 }  // namespace tlpacscfg

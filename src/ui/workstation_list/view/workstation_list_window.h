@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "host/config.h"
+#include "host/host_object.h"
 #include "ui/win32/anchors.h"
 #include "ui/win32/combo_box.h"
 #include "ui/win32/form.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "support/runtime_error.h"
 
 namespace tlpacscfg::test {

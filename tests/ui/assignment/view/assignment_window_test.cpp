@@ -1,7 +1,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 #include "ui/win32/form.h"
 
 namespace tlpacscfg::test {

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "support/runtime_error.h"
 #include "ui/settings/values/settings_binding.h"

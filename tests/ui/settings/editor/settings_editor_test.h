@@ -6,7 +6,7 @@
 #include <string>
 
 #include "data/mod_main.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "support/text.h"
 #include "ui/settings/editor/settings_editor.h"
 #include "ui/settings/values/blank_form.h"

@@ -1,4 +1,4 @@
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "host/site_access.h"
 #include "support/runtime_error.h"

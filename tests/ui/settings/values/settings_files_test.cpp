@@ -6,7 +6,7 @@
 
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/scratch.h"
 #include "support/runtime_error.h"
 

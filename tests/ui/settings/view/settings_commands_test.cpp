@@ -1,4 +1,4 @@
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

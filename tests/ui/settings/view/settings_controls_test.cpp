@@ -6,7 +6,7 @@
 #include "harness/scratch.h"
 #include "support/text.h"
 #include "ui/settings/values/settings_expected.h"
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

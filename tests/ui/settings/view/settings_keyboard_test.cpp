@@ -2,7 +2,7 @@
 #include <commctrl.h>
 
 #include "support/text.h"
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

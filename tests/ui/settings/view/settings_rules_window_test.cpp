@@ -1,5 +1,5 @@
 #include "support/text.h"
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,7 +1,7 @@
 #include <map>
 
 #include "support/text.h"
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

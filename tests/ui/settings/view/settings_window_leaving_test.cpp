@@ -1,4 +1,4 @@
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 #include "ui/show_form/show_form.h"
 #include "ui/win32/form.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "data/mod_main.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "support/text.h"
 #include "ui/workstation_list/editor/workstation_list_editor.h"
 

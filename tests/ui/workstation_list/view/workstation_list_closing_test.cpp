@@ -1,7 +1,7 @@
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "ui/show_form/show_form.h"
 #include "ui/win32/form.h"
-#include "ui/window_test.h"
+#include "ui/window_fixture.h"
 
 namespace tlpacscfg::test {
 namespace {

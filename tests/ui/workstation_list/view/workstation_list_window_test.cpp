@@ -1,12 +1,12 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "data/database.h"
-#include "ui/workstation_list/view/workstation_list_window.h"
+#include "data/direct_connections.h"
 #include "ui/show_form/show_form.h"
 #include "ui/win32/form.h"
 #include "ui/win32/module.h"
-#include "ui/window_test.h"
+#include "ui/window_fixture.h"
+#include "ui/workstation_list/view/workstation_list_window.h"
 
 namespace tlpacscfg::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/list_sort.h"
+#include "support/list_view_sort.h"
 
 #include <gtest/gtest.h>
 

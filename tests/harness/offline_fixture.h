@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 
 namespace tlpacscfg::test {
 

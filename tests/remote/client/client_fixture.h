@@ -4,8 +4,8 @@
 
 #include <objbase.h>
 
+#include "harness/core_fixture.h"
 #include "remote/harness/wine_service.h"
-#include "harness/core_test.h"
 
 namespace tlpacscfg::test {
 

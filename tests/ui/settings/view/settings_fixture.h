@@ -6,7 +6,7 @@
 
 #include "ui/settings/values/settings_controls.h"
 #include "ui/settings/view/control_ids.h"
-#include "ui/window_test.h"
+#include "ui/window_fixture.h"
 
 namespace tlpacscfg::test {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "data/host_settings.h"
-#include "support/system.h"
 #include "harness/probe.h"
+#include "support/system.h"
 
 namespace tlpacscfg::test {
 

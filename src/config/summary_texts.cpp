@@ -1,8 +1,8 @@
-#include "config/option_texts.h"
+#include "config/summary_texts.h"
 
 #include <algorithm>
 
-#include "config/code_tables.h"
+#include "config/option_tables.h"
 #include "support/conversions.h"
 #include "support/text.h"
 

@@ -1,9 +1,9 @@
-#include "harness/offline_test.h"
+#include "harness/offline_fixture.h"
 
 #include <algorithm>
 #include <sstream>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "harness/scratch.h"
 #include "support/text.h"

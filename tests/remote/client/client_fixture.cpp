@@ -1,4 +1,4 @@
-#include "remote/client/client_test.h"
+#include "remote/client/client_fixture.h"
 
 #include <stdexcept>
 #include <utility>

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "harness/core_fixture.h"
 #include "remote/harness/raw_client.h"
 #include "remote/harness/service_process.h"
-#include "harness/core_test.h"
 
 namespace tlpacscfg::test {
 

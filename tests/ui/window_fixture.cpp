@@ -1,9 +1,9 @@
-#include "ui/window_test.h"
+#include "ui/window_fixture.h"
 
 #include <exception>
 #include <thread>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "ui/show_form/show_form.h"
 
 namespace tlpacscfg::test {

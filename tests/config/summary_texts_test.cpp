@@ -1,4 +1,4 @@
-#include "config/option_texts.h"
+#include "config/summary_texts.h"
 
 #include <map>
 

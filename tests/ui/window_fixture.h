@@ -3,8 +3,8 @@
 #include <functional>
 #include <memory>
 
-#include "host/config.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
+#include "host/host_object.h"
 #include "ui/resource.h"
 #include "ui/window_driver.h"
 

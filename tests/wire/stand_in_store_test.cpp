@@ -2,12 +2,12 @@
 
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
 #include "data/workstation_key.h"
 #include "odbc/error.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 #include "workstation/workstation.h"
 
 namespace tlpacscfg::test {

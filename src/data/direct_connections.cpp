@@ -1,4 +1,4 @@
-#include "data/database.h"
+#include "data/direct_connections.h"
 
 #include <chrono>
 #include <filesystem>

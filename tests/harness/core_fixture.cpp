@@ -1,14 +1,14 @@
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 
 #include <clocale>
 #include <ostream>
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
 #include "harness/scratch.h"
 #include "log/log_support.h"
-#include "support/list_sort.h"
+#include "support/list_view_sort.h"
 #include "support/registry.h"
 #include "support/text.h"
 

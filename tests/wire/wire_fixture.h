@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/probe.h"
 
 namespace tlpacscfg::test {

@@ -1,6 +1,6 @@
-#include "faults/commands/sqlite_command_test.h"
+#include "faults/commands/sqlite_command_fixture.h"
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {

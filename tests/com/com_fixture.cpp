@@ -1,4 +1,4 @@
-#include "com/com_test.h"
+#include "com/com_fixture.h"
 
 #include <objbase.h>
 
@@ -6,8 +6,8 @@
 #include <chrono>
 #include <thread>
 
-#include "support/text.h"
 #include "harness/scratch.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {

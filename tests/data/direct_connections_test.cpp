@@ -1,7 +1,7 @@
-#include "data/database.h"
+#include "data/direct_connections.h"
 
 #include "data/mod_main.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
 #include "harness/registry_key.h"

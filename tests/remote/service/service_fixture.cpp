@@ -1,4 +1,4 @@
-#include "remote/service/service_test.h"
+#include "remote/service/service_fixture.h"
 
 #include <httplib.h>
 

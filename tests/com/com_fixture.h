@@ -8,7 +8,7 @@
 #include <string>
 
 #include "com/host_object.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 
 namespace tlpacscfg::test {
 

@@ -1,11 +1,11 @@
-#include "host/config.h"
+#include "host/host_object.h"
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
 #include "harness/errors.h"
 #include "harness/fake_client.h"
-#include "harness/offline_test.h"
+#include "harness/offline_fixture.h"
 #include "harness/scratch.h"
 #include "log/log_support.h"
 

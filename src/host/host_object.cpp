@@ -1,6 +1,6 @@
-#include "host/config.h"
+#include "host/host_object.h"
 
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/row_error.h"
 #include "data/tl_comm_client.h"

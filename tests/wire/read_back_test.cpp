@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 
 #include "config/stored_configuration.h"
-#include "data/database.h"
+#include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "harness/errors.h"
 #include "odbc/error.h"
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 #include "workstation/assignments.h"
 
 /// The statements of the windows' commands, and their response to a database that stores other

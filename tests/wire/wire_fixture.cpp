@@ -1,11 +1,11 @@
-#include "wire/wire_test.h"
+#include "wire/wire_fixture.h"
 
 #include <sstream>
 #include <utility>
 
-#include "data/database.h"
-#include "support/text.h"
+#include "data/direct_connections.h"
 #include "harness/scratch.h"
+#include "support/text.h"
 #include "wire/stand_in.h"
 
 namespace tlpacscfg::test {

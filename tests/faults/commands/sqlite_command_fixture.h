@@ -5,7 +5,7 @@
 #include "faults/commands/command_site.h"
 #include "faults/commands/odbc_calls.h"
 #include "faults/fault.h"
-#include "harness/core_test.h"
+#include "harness/core_fixture.h"
 
 namespace tlpacscfg::test {
 

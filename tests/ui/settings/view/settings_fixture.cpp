@@ -1,9 +1,9 @@
-#include "ui/settings/view/settings_test.h"
+#include "ui/settings/view/settings_fixture.h"
 
 #include <commctrl.h>
 
-#include "support/text.h"
 #include "harness/scratch.h"
+#include "support/text.h"
 #include "ui/settings/values/settings_options.h"
 
 namespace tlpacscfg::test {
