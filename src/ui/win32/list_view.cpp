@@ -96,8 +96,8 @@ void ListView::select(std::size_t row) {
 void ListView::clearSelection() {
   rowBeforeInput_.reset();
   // Only these rows: a change of all rows at once would visit every row.
-  for (const UINT state : {LVNI_SELECTED, LVNI_FOCUSED}) {
-    const int row = ListView_GetNextItem(list_, -1, state);
+  for (const int state : {LVNI_SELECTED, LVNI_FOCUSED}) {
+    const int row = ListView_GetNextItem(list_, -1, static_cast<UINT>(state));
     if (row >= 0) ListView_SetItemState(list_, row, 0, LVIS_SELECTED | LVIS_FOCUSED);
   }
 }
@@ -131,7 +131,8 @@ SIZE ListView::sizeForRows(int rows) const {
   for (int i = 0; i < columnCount(); ++i) width += columnWidth(i);
   const int rowHeight = heightOfRow();
   RECT frame{0, 0, width, header.bottom - header.top + rows * rowHeight};
-  AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(list_, GWL_STYLE)) & ~WS_VSCROLL,
+  AdjustWindowRectEx(&frame,
+                     static_cast<DWORD>(GetWindowLongW(list_, GWL_STYLE)) & ~DWORD{WS_VSCROLL},
                      FALSE, static_cast<DWORD>(GetWindowLongW(list_, GWL_EXSTYLE)));
   return {frame.right - frame.left, frame.bottom - frame.top};
 }
