@@ -80,7 +80,9 @@ TEST(ListSelectionTest, AnUnmatchedCodeLeavesTheListAsItWas) {
 }
 
 TEST(ListSelectionTest, TheCodeOfNoEntryIsAnError) {
-  const SettingsForm form;
+  SettingsForm form;
+  EXPECT_EQ(std::nullopt, selectedCode(form, cmbVendorType));
+  form[cmbVendorType].position = 1000;
   EXPECT_EQ(std::nullopt, selectedCode(form, cmbVendorType));
   try {
     requiredCode(form, cmbVendorType);
