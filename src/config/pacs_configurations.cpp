@@ -52,10 +52,11 @@ void colPACSConfiguration::GetPACSConfigurations() {
       loadingStatement(),
       {L"[TLPACSCFG] Getting PACS configurations using TlCommClient", log_level::kOperation});
   if (!rows) return;
+  const CellRules rules = path.cellRules();
   AddIntitialConfig();
   ColPACSConfigs->reserve(ColPACSConfigs->count() + rows->RowsLeft());
   for (std::size_t row = 1; !rows->EndOfData(); rows->MoveNext(), ++row) {
-    addRow([&](std::size_t column) { return rows->Column(column); }, row, path.cellRules());
+    addRow([&](std::size_t column) { return rows->Column(column); }, row, rules);
   }
   rows->Close();
 }

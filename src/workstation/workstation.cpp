@@ -49,7 +49,7 @@ std::int16_t colWorkstation::GetItemNumber(const std::wstring& WorkStation) cons
 
 std::int16_t assignedConfigID(const Cell& cell) {
   // A text that is no number is no assignment in a client's table, and an error in the database's.
-  if (!cell || *cell == L"0" || (dataPath().isRemote() && !isNumeric(*cell))) return 0;
+  if (!cell || (dataPath().isRemote() && !isNumeric(*cell))) return 0;
   return toInt16(*cell);
 }
 

@@ -9,17 +9,12 @@
 #include "harness/core_fixture.h"
 #include "support/text.h"
 #include "ui/settings/editor/settings_editor.h"
+#include "ui/settings/expected_questions.h"
 #include "ui/settings/values/blank_form.h"
 #include "ui/settings/values/settings_rules.h"
 
 namespace tlpacscfg::test {
 
-inline constexpr const wchar_t* kSaveQuestion =
-    L"Configuration has not been saved. Would you like to save the current configuration before "
-    L"continuing?";
-inline constexpr const wchar_t* kNewQuestion =
-    L"You have not saved the new configuration. Would you like to save the configuration before "
-    L"continuing?";
 inline constexpr const wchar_t* kBlankDescription =
     L"The Configuration Description Field cannot be blank.";
 inline constexpr const wchar_t* kDeleteQuestion =

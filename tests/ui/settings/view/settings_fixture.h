@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/settings/expected_questions.h"
 #include "ui/settings/values/settings_controls.h"
 #include "ui/settings/view/control_ids.h"
 #include "ui/window_fixture.h"
@@ -11,13 +12,6 @@
 namespace tlpacscfg::test {
 
 inline constexpr const wchar_t* kSettingsTitle = L"Corvane Expert Integration Settings";
-
-inline constexpr const wchar_t* kSaveQuestion =
-    L"Configuration has not been saved. Would you like to save the current configuration before "
-    L"continuing?";
-inline constexpr const wchar_t* kNewQuestion =
-    L"You have not saved the new configuration. Would you like to save the configuration before "
-    L"continuing?";
 
 /// The settings window, opened from the list window.
 class SettingsTest : public WindowTest {
