@@ -68,6 +68,8 @@ void refuse(httplib::Response& response, const Refusal& refusal) {
 struct Listener::Exchange {
   const char* operation = "-";
   int status = 0;
+  /// The name of the token that it showed; "-" before it has shown a right one.
+  std::string token = "-";
 
   static thread_local Exchange* current;
 };
@@ -131,7 +133,7 @@ bool Listener::process_and_close_socket(socket_t socket) {
   try {
     return serveConnection(Descriptor(socket));
   } catch (const std::exception& error) {
-    writeJournal(std::string("- failed: ") + error.what());
+    writeJournal("failed", {{"error", error.what()}});
   }
   return false;
 }
@@ -148,7 +150,7 @@ bool Listener::serveConnection(Descriptor socket) {
   int port = 0;
   channel.get_remote_ip_and_port(address, port);
   if (WorkQueue::rejected()) {
-    writeJournal(address + " turned away");
+    writeJournal("turned-away", {{"address", address}});
     return false;
   }
   Exchange exchange;
@@ -163,12 +165,15 @@ bool Listener::serveConnection(Descriptor socket) {
 
   const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
       std::chrono::steady_clock::now() - start);
-  std::string line = address + " " + exchange.operation + " " + std::to_string(exchange.status) +
-                     " read " + std::to_string(channel.bytesRead()) + " wrote " +
-                     std::to_string(channel.bytesWritten()) + " in " +
-                     std::to_string(time.count()) + " ms";
-  if (*channel.failure() != '\0') line += std::string(" ") + channel.failure();
-  writeJournal(line);
+  JournalFields fields = {{"address", address},
+                          {"operation", exchange.operation},
+                          {"status", std::to_string(exchange.status)},
+                          {"token", exchange.token},
+                          {"read", std::to_string(channel.bytesRead())},
+                          {"wrote", std::to_string(channel.bytesWritten())},
+                          {"ms", std::to_string(time.count())}};
+  if (*channel.failure() != '\0') fields.emplace_back("failure", channel.failure());
+  writeJournal("request", fields);
   return done;
 }
 
@@ -188,8 +193,8 @@ bool Listener::serve() {
   // The library's loop ends when a connection breaks before it is accepted.
   while (!stopping()) {
     if (!bind(port)) return false;
-    writeJournal(std::string("listening on ") + (tls_ ? "https" : "http") + "://" +
-                 options_.address + ":" + std::to_string(port));
+    writeJournal("listening", {{"url", std::string(tls_ ? "https" : "http") + "://" +
+                                           options_.address + ":" + std::to_string(port)}});
     listen_after_bind();
   }
   return true;

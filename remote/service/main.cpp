@@ -64,7 +64,7 @@ class Ending {
     std::chrono::steady_clock::time_point latest{};
     while (!over_) {
       if (ending && std::chrono::steady_clock::now() > latest) {
-        writeJournal("ended with requests unanswered");
+        writeJournal("abandoned", {{"reason", "requests are still running"}});
         std::_Exit(kFailure);
       }
       if (sigtimedwait(&signals, nullptr, &pause) > 0) {

@@ -64,7 +64,7 @@ TEST_F(ConnectingTest, AServiceThatAcceptsTheTokenIsConnected) {
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
                        debugLine(10, L"[TLPACSCFG] Storing database name:Talora") +
                        debugLine(7, L"[TLPACSCFG] TlCommClient connected successfully"));
-  EXPECT_NE(service.log().find("/v1/connect 200"), std::string::npos);
+  EXPECT_NE(service.log().find("operation=/v1/connect status=200 "), std::string::npos);
 }
 
 TEST_F(ConnectingTest, WithoutAHostAddressNoRequestIsSent) {

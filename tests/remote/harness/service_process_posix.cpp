@@ -17,7 +17,7 @@
 namespace tlpacscfg::test {
 namespace {
 
-constexpr const char* kListening = " listening on ";
+constexpr const char* kListening = " event=listening url=";
 
 void write(const std::string& file, const std::string& text) {
   std::ofstream stream(file);

@@ -84,7 +84,7 @@ void WineService::run(const std::vector<std::string>& arguments) {
   for (const std::string& argument : arguments) line += " " + argument;
   control(line);
   running_ = true;
-  constexpr const char* kListening = " listening on ";
+  constexpr const char* kListening = " event=listening url=";
   if (!eventually([&] { return log().find('\n') != std::string::npos; }) ||
       log().find(kListening) == std::string::npos) {
     throw std::runtime_error("The service did not start: " + log());

@@ -191,7 +191,8 @@ TEST_F(HostileRequestTest, ConnectionsBeyondTheQueueAreTurnedAway) {
   startService({"--workers", "2", "--waiting", "1"});
   std::vector<std::unique_ptr<RawClient>> idle;
   for (int i = 0; i < 12; ++i) idle.push_back(std::make_unique<RawClient>(service.port()));
-  EXPECT_TRUE(eventually([this] { return service.logHolds("turned away"); }));
+  EXPECT_TRUE(
+      eventually([this] { return service.logHolds("event=turned-away address=127.0.0.1\n"); }));
   idle.clear();
   EXPECT_TRUE(eventually([this] {
     return ask("connect", {{"application", "TLPACSCFG.DLL"}}).status == 200;

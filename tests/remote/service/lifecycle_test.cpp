@@ -13,8 +13,8 @@ TEST_F(LifecycleTest, BothEndingSignalsStopItCleanly) {
     ASSERT_TRUE(service.start()) << service.log();
     expectStillServing();
     EXPECT_EQ(service.end(signal), 0) << service.log();
-    EXPECT_TRUE(service.logHolds(" stopping"));
-    EXPECT_TRUE(service.logHolds(" stopped"));
+    EXPECT_TRUE(service.logHolds("event=stopping\n"));
+    EXPECT_TRUE(service.logHolds("event=stopped\n"));
   }
 }
 

@@ -166,8 +166,9 @@ TEST_F(OperationsTest, ListingsOtherThanPlainNamesAreRefused) {
 TEST_F(OperationsTest, TheJournalHasALineForEachRequestAndNoSecret) {
   execute("INSERT INTO System_pc_names VALUES('secretive', 'classified', 1)");
   query("select wrong from System_pc_names where pc_name = 'secretive'");
-  EXPECT_TRUE(eventually([this] { return service.logHolds("/v1/query 422"); }));
-  EXPECT_TRUE(service.logHolds("127.0.0.1 /v1/execute 200"));
+  EXPECT_TRUE(eventually([this] { return service.logHolds("operation=/v1/query status=422 "); }));
+  EXPECT_TRUE(service.logHolds(
+      "event=request address=127.0.0.1 operation=/v1/execute status=200 token=- read="));
   for (const char* secret : {kToken, "secretive", "classified", "INSERT", "select"}) {
     EXPECT_FALSE(service.logHolds(secret)) << secret;
   }

@@ -102,17 +102,23 @@ std::string residentMemory(const ServiceProcess& service) {
   return "?";
 }
 
+/// The status and the failure of a request; of other events the whole line without its time.
+std::string outcomeIn(const std::string& line) {
+  const std::size_t event = line.find(" event=");
+  require(event != line.npos, "a line that is not the service's own: " + line);
+  if (event == line.npos) return line;
+  const std::size_t status = line.find(" status=");
+  if (status == line.npos) return line.substr(event);
+  const std::size_t failure = line.find(" failure=");
+  return line.substr(status, line.find(' ', status + 1) - status) +
+         (failure == line.npos ? "" : line.substr(failure));
+}
+
 void printJournal(const ServiceProcess& service) {
   std::map<std::string, int> outcomes;
   std::istringstream lines(service.log());
   for (std::string line; std::getline(lines, line);) {
-    std::istringstream words(line);
-    std::string time, address, operation, status, rest;
-    words >> time >> address >> operation >> status;
-    std::getline(words, rest);
-    const std::size_t reason = rest.find(" ms ");
-    if (reason != rest.npos) status += rest.substr(reason + 3);
-    ++outcomes[status];
+    ++outcomes[outcomeIn(line)];
   }
   for (const auto& [status, count] : outcomes) std::cout << "  " << status << ": " << count << '\n';
 }
