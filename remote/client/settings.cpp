@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "client/client_error.h"
 #include "shared/token_file.h"
@@ -33,9 +35,9 @@ std::wstring value(const wchar_t* name) {
 }
 
 std::wstring tokenFromFile(const std::wstring& file) {
-  const std::optional<std::string> token = remote::readTokenFile(std::filesystem::path(file));
-  if (!token) throw ClientError(L"The token file cannot be read.");
-  return fromUtf8(*token);
+  std::ifstream stream{std::filesystem::path(file), std::ios::binary};
+  if (!stream) throw ClientError(L"The token file cannot be read.");
+  return fromUtf8(remote::tokenIn(std::string(std::istreambuf_iterator<char>(stream), {})));
 }
 
 int hexDigit(wchar_t digit) {

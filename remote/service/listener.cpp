@@ -64,8 +64,9 @@ void refuse(httplib::Response& response, const Refusal& refusal) {
 
 }  // namespace
 
-/// What is written about a connection into the journal.
+/// One connection, and what is written about it into the journal.
 struct Listener::Exchange {
+  std::shared_ptr<const Credentials> credentials;
   const char* operation = "-";
   int status = 0;
   /// The name of the token that it showed; "-" before it has shown a right one.
@@ -77,8 +78,9 @@ struct Listener::Exchange {
 thread_local Listener::Exchange* Listener::Exchange::current = nullptr;
 
 Listener::Listener(const ServiceOptions& options, int stopSignal)
-    : options_(options), stopSignal_(stopSignal), token_(Token::fromFile(options.tokenFile)) {
-  if (!options_.plainHttp) tls_ = makeTlsContext(options_.certificate, options_.key);
+    : options_(options),
+      stopSignal_(stopSignal),
+      credentials_(std::make_shared<const Credentials>(options)) {
   new_task_queue = [this] { return new WorkQueue(options_.workers, options_.waiting); };
   set_payload_max_length(options_.requestBytes);
   set_tcp_nodelay(true);
@@ -114,10 +116,11 @@ std::string Listener::answerOf(const httplib::Request& httpRequest) const {
   const Operation& operation = *findOperation(httpRequest.path);
   Exchange::current->operation = operation.path;
   const Request request(httpRequest.body);
-  if (!token_.matches(request.utf8("token"))) {
-    throw Refusal(http_status::kWrongToken, "The token is wrong.");
-  }
-  return operation.answer({options_, stopSignal_}, request);
+  const Token* const token = Exchange::current->credentials->tokens.find(request.utf8("token"));
+  if (token == nullptr) throw Refusal(http_status::kWrongToken, "The token is wrong.");
+  Exchange::current->token = token->name;
+  if (operation.writes && token->rights == Rights::Read) throw onlyReads();
+  return operation.answer({options_, stopSignal_, token->rights}, request);
 }
 
 void Listener::answer(const httplib::Request& request, httplib::Response& response) const {
@@ -140,7 +143,9 @@ bool Listener::process_and_close_socket(socket_t socket) {
 
 bool Listener::serveConnection(Descriptor socket) {
   const auto start = std::chrono::steady_clock::now();
-  Channel channel(std::move(socket), tls_.get(),
+  Exchange exchange{.credentials = credentials_};
+  SSL_CTX* const tls = exchange.credentials->tls.get();
+  Channel channel(std::move(socket), tls,
                   {.headerBytes = kHeaderBytes,
                    .totalBytes = kHeaderBytes + options_.requestBytes,
                    .readTime = options_.requestSeconds,
@@ -153,11 +158,10 @@ bool Listener::serveConnection(Descriptor socket) {
     writeJournal("turned-away", {{"address", address}});
     return false;
   }
-  Exchange exchange;
   Exchange::current = &exchange;
   const ScopeExit forget([] { Exchange::current = nullptr; });
   bool done = false;
-  if (!tls_ || channel.handshake()) {
+  if (tls == nullptr || channel.handshake()) {
     bool closed = false;
     done = process_request(channel, true, closed, nullptr);
     channel.finish();
@@ -193,7 +197,7 @@ bool Listener::serve() {
   // The library's loop ends when a connection breaks before it is accepted.
   while (!stopping()) {
     if (!bind(port)) return false;
-    writeJournal("listening", {{"url", std::string(tls_ ? "https" : "http") + "://" +
+    writeJournal("listening", {{"url", std::string(options_.plainHttp ? "http" : "https") + "://" +
                                            options_.address + ":" + std::to_string(port)}});
     listen_after_bind();
   }

@@ -2,14 +2,14 @@
 
 #include <httplib.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 
+#include "service/credentials.h"
 #include "service/descriptor.h"
 #include "service/operations.h"
 #include "service/options.h"
-#include "service/tls.h"
-#include "service/token.h"
 
 namespace tlpacscfg::service {
 
@@ -21,6 +21,9 @@ class Listener : public httplib::Server {
 
   /// Listens until stop() is called. False when the address cannot be listened on.
   bool serve();
+
+  /// For the connections that follow; thread-safe.
+  void use(std::shared_ptr<const Credentials> credentials) { credentials_ = credentials; }
 
  private:
   struct Exchange;
@@ -35,8 +38,7 @@ class Listener : public httplib::Server {
 
   const ServiceOptions& options_;
   const int stopSignal_;
-  const Token token_;
-  TlsContext tls_;
+  std::atomic<std::shared_ptr<const Credentials>> credentials_;
 };
 
 }  // namespace tlpacscfg::service

@@ -6,12 +6,15 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <functional>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "service/credentials.h"
 #include "service/descriptor.h"
 #include "service/journal.h"
 #include "service/listener.h"
@@ -24,11 +27,12 @@ namespace {
 constexpr int kFailure = 1;
 constexpr int kWrongUse = 2;
 
-sigset_t endingSignals() {
+sigset_t handledSignals() {
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGTERM);
   sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGHUP);
   return signals;
 }
 
@@ -41,23 +45,36 @@ void limitMemory([[maybe_unused]] std::size_t megabytes) {
 #endif
 }
 
-/// Waits for SIGTERM or SIGINT and stops the listener. The process exits at once on a second
-/// signal, and when a request is still running long after its time, such as a listing of a lost
-/// disk.
-class Ending {
+/// Waits for signals. SIGHUP reads tokens, certificate and key again. SIGTERM or SIGINT stops the
+/// listener; the process exits at once on a second one, and when a request is still running long
+/// after its time, such as a listing of a lost disk.
+class Signals {
  public:
-  Ending(Listener& listener, int stopSignal)
-      : listener_(listener), stopSignal_(stopSignal), waiter_([this] { wait(); }) {}
-  ~Ending() {
+  Signals(Listener& listener, int stopSignal, std::function<Credentials()> readAgain)
+      : listener_(listener),
+        stopSignal_(stopSignal),
+        readAgain_(std::move(readAgain)),
+        waiter_([this] { wait(); }) {}
+  ~Signals() {
     over_ = true;
     waiter_.join();
   }
-  Ending(const Ending&) = delete;
-  Ending& operator=(const Ending&) = delete;
+  Signals(const Signals&) = delete;
+  Signals& operator=(const Signals&) = delete;
 
  private:
+  void reload() {
+    try {
+      listener_.use(std::make_shared<const Credentials>(readAgain_()));
+      writeJournal("reloaded");
+    } catch (const std::exception& error) {
+      // The old ones stay in use.
+      writeJournal("reload-failed", {{"error", error.what()}});
+    }
+  }
+
   void wait() {
-    const sigset_t signals = endingSignals();
+    const sigset_t signals = handledSignals();
     const timespec pause{0, 50'000'000};
     constexpr std::chrono::seconds kMaxTime = 4 * kEndingTime;
     bool ending = false;
@@ -67,7 +84,10 @@ class Ending {
         writeJournal("abandoned", {{"reason", "requests are still running"}});
         std::_Exit(kFailure);
       }
-      if (sigtimedwait(&signals, nullptr, &pause) > 0) {
+      const int signal = sigtimedwait(&signals, nullptr, &pause);
+      if (signal == SIGHUP) {
+        reload();
+      } else if (signal > 0) {
         if (ending) std::_Exit(kFailure);
         ending = true;
         latest = std::chrono::steady_clock::now() + kMaxTime;
@@ -81,15 +101,24 @@ class Ending {
 
   Listener& listener_;
   const int stopSignal_;
+  const std::function<Credentials()> readAgain_;
   std::atomic<bool> over_ = false;
   std::thread waiter_;
 };
 
-int run(const ServiceOptions& options) {
+/// The arguments are those of the start; other settings need a restart.
+Credentials readCredentialsAgain(const std::vector<std::string>& arguments, bool plainHttp) {
+  const ServiceOptions options = readOptions(arguments);
+  if (options.plainHttp != plainHttp) throw OptionError("plain-http needs a restart");
+  return Credentials(options);
+}
+
+int run(const ServiceOptions& options, const std::vector<std::string>& arguments) {
   const Descriptor stopSignal(eventfd(0, EFD_CLOEXEC));
   Listener listener(options, stopSignal.get());
   limitMemory(options.memoryMegabytes);
-  const Ending ending(listener, stopSignal.get());
+  const Signals signals(listener, stopSignal.get(),
+                        [&] { return readCredentialsAgain(arguments, options.plainHttp); });
   if (listener.serve()) {
     writeJournal("stopped");
     return 0;
@@ -104,7 +133,7 @@ int run(const ServiceOptions& options) {
 int main(int count, char** arguments) {
   using namespace tlpacscfg::service;
   // All threads inherit the mask; only the one that waits for the signals receives them.
-  const sigset_t signals = endingSignals();
+  const sigset_t signals = handledSignals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
   // May have been ignored by the parent process; waitpid needs it.
@@ -117,7 +146,7 @@ int main(int count, char** arguments) {
       std::cout << helpText();
       return 0;
     }
-    return run(options);
+    return run(options, words);
   } catch (const OptionError& error) {
     std::cerr << "tlcommd: " << error.what() << '\n';
     return kWrongUse;

@@ -56,10 +56,10 @@ std::string answerFiles(const Context& context, const Request& request) {
 }
 
 constexpr Operation kOperations[] = {
-    {"/v1/connect", answerConnect},
-    {"/v1/query", answerQuery},
-    {"/v1/execute", answerExecute},
-    {"/v1/files", answerFiles},
+    {"/v1/connect", false, answerConnect},
+    {"/v1/query", false, answerQuery},
+    {"/v1/execute", true, answerExecute},
+    {"/v1/files", false, answerFiles},
 };
 
 }  // namespace

@@ -11,12 +11,14 @@ namespace tlpacscfg::service {
 struct Context {
   const ServiceOptions& options;
   int stopSignal;
+  Rights rights;
 };
 
-/// One operation of the interface: its path, and the function that returns the JSON response. The
-/// function throws Refusal or std::bad_alloc.
+/// One operation of the interface: its path, whether it needs the right to write, and the function
+/// that returns the JSON response. The function throws Refusal or std::bad_alloc.
 struct Operation {
   const char* path;
+  bool writes;
   std::string (*answer)(const Context& context, const Request& request);
 };
 

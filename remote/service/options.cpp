@@ -1,11 +1,9 @@
 #include "service/options.h"
 
 #include <charconv>
-#include <fstream>
 #include <functional>
-#include <iterator>
-#include <optional>
 
+#include "service/private_file.h"
 #include "shared/loopback.h"
 #include "support/text.h"
 
@@ -59,7 +57,7 @@ const std::vector<Setting>& settings() {
       {"port", "port to listen on, 0 for any (8443)", number(&ServiceOptions::port, 0, 65535)},
       {"certificate", "file with the certificate chain, PEM", text(&ServiceOptions::certificate)},
       {"key", "file with the certificate's private key, PEM", text(&ServiceOptions::key)},
-      {"token-file", "file with the token that clients must show",
+      {"token-file", "file with a token to read and write, named 'default'",
        text(&ServiceOptions::tokenFile)},
       {"plain-http", "yes serves without TLS, on a loopback address only (no)", setPlainHttp},
       {"workers", "requests handled at a time (8)",
@@ -100,10 +98,29 @@ std::string trimmed(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
 }
 
+/// NAME = RIGHTS, FILE
+TokenFile tokenOf(const std::string& name, const std::string& value) {
+  // The name is a field of the journal.
+  constexpr const char* kLetters =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.";
+  if (name.empty() || name.size() > 64 || name.find_first_not_of(kLetters) != name.npos) {
+    throw OptionError("the name of a token has letters, digits, '-', '_' and '.'");
+  }
+  const std::size_t comma = value.find(',');
+  const std::string rights = trimmed(value.substr(0, comma));
+  if (comma == value.npos || (rights != "read" && rights != "read-write")) {
+    throw OptionError("a token is 'NAME = read, FILE' or 'NAME = read-write, FILE'");
+  }
+  return {name, rights == "read" ? Rights::Read : Rights::ReadAndWrite,
+          trimmed(value.substr(comma + 1))};
+}
+
 void applyLine(ServiceOptions& options, const std::string& section, const std::string& name,
                const std::string& value) {
   if (section == "service") {
     applySetting(options, name, value);
+  } else if (section == "tokens") {
+    options.tokens.push_back(tokenOf(name, value));
   } else if (section == "databases") {
     options.databases[toUtf8(upperCase(fromUtf8(name)))] = value;
   } else if (section == "directories") {
@@ -113,14 +130,8 @@ void applyLine(ServiceOptions& options, const std::string& section, const std::s
   }
 }
 
-std::string fileText(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw OptionError("the configuration file '" + file + "' cannot be read");
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 void check(const ServiceOptions& options) {
-  if (options.tokenFile.empty()) throw OptionError("token-file is missing");
+  if (options.tokens.empty()) throw OptionError("token-file is missing, or a section [tokens]");
   if (options.plainHttp) {
     if (!remote::isLoopback(fromUtf8(options.address))) {
       throw OptionError("plain-http is for loopback addresses only");
@@ -183,8 +194,13 @@ ServiceOptions readOptions(const std::vector<std::string>& arguments) {
       fromCommandLine.emplace_back(name, value);
     }
   }
-  if (!configuration.empty()) applyConfiguration(options, fileText(configuration));
+  if (!configuration.empty()) {
+    applyConfiguration(options, readPrivateFile("the configuration file", configuration));
+  }
   for (const auto& [name, value] : fromCommandLine) applySetting(options, name, value);
+  if (!options.tokenFile.empty()) {
+    options.tokens.push_back({"default", Rights::ReadAndWrite, options.tokenFile});
+  }
   check(options);
   return options;
 }
@@ -203,6 +219,7 @@ std::string helpText() {
   }
   return help +
          "\n"
+         "Section [tokens]: NAME = read, FILE or NAME = read-write, FILE\n"
          "Section [databases]: NAME = ODBC connect string\n"
          "Section [directories]: directory as clients name it = directory here\n";
 }

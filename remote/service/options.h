@@ -21,6 +21,15 @@ struct SharedDirectory {
   std::filesystem::path localPath;
 };
 
+enum class Rights { Read, ReadAndWrite };
+
+/// A file with a token.
+struct TokenFile {
+  std::string name;
+  Rights rights = Rights::ReadAndWrite;
+  std::string path;
+};
+
 struct ServiceOptions {
   std::string address = "127.0.0.1";
   int port = 8443;  ///< 0: any free port.
@@ -37,6 +46,8 @@ struct ServiceOptions {
   std::chrono::seconds statementSeconds{60};
   std::size_t memoryMegabytes = 2048;  ///< Of each process; 0: no limit.
 
+  /// `tokenFile` is one of them.
+  std::vector<TokenFile> tokens;
   /// ODBC connect strings by the upper-case names that clients use.
   std::map<std::string, std::string> databases;
   std::vector<SharedDirectory> directories;

@@ -1,8 +1,25 @@
 #include "service/tls.h"
 
+#include <openssl/pem.h>
+
 #include "service/options.h"
+#include "service/private_file.h"
 
 namespace tlpacscfg::service {
+namespace {
+
+using Bio = std::unique_ptr<BIO, decltype([](BIO* bio) { BIO_free(bio); })>;
+using Key = std::unique_ptr<EVP_PKEY, decltype([](EVP_PKEY* key) { EVP_PKEY_free(key); })>;
+
+/// Null when the text is not a key, or one that needs a passphrase.
+Key keyIn(const std::string& pem) {
+  const Bio bio(BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size())));
+  // Without this function the library would ask the terminal.
+  const auto noPassphrase = [](char*, int, int, void*) { return -1; };
+  return Key(PEM_read_bio_PrivateKey(bio.get(), nullptr, noPassphrase, nullptr));
+}
+
+}  // namespace
 
 TlsContext makeTlsContext(const std::string& certificateFile, const std::string& keyFile) {
   TlsContext context(SSL_CTX_new(TLS_server_method()));
@@ -15,7 +32,8 @@ TlsContext makeTlsContext(const std::string& certificateFile, const std::string&
   if (SSL_CTX_use_certificate_chain_file(context.get(), certificateFile.c_str()) != 1) {
     throw OptionError("the certificate '" + certificateFile + "' cannot be used");
   }
-  if (SSL_CTX_use_PrivateKey_file(context.get(), keyFile.c_str(), SSL_FILETYPE_PEM) != 1 ||
+  const Key key = keyIn(readPrivateFile("the key", keyFile));
+  if (SSL_CTX_use_PrivateKey(context.get(), key.get()) != 1 ||
       SSL_CTX_check_private_key(context.get()) != 1) {
     throw OptionError("the key '" + keyFile + "' cannot be used with the certificate");
   }

@@ -1,11 +1,8 @@
 #include "service/token.h"
 
 #include <openssl/crypto.h>
-#include <openssl/sha.h>
 
-#include <array>
-
-#include "service/options.h"
+#include "service/private_file.h"
 #include "shared/token_file.h"
 
 namespace tlpacscfg::service {
@@ -13,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMinLength = 16;
 
-using Digest = std::array<unsigned char, SHA256_DIGEST_LENGTH>;
+using Digest = decltype(Token::digest);
 
 Digest digestOf(std::string_view text) {
   Digest digest{};
@@ -21,24 +18,36 @@ Digest digestOf(std::string_view text) {
   return digest;
 }
 
-}  // namespace
-
-Token Token::fromFile(const std::string& file) {
-  std::optional<std::string> secret = remote::readTokenFile(file);
-  if (!secret) {
-    throw OptionError("the token file '" + file + "' cannot be read or is empty");
+Token read(const TokenFile& file) {
+  const std::string secret = remote::tokenIn(readPrivateFile("the token file", file.path));
+  if (secret.empty()) throw OptionError("the token file '" + file.path + "' is empty");
+  if (secret.size() < kMinLength) {
+    throw OptionError("the token in '" + file.path + "' has fewer than " +
+                      std::to_string(kMinLength) + " characters");
   }
-  if (secret->size() < kMinLength) {
-    throw OptionError("the token has fewer than " + std::to_string(kMinLength) + " characters");
-  }
-  return Token(*std::move(secret));
+  return {file.name, file.rights, digestOf(secret)};
 }
 
-bool Token::matches(std::string_view shown) const {
-  // Digests have one length, so that the time does not depend on the length of the secret.
-  const Digest expected = digestOf(secret_);
-  const Digest actual = digestOf(shown);
-  return CRYPTO_memcmp(expected.data(), actual.data(), expected.size()) == 0;
+}  // namespace
+
+Tokens::Tokens(const std::vector<TokenFile>& files) {
+  for (const TokenFile& file : files) {
+    Token token = read(file);
+    for (const Token& other : tokens_) {
+      if (other.digest != token.digest) continue;
+      throw OptionError("the tokens '" + other.name + "' and '" + token.name + "' are the same");
+    }
+    tokens_.push_back(std::move(token));
+  }
+}
+
+const Token* Tokens::find(std::string_view shown) const {
+  const Digest digest = digestOf(shown);
+  const Token* found = nullptr;
+  for (const Token& token : tokens_) {
+    if (CRYPTO_memcmp(token.digest.data(), digest.data(), digest.size()) == 0) found = &token;
+  }
+  return found;
 }
 
 }  // namespace tlpacscfg::service

@@ -1,23 +1,17 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tlpacscfg::remote {
 
-/// The first line of the file without a byte order mark, trailing blanks and a carriage return;
-/// nullopt when there is no line.
-inline std::optional<std::string> readTokenFile(const std::filesystem::path& file) {
+/// The first line of a token file's content without a byte order mark, trailing blanks and a
+/// carriage return; may be empty.
+inline std::string tokenIn(std::string_view content) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  std::ifstream stream(file);
-  std::string line;
-  if (!std::getline(stream, line)) return std::nullopt;
-  if (line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
-  line.erase(line.find_last_not_of(" \r") + 1);
-  return line;
+  if (content.starts_with(kByteOrderMark)) content.remove_prefix(kByteOrderMark.size());
+  content = content.substr(0, content.find('\n'));
+  return std::string(content.substr(0, content.find_last_not_of(" \r") + 1));
 }
 
 }  // namespace tlpacscfg::remote

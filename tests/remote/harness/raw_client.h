@@ -17,6 +17,9 @@ class RawClient {
   /// False when the other side is gone.
   bool send(std::string_view bytes) const;
 
+  /// Waits until the other side has sent something; false when it does not within half a minute.
+  bool hasInput() const;
+
   /// Everything until the other side closes; throws after half a minute.
   std::string readToEnd() const;
 

@@ -37,6 +37,11 @@ bool RawClient::send(std::string_view bytes) const {
   return true;
 }
 
+bool RawClient::hasInput() const {
+  pollfd waited{socket_, POLLIN, 0};
+  return poll(&waited, 1, 30'000) > 0;
+}
+
 std::string RawClient::readToEnd() const {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
   std::string text;

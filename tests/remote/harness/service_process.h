@@ -27,6 +27,7 @@ class ServiceProcess {
   /// Lines for the sections of the configuration file.
   std::vector<std::string> databases;
   std::vector<std::string> directories;
+  std::vector<std::string> tokens;
 
   /// Starts it with plain HTTP on any free port, or as the arguments have it, and waits until it
   /// listens. False when it ended instead.
@@ -34,6 +35,8 @@ class ServiceProcess {
 
   /// The same with TLS; the certificate is one for localhost.
   bool startWithTls(const std::vector<std::string>& arguments = {});
+  /// Makes another certificate and key in place of the ones that there are.
+  void makeCertificate() const;
   std::string certificateFile() const { return directory_ + "/certificate.pem"; }
 
   /// Runs it with exactly these arguments and waits for its end; gives its exit code.
@@ -54,6 +57,8 @@ class ServiceProcess {
   std::string configurationFile() const { return directory_ + "/tlcommd.conf"; }
   std::string tokenFile() const { return directory_ + "/token"; }
   void writeConfiguration() const;
+  /// Writes a file that only this user can read; gives its path.
+  std::string writeFile(const std::string& name, const std::string& text) const;
 
  private:
   void spawn(const std::vector<std::string>& arguments);

@@ -19,12 +19,6 @@ namespace {
 
 constexpr const char* kListening = " event=listening url=";
 
-void write(const std::string& file, const std::string& text) {
-  std::ofstream stream(file);
-  stream << text;
-  if (!stream.flush()) throw std::runtime_error(file + " cannot be written");
-}
-
 /// The state and the parent of a process.
 struct ProcessState {
   char state = 'X';
@@ -52,7 +46,7 @@ void internal::pauseBriefly() { std::this_thread::sleep_for(std::chrono::millise
 
 ServiceProcess::ServiceProcess(std::string directory) : directory_(std::move(directory)) {
   std::filesystem::create_directories(directory_);
-  write(tokenFile(), std::string(kToken) + "\n");
+  writeFile("token", std::string(kToken) + "\n");
 }
 
 ServiceProcess::~ServiceProcess() {
@@ -60,11 +54,26 @@ ServiceProcess::~ServiceProcess() {
 }
 
 void ServiceProcess::writeConfiguration() const {
-  std::string text = "[service]\ntoken-file = " + tokenFile() + "\nport = 0\n[databases]\n";
-  for (const std::string& line : databases) text += line + "\n";
-  text += "[directories]\n";
-  for (const std::string& line : directories) text += line + "\n";
-  write(configurationFile(), text);
+  std::string text = "[service]\ntoken-file = " + tokenFile() + "\nport = 0\n";
+  const auto add = [&text](const char* section, const std::vector<std::string>& lines) {
+    text += section;
+    for (const std::string& line : lines) text += "\n" + line;
+    text += "\n";
+  };
+  add("[tokens]", tokens);
+  add("[databases]", databases);
+  add("[directories]", directories);
+  writeFile("tlcommd.conf", text);
+}
+
+std::string ServiceProcess::writeFile(const std::string& name, const std::string& text) const {
+  const std::string file = directory_ + "/" + name;
+  std::ofstream stream(file);
+  stream << text;
+  if (!stream.flush()) throw std::runtime_error(file + " cannot be written");
+  using std::filesystem::perms;
+  std::filesystem::permissions(file, perms::owner_read | perms::owner_write);
+  return file;
 }
 
 bool ServiceProcess::start(const std::vector<std::string>& arguments) {
@@ -82,10 +91,14 @@ bool ServiceProcess::start(const std::vector<std::string>& arguments) {
   return true;
 }
 
-bool ServiceProcess::startWithTls(const std::vector<std::string>& arguments) {
-  const std::string key = directory_ + "/key.pem";
+void ServiceProcess::makeCertificate() const {
   const std::string command = "'" TL_MAKE_CERTIFICATE "' '" + directory_ + "'";
   if (std::system(command.c_str()) != 0) throw std::runtime_error("make-certificate failed");
+}
+
+bool ServiceProcess::startWithTls(const std::vector<std::string>& arguments) {
+  const std::string key = directory_ + "/key.pem";
+  makeCertificate();
   std::vector<std::string> all = {"--certificate", certificateFile(), "--key", key};
   all.insert(all.end(), arguments.begin(), arguments.end());
   return start(all);

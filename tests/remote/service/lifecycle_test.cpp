@@ -71,7 +71,8 @@ TEST_F(LifecycleTest, SettingsThatAreNotSafeAreRefused) {
        "plain-http is for loopback addresses only"},
       {{"--plain-http", "yes"}, "token-file is missing"},
       {{"--plain-http", "yes", "--token-file", "/nowhere"}, "the token file '/nowhere'"},
-      {{"--config", file, "--plain-http", "yes", "--token-file", "/dev/null"}, "is empty"},
+      {{"--config", file, "--plain-http", "yes", "--token-file", "/dev/null"},
+       "the token file '/dev/null' is not a file"},
       {{"--config", file, "--certificate", "/nowhere", "--key", "/nowhere"},
        "the certificate '/nowhere' cannot be used"},
       {{"--config", "/nowhere"}, "the configuration file '/nowhere' cannot be read"},
@@ -105,7 +106,7 @@ TEST_F(LifecycleTest, AShortTokenIsRefused) {
   writeBytes(platformPath(service.tokenFile()), "fifteen-letters\n");
   service.writeConfiguration();
   EXPECT_EQ(service.runToEnd({"--config", service.configurationFile(), "--plain-http", "yes"}), 2);
-  EXPECT_TRUE(service.logHolds("the token has fewer than 16 characters"));
+  EXPECT_TRUE(service.logHolds("has fewer than 16 characters"));
 }
 
 }  // namespace

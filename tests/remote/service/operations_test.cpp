@@ -168,7 +168,7 @@ TEST_F(OperationsTest, TheJournalHasALineForEachRequestAndNoSecret) {
   query("select wrong from System_pc_names where pc_name = 'secretive'");
   EXPECT_TRUE(eventually([this] { return service.logHolds("operation=/v1/query status=422 "); }));
   EXPECT_TRUE(service.logHolds(
-      "event=request address=127.0.0.1 operation=/v1/execute status=200 token=- read="));
+      "event=request address=127.0.0.1 operation=/v1/execute status=200 token=default read="));
   for (const char* secret : {kToken, "secretive", "classified", "INSERT", "select"}) {
     EXPECT_FALSE(service.logHolds(secret)) << secret;
   }

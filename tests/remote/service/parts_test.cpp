@@ -145,12 +145,22 @@ TEST(OptionsTest, AConfigurationFileHasSettingsDatabasesAndDirectories) {
                      "port = 9443\r\n"
                      "workers=3\r\n"
                      "\r\n"
+                     "[tokens]\n"
+                     "anna = read-write, /etc/anna\n"
+                     "bob-2027=read,/etc/b,ob\n"
                      "[databases]\n"
                      "Talora = DSN=Site;UID=sa;PWD=a=b\n"
                      "[directories]\n"
                      "Z:\\site = /srv/site\n");
   EXPECT_EQ(options.port, 9443);
   EXPECT_EQ(options.workers, 3U);
+  ASSERT_EQ(options.tokens.size(), 2U);
+  EXPECT_EQ(options.tokens[0].name, "anna");
+  EXPECT_EQ(options.tokens[0].rights, service::Rights::ReadAndWrite);
+  EXPECT_EQ(options.tokens[0].path, "/etc/anna");
+  EXPECT_EQ(options.tokens[1].name, "bob-2027");
+  EXPECT_EQ(options.tokens[1].rights, service::Rights::Read);
+  EXPECT_EQ(options.tokens[1].path, "/etc/b,ob");
   EXPECT_EQ(options.databases.at("TALORA"), "DSN=Site;UID=sa;PWD=a=b");
   ASSERT_EQ(options.directories.size(), 1U);
   EXPECT_EQ(options.directories[0].clientPath, "Z:\\site");
@@ -163,6 +173,12 @@ TEST(OptionsTest, AWrongLineIsNamed) {
       {"[service]\nnonsense\n", "line 2: a line is 'name = value'"},
       {"[other]\nx = y\n", "line 2: there is no section [other]"},
       {"x = y", "line 1: there is no section []"},
+      {"[tokens]\nanna = all, /etc/anna\n",
+       "line 2: a token is 'NAME = read, FILE' or 'NAME = read-write, FILE'"},
+      {"[tokens]\nanna = read\n",
+       "line 2: a token is 'NAME = read, FILE' or 'NAME = read-write, FILE'"},
+      {"[tokens]\nan na = read, /etc/anna\n",
+       "line 2: the name of a token has letters, digits, '-', '_' and '.'"},
       {"[service]\nworkers = 0\n", "line 2: workers: '0' is not a number from 1 to 256"},
   };
   for (const auto& [text, complaint] : cases) {

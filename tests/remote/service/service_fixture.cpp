@@ -24,8 +24,9 @@ void ServiceTest::makePrompt(const std::string& name) const {
   writeBytes(platformPath(promptsPath(name)), "<xml/>");
 }
 
-ServiceAnswer ServiceTest::ask(const std::string& operation, json members) const {
-  members["token"] = kToken;
+ServiceAnswer ServiceTest::ask(const std::string& operation, json members,
+                               const std::string& token) const {
+  members["token"] = token;
   return post("/v1/" + operation, members.dump());
 }
 

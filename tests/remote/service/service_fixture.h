@@ -24,8 +24,9 @@ class ServiceTest : public SiteTest {
 
   ServiceProcess service;
 
-  /// Asks with the right token.
-  ServiceAnswer ask(const std::string& operation, nlohmann::json members) const;
+  /// Asks with the right token, or another one.
+  ServiceAnswer ask(const std::string& operation, nlohmann::json members,
+                    const std::string& token = kToken) const;
   ServiceAnswer query(const std::string& sql) const;
   ServiceAnswer execute(const std::string& sql) const;
   ServiceAnswer files(const std::string& directory, const std::string& pattern) const;
