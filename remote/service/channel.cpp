@@ -1,7 +1,5 @@
 #include "service/channel.h"
 
-#include <arpa/inet.h>
-#include <fcntl.h>
 #include <openssl/err.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -20,20 +18,6 @@ constexpr std::string_view kHeaderEnd = "\r\n\r\n";
 constexpr std::chrono::seconds kLinger{1};
 constexpr std::size_t kMaxLingerBytes = 1 << 20;
 
-void describe(const sockaddr_storage& peer, std::string& address, int& port) {
-  std::array<char, INET6_ADDRSTRLEN> text{};
-  if (peer.ss_family == AF_INET) {
-    const auto& v4 = reinterpret_cast<const sockaddr_in&>(peer);
-    inet_ntop(AF_INET, &v4.sin_addr, text.data(), text.size());
-    port = ntohs(v4.sin_port);
-  } else if (peer.ss_family == AF_INET6) {
-    const auto& v6 = reinterpret_cast<const sockaddr_in6&>(peer);
-    inet_ntop(AF_INET6, &v6.sin6_addr, text.data(), text.size());
-    port = ntohs(v6.sin6_port);
-  }
-  address = text.data();
-}
-
 bool wouldBlock() { return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR; }
 
 }  // namespace
@@ -42,9 +26,8 @@ Channel::Channel(Descriptor socket, SSL_CTX* tls, const ChannelLimits& limits, i
     : socket_(std::move(socket)),
       limits_(limits),
       stopSignal_(stopSignal),
-      readDeadline_(Clock::now() + limits.readTime) {
-  const int flags = fcntl(socket_.get(), F_GETFL);
-  fcntl(socket_.get(), F_SETFL, flags | O_NONBLOCK);
+      readDeadline_(Clock::now() + limits.readTime),
+      headerDeadline_(Clock::now() + limits.headerTime) {
   if (tls != nullptr) {
     tls_.reset(SSL_new(tls));
     if (tls_) SSL_set_fd(tls_.get(), socket_.get());
@@ -75,7 +58,11 @@ bool Channel::await(short events, Clock::time_point deadline, bool untilStopped)
   }
 }
 
-bool Channel::awaitRead() { return await(POLLIN, readDeadline_, true); }
+bool Channel::headersRead() const { return headerEndMatched_ == kHeaderEnd.size(); }
+
+Clock::time_point Channel::readDeadline() const {
+  return headersRead() ? readDeadline_ : headerDeadline_;
+}
 
 bool Channel::awaitWrite() {
   if (!writeDeadline_) writeDeadline_ = Clock::now() + limits_.writeTime;
@@ -85,7 +72,7 @@ bool Channel::awaitWrite() {
 /// Waits until the TLS session can continue; false when it cannot.
 bool Channel::awaitTls(int result, bool reading) {
   const Clock::time_point deadline =
-      reading ? readDeadline_ : writeDeadline_.value_or(Clock::now() + limits_.writeTime);
+      reading ? readDeadline() : writeDeadline_.value_or(Clock::now() + limits_.writeTime);
   switch (SSL_get_error(tls_.get(), result)) {
     case SSL_ERROR_WANT_READ:
       return await(POLLIN, deadline, reading);
@@ -130,7 +117,7 @@ ssize_t Channel::receive(char* target, size_t size) {
         fail("broken connection");
         return -1;
       }
-      if (!awaitRead()) return -1;
+      if (!await(POLLIN, readDeadline(), true)) return -1;
     }
   }
 }
@@ -138,7 +125,7 @@ ssize_t Channel::receive(char* target, size_t size) {
 bool Channel::withinLimits(std::string_view received) {
   for (const char c : received) {
     ++bytesRead_;
-    if (headerEndMatched_ == kHeaderEnd.size()) continue;
+    if (headersRead()) continue;
     if (bytesRead_ > limits_.headerBytes) return fail("header too large");
     if (c == kHeaderEnd[headerEndMatched_]) {
       ++headerEndMatched_;
@@ -151,7 +138,9 @@ bool Channel::withinLimits(std::string_view received) {
 
 bool Channel::fill() {
   // Ends a request that never stops arriving, a byte at a time.
-  if (Clock::now() >= readDeadline_) return fail("too slow");
+  if (Clock::now() >= readDeadline()) return fail("too slow");
+  // What has been written was not the response yet.
+  writeDeadline_.reset();
   const ssize_t received = receive(buffer_.data(), buffer_.size());
   if (received <= 0) return false;
   bufferStart_ = 0;
@@ -219,22 +208,6 @@ void Channel::finish() {
     } else if (!await(POLLIN, deadline, true)) {
       return;
     }
-  }
-}
-
-void Channel::get_remote_ip_and_port(std::string& address, int& port) const {
-  sockaddr_storage peer{};
-  socklen_t length = sizeof(peer);
-  if (getpeername(socket_.get(), reinterpret_cast<sockaddr*>(&peer), &length) == 0) {
-    describe(peer, address, port);
-  }
-}
-
-void Channel::get_local_ip_and_port(std::string& address, int& port) const {
-  sockaddr_storage own{};
-  socklen_t length = sizeof(own);
-  if (getsockname(socket_.get(), reinterpret_cast<sockaddr*>(&own), &length) == 0) {
-    describe(own, address, port);
   }
 }
 

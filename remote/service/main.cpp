@@ -15,9 +15,11 @@
 #include <vector>
 
 #include "service/credentials.h"
+#include "service/accept_loop.h"
 #include "service/descriptor.h"
 #include "service/journal.h"
-#include "service/listener.h"
+#include "service/http_server.h"
+#include "service/listening_socket.h"
 #include "service/options.h"
 #include "service/statement_process.h"
 
@@ -45,13 +47,13 @@ void limitMemory([[maybe_unused]] std::size_t megabytes) {
 #endif
 }
 
-/// Waits for signals. SIGHUP reads tokens, certificate and key again. SIGTERM or SIGINT stops the
-/// listener; the process exits at once on a second one, and when a request is still running long
+/// Waits for signals. SIGHUP reads tokens, certificate and key again. SIGTERM or SIGINT gives the
+/// stop signal; the process exits at once on a second one, and when a request is still running long
 /// after its time, such as a listing of a lost disk.
 class Signals {
  public:
-  Signals(Listener& listener, int stopSignal, std::function<Credentials()> readAgain)
-      : listener_(listener),
+  Signals(HttpServer& server, int stopSignal, std::function<Credentials()> readAgain)
+      : server_(server),
         stopSignal_(stopSignal),
         readAgain_(std::move(readAgain)),
         waiter_([this] { wait(); }) {}
@@ -65,7 +67,7 @@ class Signals {
  private:
   void reload() {
     try {
-      listener_.use(std::make_shared<const Credentials>(readAgain_()));
+      server_.use(std::make_shared<const Credentials>(readAgain_()));
       writeJournal("reloaded");
     } catch (const std::exception& error) {
       // The old ones stay in use.
@@ -94,12 +96,10 @@ class Signals {
         writeJournal("stopping");
         eventfd_write(stopSignal_, 1);
       }
-      // Repeated, because the listener may be about to listen again.
-      if (ending) listener_.stop();
     }
   }
 
-  Listener& listener_;
+  HttpServer& server_;
   const int stopSignal_;
   const std::function<Credentials()> readAgain_;
   std::atomic<bool> over_ = false;
@@ -113,18 +113,35 @@ Credentials readCredentialsAgain(const std::vector<std::string>& arguments, bool
   return Credentials(options);
 }
 
+std::string urlOf(const ServiceOptions& options, int port) {
+  const bool v6 = options.address.find(':') != std::string::npos;
+  return (options.plainHttp ? "http://" : "https://") +
+         (v6 ? "[" + options.address + "]" : options.address) + ":" + std::to_string(port);
+}
+
+bool serve(const ServiceOptions& options, HttpServer& server, int stopSignal) {
+  std::optional<Descriptor> listening = listenOn(options.address, options.port);
+  if (!listening) {
+    std::cerr << "tlcommd: cannot listen on " << options.address << " port " << options.port
+              << '\n';
+    return false;
+  }
+  const int port = portOf(*listening);
+  AcceptLoop loop(*std::move(listening), options, server);
+  writeJournal("listening", {{"url", urlOf(options, port)}});
+  loop.run(stopSignal);
+  return true;
+}
+
 int run(const ServiceOptions& options, const std::vector<std::string>& arguments) {
   const Descriptor stopSignal(eventfd(0, EFD_CLOEXEC));
-  Listener listener(options, stopSignal.get());
+  HttpServer server(options, stopSignal.get());
   limitMemory(options.memoryMegabytes);
-  const Signals signals(listener, stopSignal.get(),
+  const Signals signals(server, stopSignal.get(),
                         [&] { return readCredentialsAgain(arguments, options.plainHttp); });
-  if (listener.serve()) {
-    writeJournal("stopped");
-    return 0;
-  }
-  std::cerr << "tlcommd: cannot listen on " << options.address << " port " << options.port << '\n';
-  return kFailure;
+  if (!serve(options, server, stopSignal.get())) return kFailure;
+  writeJournal("stopped");
+  return 0;
 }
 
 }  // namespace

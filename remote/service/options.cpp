@@ -1,5 +1,6 @@
 #include "service/options.h"
 
+#include <algorithm>
 #include <charconv>
 #include <functional>
 
@@ -62,12 +63,14 @@ const std::vector<Setting>& settings() {
       {"plain-http", "yes serves without TLS, on a loopback address only (no)", setPlainHttp},
       {"workers", "requests handled at a time (8)",
        number<std::size_t>(&ServiceOptions::workers, 1, 256)},
-      {"waiting", "connections that may wait for a worker (64)",
-       number<std::size_t>(&ServiceOptions::waiting, 0, 10'000)},
+      {"waiting", "connections that may wait for their first byte or a worker (512)",
+       number<std::size_t>(&ServiceOptions::waiting, 1, 10'000)},
       {"request-bytes", "largest request (1048576)",
        number<std::size_t>(&ServiceOptions::requestBytes, 1024, kMaxBytes)},
       {"response-bytes", "largest response (67108864)",
        number<std::size_t>(&ServiceOptions::responseBytes, 1024, remote::kMaxAnswerBytes)},
+      {"header-seconds", "time for a connection's first byte, TLS handshake and headers (5)",
+       seconds(&ServiceOptions::headerSeconds)},
       {"request-seconds", "time for a request to arrive (10)",
        seconds(&ServiceOptions::requestSeconds)},
       {"response-seconds", "time for a response to be taken (60)",
@@ -201,6 +204,7 @@ ServiceOptions readOptions(const std::vector<std::string>& arguments) {
   if (!options.tokenFile.empty()) {
     options.tokens.push_back({"default", Rights::ReadAndWrite, options.tokenFile});
   }
+  options.headerSeconds = std::min(options.headerSeconds, options.requestSeconds);
   check(options);
   return options;
 }

@@ -38,9 +38,10 @@ struct ServiceOptions {
   std::string tokenFile;
   bool plainHttp = false;
   std::size_t workers = 8;
-  std::size_t waiting = 64;
+  std::size_t waiting = 512;
   std::size_t requestBytes = 1 << 20;
   std::size_t responseBytes = remote::kMaxAnswerBytes;
+  std::chrono::seconds headerSeconds{5};
   std::chrono::seconds requestSeconds{10};
   std::chrono::seconds responseSeconds{60};
   std::chrono::seconds statementSeconds{60};

@@ -2,15 +2,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <future>
-#include <stdexcept>
 
 #include "harness/core_fixture.h"
 #include "harness/scratch.h"
 #include "service/directories.h"
 #include "service/options.h"
 #include "service/refusal.h"
-#include "service/work_queue.h"
 #include "shared/loopback.h"
 
 namespace tlpacscfg::test {
@@ -112,17 +109,6 @@ TEST_F(SharedDirectoryTest, APatternIsOneForNames) {
 TEST_F(SharedDirectoryTest, LetterCaseCountsWhenItIsAskedFor) {
   const FileQuery query = {.directory = L"Z:\\site", .pattern = L"*.XML", .ignoreCase = false};
   EXPECT_EQ(listFiles(shared, query), Names{});
-}
-
-TEST(WorkQueueTest, WorkThatFailsEndsNeitherItsWorkerNorTheOthers) {
-  service::WorkQueue queue(1, 8);
-  const auto fail = [] { throw std::runtime_error("failed"); };
-  for (int i = 0; i < 3; ++i) queue.enqueue(fail);
-  std::promise<void> done;
-  queue.enqueue([&] { done.set_value(); });
-  done.get_future().get();
-  queue.shutdown();
-  EXPECT_NO_THROW(queue.enqueue(fail)) << "It is turned away, on this thread.";
 }
 
 TEST(LoopbackTest, OnlyThisComputerIsMeant) {

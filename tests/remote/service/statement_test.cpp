@@ -48,7 +48,7 @@ TEST_F(StatementTest, OneThatTakesTooLongIsEnded) {
 }
 
 TEST_F(StatementTest, MoreThanThereAreWorkersStopTheOthersNotForGood) {
-  startService({"--statement-seconds", "1", "--workers", "2"});
+  startService({"--statement-seconds", "1", "--workers", "4"});
   const RawClient stuck[] = {RawClient(service.port()), RawClient(service.port()),
                              RawClient(service.port())};
   for (const RawClient& client : stuck) client.send(requestFor(kEndless));
