@@ -8,7 +8,7 @@
 namespace tlpacscfg::bench::bare {
 namespace {
 
-// The component's choices (see odbc/block_fetch.cpp).
+// The component's choices (see odbc/fetch.cpp).
 constexpr std::size_t kBlockBytes = 1 << 20;
 constexpr std::size_t kMaxRows = 2000;
 constexpr std::size_t kMinWidth = 32;

@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "odbc/block_fetch.h"
+#include "odbc/fetch.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 

@@ -40,7 +40,7 @@ std::string run(const Statement& statement, const StatementLimits& limits) {
   connection.limitStatements({.time = limits.time, .resultCharacters = limits.answerBytes});
   const std::wstring sql = fromUtf8(statement.sql);
   if (statement.kind == StatementKind::Query) {
-    return answerOf(connection.query(sql), limits.answerBytes);
+    return answerOf(connection.queryOnce(sql), limits.answerBytes);
   }
   connection.execute(sql);
   return R"({"done":true})";

@@ -135,17 +135,29 @@ auto Connection::recordingFailure(Work work) {
 }
 
 Table Connection::query(std::wstring_view sql) {
-  return recordingFailure([&] { return fetch(sql); });
+  return recordingFailure(
+      [&] { return fetch(sql, onlyReads(sql) ? Fetch::Blocks : Fetch::Cells); });
 }
 
-Table Connection::fetch(std::wstring_view sql) {
+Table Connection::queryOnce(std::wstring_view sql) {
+  Table table;
+  const auto read = [&] { table = fetch(sql, Fetch::Cells); };
+  if (onlyReads(sql)) {
+    recordingFailure(read);
+  } else {
+    asTransaction(read);
+  }
+  return table;
+}
+
+Table Connection::fetch(std::wstring_view sql, Fetch way) {
   if (dialect_ == Dialect::AccessReader) {
     const AccessReaderQuery plan = accessReaderQueryFor(sql);
     const StatementHandle statement = newStatement();
     const auto execute = [&] { executeDirect(statement, plan.statement); };
     execute();
     return plan.apply(
-        fetchAll(statement, RowArrays::Unsupported, execute, limits_.resultCharacters));
+        fetchBlocks(statement, RowArrays::Unsupported, execute, limits_.resultCharacters));
   }
   Table table;
   for (const std::wstring& text : statementsFor(dialect_, sql)) {
@@ -153,7 +165,9 @@ Table Connection::fetch(std::wstring_view sql) {
     const auto execute = [&] { executeDirect(statement, text); };
     execute();
     if (columnCount(statement) > 0) {
-      table = fetchAll(statement, RowArrays::Supported, execute, limits_.resultCharacters);
+      table = way == Fetch::Cells
+                  ? fetchCells(statement, limits_.resultCharacters)
+                  : fetchBlocks(statement, RowArrays::Supported, execute, limits_.resultCharacters);
     }
     drain(statement);
   }
@@ -162,9 +176,14 @@ Table Connection::fetch(std::wstring_view sql) {
 
 void Connection::execute(std::wstring_view sql) {
   if (inTransaction_) return recordingFailure([&] { run(sql); });
+  asTransaction([&] { run(sql); });
+}
+
+template <class Work>
+void Connection::asTransaction(Work work) {
   begin();
   try {
-    recordingFailure([&] { run(sql); });
+    recordingFailure(work);
     commit();
   } catch (...) {
     rollBack();

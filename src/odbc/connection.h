@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "odbc/block_fetch.h"
 #include "odbc/dialect.h"
+#include "odbc/fetch.h"
 #include "odbc/handle.h"
 #include "odbc/table.h"
 
@@ -70,8 +70,12 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  /// All rows of the first result that has columns; an error in a later result is an error too.
+  /// All rows of the first result that has columns; an error in a later result is an error too. A
+  /// text that only reads may be executed again to read a long cell.
   Table query(std::wstring_view sql);
+
+  /// The same for a foreign text, which is executed once, and as one transaction if it may write.
+  Table queryOnce(std::wstring_view sql);
 
   /// Runs one or several statements in one transaction: all of them, or none. They join a
   /// transaction that is open.
@@ -99,9 +103,12 @@ class Connection {
  private:
   void open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_view parameters);
   void run(std::wstring_view sql);
-  Table fetch(std::wstring_view sql);
+  enum class Fetch { Blocks, Cells };
+  Table fetch(std::wstring_view sql, Fetch way);
   template <class Work>
   auto recordingFailure(Work work);
+  template <class Work>
+  void asTransaction(Work work);
   void begin();
   void commit();
   void rollBack() noexcept;

@@ -146,6 +146,19 @@ Dialect dialectOf(std::wstring_view dbmsName) {
   return Dialect::SqlServer;
 }
 
+bool onlyReads(std::wstring_view sql) {
+  constexpr const wchar_t* kWriting[] = {L"INTO", L"INSERT",   L"UPDATE", L"DELETE",  L"MERGE",
+                                         L"EXEC", L"CREATE",   L"ALTER",  L"DROP",    L"EXECUTE",
+                                         L"SET",  L"TRUNCATE", L"COMMIT", L"ROLLBACK"};
+  const std::vector<SqlToken> tokens = sqlTokens(sql);
+  const std::size_t first = skipSpace(tokens, 0);
+  return first < tokens.size() && tokens[first].isWord(L"SELECT") &&
+         std::none_of(tokens.begin(), tokens.end(), [&](const SqlToken& token) {
+           return std::any_of(std::begin(kWriting), std::end(kWriting),
+                              [&](const wchar_t* word) { return token.isWord(word); });
+         });
+}
+
 std::vector<std::wstring> statementsFor(Dialect dialect, std::wstring_view sql) {
   if (dialect != Dialect::Sqlite) return {std::wstring(sql)};
   std::vector<std::wstring> statements;

@@ -79,13 +79,44 @@ TEST_F(OdbcConnectionTest, ALongTextInALaterBlockIsReadCompletely) {
   EXPECT_EQ(cell(table, 1, 4999), L"x");
 }
 
+TEST_F(OdbcConnectionTest, AForeignTextIsOneTransaction) {
+  addWorkstation(L"A", L"1");
+  const std::wstring change = L"UPDATE System_pc_names SET flag2 = flag2 + 1\r\n\r\n";
+  const std::wstring wide = change + L"SELECT hex(zeroblob(10000))";
+  EXPECT_EQ(cell(connection.queryOnce(wide), 0, 0).size(), 20'000U);
+  EXPECT_EQ(site.value(L"select flag2 from System_pc_names"), L"2");
+  EXPECT_THROW(connection.queryOnce(change + L"SELECT * FROM Missing"), Error);
+  connection.limitStatements({.resultCharacters = 1000});
+  EXPECT_THROW(connection.queryOnce(wide), ResultTooLarge);
+  EXPECT_EQ(site.value(L"select flag2 from System_pc_names"), L"2");
+}
+
+TEST_F(OdbcConnectionTest, ACellThatIsReadInPiecesIsComplete) {
+  for (const std::size_t length : {0U, 4094U, 4095U, 4096U, 8190U, 8191U, 100'000U}) {
+    // The last character takes two units of UTF-16.
+    const std::wstring text = std::wstring(length, L'x') + fromUtf8("\U0001F4C4");
+    connection.execute(L"DELETE FROM System_pc_names");
+    connection.execute(L"INSERT INTO System_pc_names VALUES('A', '" + text + L"', NULL)");
+    const Table table = connection.queryOnce(
+        L"SELECT pc_name, access_string, flag2, 7, '', -1.5 FROM System_pc_names");
+    EXPECT_EQ(cell(table, 0, 0), L"A");
+    EXPECT_EQ(cell(table, 1, 0), text) << length;
+    EXPECT_EQ(table.at(2, 0), std::nullopt);
+    EXPECT_EQ(cell(table, 3, 0), L"7");
+    EXPECT_EQ(table.at(4, 0), L"");
+    EXPECT_EQ(cell(table, 5, 0), L"-1.5");
+  }
+}
+
 TEST_F(OdbcConnectionTest, AResultMayBeAsLargeAsItsLimit) {
   // Each cell counts three characters more than its text has.
   const std::wstring query = L"SELECT 'abc', NULL UNION ALL SELECT 'de', ''";
   connection.limitStatements({.resultCharacters = 17});
   EXPECT_EQ(connection.query(query).rows(), 2U);
+  EXPECT_EQ(connection.queryOnce(query).rows(), 2U);
   connection.limitStatements({.resultCharacters = 16});
   EXPECT_THROW(connection.query(query), ResultTooLarge);
+  EXPECT_THROW(connection.queryOnce(query), ResultTooLarge);
   EXPECT_EQ(connection.query(L"SELECT 1").rows(), 1U) << "The connection goes on.";
 }
 

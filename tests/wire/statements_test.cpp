@@ -279,6 +279,33 @@ TEST_F(WireStatementTest, AWorkstationNameWithAQuoteIsSentUnescaped) {
   EXPECT_THAT(newRecord(), ::testing::Contains(batch(assignment(L"O'BRIEN-PC", L"0"))));
 }
 
+TEST_F(WireStatementTest, ATextThatWritesIsExecutedOnceHoweverLongItsCells) {
+  const std::wstring text = L"INSERT INTO t OUTPUT inserted.note VALUES('')";
+  const std::wstring note = std::wstring(4095, L'x') + std::wstring(10'000, L'ü');
+  answer(L"INSERT", {{"note", "nvarchar(max)"}, {"id", "int"}},
+         {{note, L"7"}, {std::nullopt, L"8"}});
+  connect();
+  const std::vector<Table> tables = {modMain.g_conSql->query(text),
+                                     modMain.g_conSql->queryOnce(text)};
+  for (const Table& table : tables) {
+    ASSERT_EQ(table.rows(), 2U);
+    EXPECT_EQ(table.at(0, 0), note);
+    EXPECT_EQ(table.at(1, 0), L"7");
+    EXPECT_EQ(table.at(0, 1), std::nullopt);
+    EXPECT_EQ(table.at(1, 1), L"8");
+  }
+  EXPECT_THAT(newRecord(),
+              ElementsAre(batch(text), transaction("begin"), batch(text), transaction("commit")));
+}
+
+TEST_F(WireStatementTest, AForeignTextThatOnlyReadsIsExecutedOnceWithoutATransaction) {
+  const std::wstring text = L"SELECT note FROM t";
+  answer(text, {{"note", "nvarchar(max)"}}, {{std::wstring(10'000, L'x')}});
+  connect();
+  EXPECT_EQ(modMain.g_conSql->queryOnce(text).at(0, 0), std::wstring(10'000, L'x'));
+  EXPECT_THAT(newRecord(), ElementsAre(batch(text)));
+}
+
 TEST_F(WireStatementTest, TheQueryForAWorkstationsRowHasFiveLines) {
   answer(L"select key_value ", {{"key_value", "nvarchar(255)"}}, {{L"7"}});
   connect();

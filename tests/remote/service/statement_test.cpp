@@ -76,6 +76,16 @@ TEST_F(StatementTest, OneThatWaitsForALockIsEndedAndChangesNothing) {
   EXPECT_EQ(execute(insert).status, 200);
 }
 
+TEST_F(StatementTest, OneWhoseResultIsRefusedChangesNothing) {
+  startService({"--response-bytes", "1024"});
+  addWorkstation(L"A", L"1");
+  const std::string change = "UPDATE System_pc_names SET flag2 = flag2 + 1\r\n\r\n";
+  EXPECT_EQ(query(change + "SELECT hex(zeroblob(10000))").status, 422);
+  EXPECT_EQ(site.value(L"select flag2 from System_pc_names"), L"1");
+  EXPECT_EQ(query(change + "SELECT 1").status, 200);
+  EXPECT_EQ(site.value(L"select flag2 from System_pc_names"), L"2");
+}
+
 TEST_F(StatementTest, ACrashingDriverAffectsNothingElse) {
   startService({});
   const RawClient client(service.port());

@@ -1,7 +1,9 @@
-#include "odbc/block_fetch.h"
+#include "odbc/fetch.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 namespace tlpacscfg::odbc {
@@ -38,13 +40,40 @@ Encoding encodingOf(SQLSMALLINT type) {
   }
 }
 
+SQLUSMALLINT columnCount(const StatementHandle& statement) {
+  SQLSMALLINT count = 0;
+  statement.verify(SQLNumResultCols(statement.get(), &count));
+  return static_cast<SQLUSMALLINT>(count);
+}
+
+/// What the cells of a result may still hold.
+class Budget {
+ public:
+  explicit Budget(std::size_t characters) : left_(characters) {}
+
+  void takeCell(std::size_t characters) {
+    if (characters > left_ || left_ - characters < kCellCharacters) throw ResultTooLarge();
+    left_ -= characters + kCellCharacters;
+  }
+  std::size_t left() const { return left_; }
+
+ private:
+  std::size_t left_;
+};
+
+void append(Table& table, std::u16string_view text) {
+  if constexpr (sizeof(wchar_t) == sizeof(SQLWCHAR)) {
+    table.append(std::wstring_view(reinterpret_cast<const wchar_t*>(text.data()), text.size()));
+  } else {
+    table.append(fromUtf16(text));
+  }
+}
+
 class BlockFetch {
  public:
   BlockFetch(const StatementHandle& statement, RowArrays rowArrays, std::size_t maxCharacters)
       : statement_(statement), rowArrays_(rowArrays), maxCharacters_(maxCharacters) {
-    SQLSMALLINT count = 0;
-    statement_.verify(SQLNumResultCols(statement_.get(), &count));
-    columns_.resize(static_cast<std::size_t>(count));
+    columns_.resize(columnCount(statement));
     for (std::size_t i = 0; i < columns_.size(); ++i) describe(i);
   }
 
@@ -62,7 +91,7 @@ class BlockFetch {
   bool fetch(Table& table) {
     bind();
     table = Table(columns_.size());
-    remaining_ = maxCharacters_;
+    Budget budget(maxCharacters_);
     bool complete = true;
     for (;;) {
       const SQLRETURN code = SQLFetch(statement_.get());
@@ -73,7 +102,7 @@ class BlockFetch {
         if (rowArrays_ == RowArrays::Supported && status_[row] == SQL_ROW_ERROR) {
           fail(SQL_HANDLE_STMT, statement_.get());
         }
-        for (Column& column : columns_) complete = append(column, row, table) && complete;
+        for (Column& column : columns_) complete = append(column, row, table, budget) && complete;
       }
     }
   }
@@ -119,18 +148,12 @@ class BlockFetch {
     statement_.verify(SQLSetStmtAttrW(statement_.get(), attribute, value, 0));
   }
 
-  void count(std::size_t characters) {
-    if (characters > remaining_ || remaining_ - characters < kCellCharacters)
-      throw ResultTooLarge();
-    remaining_ -= characters + kCellCharacters;
-  }
-
   /// Appends the cell. False when it did not fit: the column has then grown.
-  bool append(Column& column, std::size_t row, Table& table) {
+  static bool append(Column& column, std::size_t row, Table& table, Budget& budget) {
     // Some drivers write only 32 bits of a length; no cell needs more.
     const auto length = static_cast<std::int32_t>(column.lengths[row]);
     if (length == SQL_NULL_DATA) {
-      count(0);
+      budget.takeCell(0);
       table.append(std::nullopt);
       return true;
     }
@@ -139,7 +162,7 @@ class BlockFetch {
     const std::size_t needed = length == SQL_NO_TOTAL
                                    ? bound * 2
                                    : static_cast<std::size_t>(length) / column.characterBytes() + 1;
-    count(needed - 1);
+    budget.takeCell(needed - 1);
     if (needed > bound) {
       column.width = std::max(column.width, needed);
       table.append(std::nullopt);
@@ -149,32 +172,60 @@ class BlockFetch {
     if (column.encoding == Encoding::Ascii) {
       table.append(fromUtf8(std::string_view(text, needed - 1)));
     } else {
-      appendText(table, odbcView(reinterpret_cast<const SQLWCHAR*>(text), needed - 1));
+      odbc::append(table, odbcView(reinterpret_cast<const SQLWCHAR*>(text), needed - 1));
     }
     return true;
-  }
-
-  static void appendText(Table& table, std::u16string_view text) {
-    if constexpr (sizeof(wchar_t) == sizeof(SQLWCHAR)) {
-      table.append(std::wstring_view(reinterpret_cast<const wchar_t*>(text.data()), text.size()));
-    } else {
-      table.append(fromUtf16(text));
-    }
   }
 
   const StatementHandle& statement_;
   RowArrays rowArrays_;
   std::size_t maxCharacters_;
-  std::size_t remaining_ = 0;
   std::vector<Column> columns_;
   std::vector<SQLUSMALLINT> status_;
   SQLULEN fetched_ = 0;
 };
 
+/// Reads cells from a statement's current row. Keeps its buffers from one cell to the next.
+class CellFetch {
+ public:
+  explicit CellFetch(const StatementHandle& statement) : statement_(statement), piece_(4096) {}
+
+  /// nullopt for NULL.
+  std::optional<std::u16string_view> read(SQLUSMALLINT column, Budget& budget) {
+    text_.clear();
+    const std::size_t room = piece_.size() - 1;  // The driver adds a terminator.
+    for (bool whole = false; !whole;) {
+      SQLLEN bytes = 0;
+      const SQLRETURN code =
+          SQLGetData(statement_.get(), column, SQL_C_WCHAR, piece_.data(),
+                     static_cast<SQLLEN>(piece_.size() * sizeof(SQLWCHAR)), &bytes);
+      if (code == SQL_NO_DATA) break;
+      statement_.verify(code);
+      // Some drivers write only 32 bits of a length; no cell needs more.
+      const auto length = static_cast<std::int32_t>(bytes);
+      if (length == SQL_NULL_DATA) {
+        budget.takeCell(0);
+        return std::nullopt;
+      }
+      const std::size_t left = static_cast<std::size_t>(length) / sizeof(SQLWCHAR);
+      whole = length != SQL_NO_TOTAL && left <= room;
+      text_ += odbcView(piece_.data(), whole ? left : room);
+      if (text_.size() > budget.left()) throw ResultTooLarge();
+    }
+    budget.takeCell(text_.size());
+    return text_;
+  }
+
+ private:
+  const StatementHandle& statement_;
+  std::vector<SQLWCHAR> piece_;
+  std::u16string text_;
+};
+
 }  // namespace
 
-Table fetchAll(const StatementHandle& statement, RowArrays rowArrays,
-               const std::function<void()>& executeAgain, std::size_t maxCharacters) {
+Table fetchBlocks(const StatementHandle& statement, RowArrays rowArrays,
+                  const std::function<void()>& executeAgain, std::size_t maxCharacters) {
   BlockFetch block(statement, rowArrays, maxCharacters);
   Table table;
   while (!block.fetch(table)) {
@@ -182,6 +233,25 @@ Table fetchAll(const StatementHandle& statement, RowArrays rowArrays,
     executeAgain();
   }
   return table;
+}
+
+Table fetchCells(const StatementHandle& statement, std::size_t maxCharacters) {
+  const SQLUSMALLINT columns = columnCount(statement);
+  Table table(columns);
+  Budget budget(maxCharacters);
+  CellFetch cells(statement);
+  for (;;) {
+    const SQLRETURN code = SQLFetch(statement.get());
+    if (code == SQL_NO_DATA) return table;
+    statement.verify(code);
+    for (SQLUSMALLINT column = 1; column <= columns; ++column) {
+      if (const auto text = cells.read(column, budget)) {
+        append(table, *text);
+      } else {
+        table.append(std::nullopt);
+      }
+    }
+  }
 }
 
 }  // namespace tlpacscfg::odbc
