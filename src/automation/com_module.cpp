@@ -17,8 +17,8 @@ namespace {
 constexpr DWORD kNoThread = 0;
 
 std::mutex mutex;
-std::atomic<long> objects = 0;
-std::atomic<long> locks = 0;
+std::atomic<long> objectCount = 0;
+std::atomic<long> lockCount = 0;
 /// The thread that shared state belongs to, until it is released.
 std::atomic<DWORD> ownerThread = kNoThread;
 
@@ -34,11 +34,11 @@ ObjectReference::ObjectReference() {
   const std::scoped_lock lock(mutex);
   checkThread();
   if (comServer().releaseSharedState) ownerThread = GetCurrentThreadId();
-  ++objects;
+  ++objectCount;
 }
 
 ObjectReference::~ObjectReference() {
-  if (--objects > 0) return;
+  if (--objectCount > 0) return;
   if (const auto release = comServer().releaseSharedState) {
     guarded([&] {
       release();
@@ -47,7 +47,7 @@ ObjectReference::~ObjectReference() {
   }
   const std::scoped_lock lock(mutex);
   // Releasing may have let the host create an object.
-  if (objects == 0) ownerThread = kNoThread;
+  if (objectCount == 0) ownerThread = kNoThread;
   typeLibrary() = nullptr;
 }
 
@@ -56,10 +56,10 @@ void checkThread() {
   if (owner != kNoThread && owner != GetCurrentThreadId()) throw ComError(RPC_E_WRONG_THREAD);
 }
 
-void lockServer() { ++locks; }
-void unlockServer() { --locks; }
+void lockServer() { ++lockCount; }
+void unlockServer() { --lockCount; }
 
-bool mayUnload() { return objects == 0 && locks == 0; }
+bool mayUnload() { return objectCount == 0 && lockCount == 0; }
 
 std::wstring modulePath() {
   std::array<wchar_t, 32768> path{};
