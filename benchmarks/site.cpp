@@ -140,8 +140,8 @@ void makeSite(const Site& site) {
   makeTables(database);
   addRows(site);
   setValue(L"SOFTWARE\\ODBC\\ODBC.INI\\" + site.dataSource, L"DATABASE", site.dataSource);
-  setValue(L"SOFTWARE\\TlCommClient", L"Token", environmentVariable("TL_BENCH_TOKEN"));
-  setValue(L"SOFTWARE\\TlCommClient", L"Transport", L"http");
+  setValue(L"SOFTWARE\\TlCommClient\\127.0.0.1", L"Token", environmentVariable("TL_BENCH_TOKEN"));
+  setValue(L"SOFTWARE\\TlCommClient\\127.0.0.1", L"Transport", L"http");
 }
 
 void makeServerSite(const Site& site) {

@@ -20,20 +20,30 @@ using Clock = std::chrono::steady_clock;
 using Handle = UniqueHandle<HINTERNET, WinHttpCloseHandle>;
 using Certificate = UniqueHandle<PCCERT_CONTEXT, CertFreeCertificateContext>;
 
+/// A call without an answer that took at least this long is followed by a pause.
+constexpr std::chrono::milliseconds kMinLoss{500};
+constexpr std::chrono::seconds kMaxPause{5};
+
+/// Nothing came from the service.
+class NoAnswer : public ClientError {
+ public:
+  using ClientError::ClientError;
+};
+
 [[noreturn]] void failWith(DWORD code) {
   switch (code) {
     case ERROR_WINHTTP_TIMEOUT:
     case WSAETIMEDOUT:
-      throw ClientError(L"The service did not answer in time.");
+      throw NoAnswer(L"The service did not answer in time.");
     case ERROR_WINHTTP_CANNOT_CONNECT:
-      throw ClientError(L"There is no connection to the service.");
+      throw NoAnswer(L"There is no connection to the service.");
     case ERROR_WINHTTP_NAME_NOT_RESOLVED:
-      throw ClientError(L"The service's host is not known.");
+      throw NoAnswer(L"The service's host is not known.");
     case ERROR_WINHTTP_CONNECTION_ERROR:
     case ERROR_WINHTTP_INVALID_SERVER_RESPONSE:
     case WSAECONNABORTED:
     case WSAECONNRESET:
-      throw ClientError(L"The service broke the connection off.");
+      throw NoAnswer(L"The service broke the connection off.");
     case ERROR_WINHTTP_SECURE_FAILURE:
     case ERROR_WINHTTP_SECURE_CHANNEL_ERROR:
     case ERROR_WINHTTP_SECURE_INVALID_CA:
@@ -78,6 +88,8 @@ class Deadline {
     if (time.count() <= 0) failWith(ERROR_WINHTTP_TIMEOUT);
     return time;
   }
+
+  bool isOver() const { return Clock::now() >= end_; }
 
   /// Limits each step of the request, not their sum.
   void applyTo(HINTERNET request) const {
@@ -138,19 +150,27 @@ struct Endpoint::Connection {
     session.reset(WinHttpOpen(L"TlCommClient", WINHTTP_ACCESS_TYPE_NO_PROXY, WINHTTP_NO_PROXY_NAME,
                               WINHTTP_NO_PROXY_BYPASS, 0));
     check(static_cast<bool>(session));
-    if (!settings.plainHttp) {
-      setOption(session.get(), WINHTTP_OPTION_SECURE_PROTOCOLS,
-                WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2);
-    }
+    if (!settings.plainHttp) setTlsVersions();
     connection.reset(WinHttpConnect(session.get(), host.c_str(), port, 0));
     check(static_cast<bool>(connection));
   }
 
-  bool certificateIsPinned() const { return settings.fingerprint && !settings.plainHttp; }
+  bool certificateIsPinned() const { return !settings.fingerprints.empty() && !settings.plainHttp; }
 
   Settings settings;
   Handle session;
   Handle connection;
+
+ private:
+  void setTlsVersions() const {
+    DWORD versions = WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2 | WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_3;
+    if (WinHttpSetOption(session.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, &versions,
+                         sizeof(versions))) {
+      return;
+    }
+    // Windows before 11 and Server 2022 does not know TLS 1.3.
+    setOption(session.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2);
+  }
 };
 
 /// One request and its answer, on a thread of its own.
@@ -171,12 +191,15 @@ class Endpoint::Call {
       check(WinHttpReceiveResponse(request.get(), nullptr));
       answer_ = {statusOf(request.get()), readBody(request.get(), deadline_)};
     } catch (...) {
+      timedOut_ = deadline_.isOver();
       failure_ = std::current_exception();
     }
   }
 
   /// After run() has returned.
   Answer take() {
+    // A step that ran out of time may report something else, a TLS handshake its certificate.
+    if (failure_ && timedOut_) failWith(ERROR_WINHTTP_TIMEOUT);
     if (failure_) std::rethrow_exception(failure_);
     return std::move(answer_);
   }
@@ -221,8 +244,10 @@ class Endpoint::Call {
     DWORD size = sizeof(PCCERT_CONTEXT);
     check(WinHttpQueryOption(request, WINHTTP_OPTION_SERVER_CERT_CONTEXT, &context, &size));
     const Certificate certificate(context);
-    if (!certificate || sha256(context->pbCertEncoded, context->cbCertEncoded) !=
-                            *connection_->settings.fingerprint) {
+    if (!certificate) failWith(ERROR_WINHTTP_SECURE_INVALID_CERT);
+    const Fingerprint shown = sha256(context->pbCertEncoded, context->cbCertEncoded);
+    if (std::ranges::find(connection_->settings.fingerprints, shown) ==
+        connection_->settings.fingerprints.end()) {
       failWith(ERROR_WINHTTP_SECURE_INVALID_CERT);
     }
   }
@@ -232,6 +257,7 @@ class Endpoint::Call {
   const std::string json_;
   const Deadline deadline_;
   Answer answer_;
+  bool timedOut_ = false;
   std::exception_ptr failure_;
 };
 
@@ -242,12 +268,28 @@ Endpoint::Endpoint(Settings settings, const std::wstring& host, INTERNET_PORT po
 
 const std::wstring& Endpoint::token() const { return connection_->settings.token; }
 
-Answer Endpoint::post(const std::wstring& path, const std::string& json) const {
+Answer Endpoint::exchange(const std::wstring& path, const std::string& json) const {
   const Deadline deadline(timeout_);
   // WinHTTP has no limit of its own for a stalled handshake or an answer that trickles in.
   const auto call = std::make_shared<Call>(connection_, path, json, deadline);
   if (!doneInTime([call] { call->run(); }, deadline.left())) failWith(ERROR_WINHTTP_TIMEOUT);
   return call->take();
+}
+
+Answer Endpoint::post(const std::wstring& path, const std::string& json) {
+  const Clock::time_point start = Clock::now();
+  if (start < pauseEnd_) throw ClientError(pauseReason_);
+  try {
+    return exchange(path, json);
+  } catch (const NoAnswer& failure) {
+    const Clock::time_point end = Clock::now();
+    // A refusal that came at once costs nothing when it is repeated.
+    if (end - start >= kMinLoss) {
+      pauseReason_ = failure.text();
+      pauseEnd_ = end + std::min<Clock::duration>(end - start, kMaxPause);
+    }
+    throw;
+  }
 }
 
 }  // namespace tlpacscfg::client

@@ -25,8 +25,10 @@ class Endpoint {
            std::chrono::seconds timeout);
 
   /// Sends a JSON text and returns the answer. The time-out covers the whole exchange, from the
-  /// connection to the last byte.
-  Answer post(const std::wstring& path, const std::string& json) const;
+  /// connection to the last byte. After a call to which the service did not answer, further calls
+  /// fail at once for the same reason, for as long as that call took, but not more than five
+  /// seconds: a caller that goes on with all it has to send loses the time-out once.
+  Answer post(const std::wstring& path, const std::string& json);
 
   const std::wstring& token() const;
 
@@ -34,9 +36,13 @@ class Endpoint {
   struct Connection;
   class Call;
 
+  Answer exchange(const std::wstring& path, const std::string& json) const;
+
   /// Shared with calls that timed out and still run.
   std::shared_ptr<const Connection> connection_;
   std::chrono::seconds timeout_;
+  std::chrono::steady_clock::time_point pauseEnd_{};
+  std::wstring pauseReason_;
 };
 
 }  // namespace tlpacscfg::client

@@ -6,7 +6,6 @@
 #include <variant>
 #include <vector>
 
-#include "client/endpoint.h"
 #include "odbc/table.h"
 
 /// The JSON messages between client and service.
@@ -14,13 +13,14 @@ namespace tlpacscfg::client::protocol {
 
 using Member = std::pair<const char*, std::variant<std::wstring, bool>>;
 
-/// Sends a request and returns the body of a successful answer; throws ClientError with the
-/// service's reason otherwise.
-std::string ask(const Endpoint& endpoint, const wchar_t* operation,
-                std::initializer_list<Member> members);
+std::string requestOf(const std::wstring& token, std::initializer_list<Member> members);
+
+/// The service's reason in the body of an answer that is not a success, or one that names the
+/// status.
+std::wstring refusalIn(const std::string& answer, unsigned status);
 
 /// Parse the body of an answer; throw ClientError when it is malformed.
-std::vector<Table> tablesOf(const std::string& answer);
-std::vector<std::wstring> filesOf(const std::string& answer);
+std::vector<Table> tablesIn(const std::string& answer);
+std::vector<std::wstring> filesIn(const std::string& answer);
 
 }  // namespace tlpacscfg::client::protocol

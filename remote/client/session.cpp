@@ -23,6 +23,17 @@ std::int32_t numberWithin(const std::wstring& text, std::int32_t max, const wcha
   return number;
 }
 
+/// Sends a request and returns the body of a successful answer; throws ClientError with the
+/// service's reason otherwise.
+std::string ask(Endpoint& endpoint, const wchar_t* operation,
+                std::initializer_list<protocol::Member> members) {
+  constexpr unsigned kOk = 200;
+  Answer answer = endpoint.post(std::wstring(L"/v1/") + operation,
+                                protocol::requestOf(endpoint.token(), members));
+  if (answer.status != kOk) throw ClientError(protocol::refusalIn(answer.body, answer.status));
+  return std::move(answer.body);
+}
+
 }  // namespace
 
 Session::Session() {
@@ -57,7 +68,7 @@ Result Session::attempt(Result failed, Work work) {
   return failed;
 }
 
-const Endpoint& Session::endpoint() const {
+Endpoint& Session::endpoint() const {
   if (!endpoint_) throw ClientError(L"The client is not connected.");
   return *endpoint_;
 }
@@ -70,9 +81,9 @@ bool Session::ConnectToService(const std::wstring& application, const std::wstri
     const std::int32_t portNumber = numberWithin(port, 65535, L"The port is not a number.");
     const std::chrono::seconds seconds(
         numberWithin(timeout, kMaxSeconds, L"The time-out is not a number of seconds."));
-    auto endpoint = std::make_unique<Endpoint>(readSettings(), host,
+    auto endpoint = std::make_unique<Endpoint>(readSettings(host), host,
                                                static_cast<INTERNET_PORT>(portNumber), seconds);
-    protocol::ask(*endpoint, L"connect", {{"application", application}});
+    ask(*endpoint, L"connect", {{"application", application}});
     endpoint_ = std::move(endpoint);
     return true;
   });
@@ -87,8 +98,7 @@ void Session::DisconnectFromService() {
 std::int32_t Session::SQLQueryTable(const std::wstring& database, const std::wstring& sql) {
   return attempt(0, [&] {
     tables_.clear();
-    tables_ = protocol::tablesOf(
-        protocol::ask(endpoint(), L"query", {{"database", database}, {"sql", sql}}));
+    tables_ = protocol::tablesIn(ask(endpoint(), L"query", {{"database", database}, {"sql", sql}}));
     return static_cast<std::int32_t>(tables_.size());
   });
 }
@@ -105,7 +115,7 @@ const Table* Session::GetTableData(std::int16_t index) {
 
 bool Session::SQLExecuteText(const std::wstring& database, const std::wstring& sql) {
   return attempt(false, [&] {
-    protocol::ask(endpoint(), L"execute", {{"database", database}, {"sql", sql}});
+    ask(endpoint(), L"execute", {{"database", database}, {"sql", sql}});
     return true;
   });
 }
@@ -114,14 +124,14 @@ std::vector<std::wstring> Session::GetNetworkDirectoryFiles(const std::wstring& 
                                                             const std::wstring& pattern,
                                                             const FileFlags& flags) {
   return attempt(std::vector<std::wstring>(), [&] {
-    return protocol::filesOf(protocol::ask(endpoint(), L"files",
-                                           {{"directory", directory},
-                                            {"pattern", pattern},
-                                            {"recurse", flags.recurse},
-                                            {"sorted", flags.sorted},
-                                            {"ignoreCase", flags.ignoreCase},
-                                            {"directories", flags.directories},
-                                            {"fullPaths", flags.fullPaths}}));
+    return protocol::filesIn(ask(endpoint(), L"files",
+                                 {{"directory", directory},
+                                  {"pattern", pattern},
+                                  {"recurse", flags.recurse},
+                                  {"sorted", flags.sorted},
+                                  {"ignoreCase", flags.ignoreCase},
+                                  {"directories", flags.directories},
+                                  {"fullPaths", flags.fullPaths}}));
   });
 }
 

@@ -38,7 +38,7 @@ class Session {
  private:
   template <class Result, class Work>
   Result attempt(Result failed, Work work);
-  const Endpoint& endpoint() const;
+  Endpoint& endpoint() const;
 
   std::unique_ptr<Endpoint> endpoint_;
   std::vector<Table> tables_;

@@ -13,25 +13,29 @@
 namespace tlpacscfg::client {
 namespace {
 
-constexpr const wchar_t* kKey = L"SOFTWARE\\TlCommClient";
+constexpr const wchar_t* kKey = L"SOFTWARE\\TlCommClient\\";
 
-std::optional<std::wstring> valueIn(HKEY root, const wchar_t* name) {
+std::optional<std::wstring> valueIn(HKEY root, const std::wstring& key, const wchar_t* name) {
   DWORD bytes = 0;
-  if (RegGetValueW(root, kKey, name, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) != ERROR_SUCCESS) {
+  if (RegGetValueW(root, key.c_str(), name, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) !=
+      ERROR_SUCCESS) {
     return std::nullopt;
   }
   std::wstring text(bytes / sizeof(wchar_t) + 1, L'\0');
   bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-  if (RegGetValueW(root, kKey, name, RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=
+  if (RegGetValueW(root, key.c_str(), name, RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=
       ERROR_SUCCESS) {
     return std::nullopt;
   }
   return text.substr(0, text.find(L'\0'));
 }
 
-std::wstring value(const wchar_t* name) {
-  if (const auto own = valueIn(HKEY_CURRENT_USER, name)) return *own;
-  return valueIn(HKEY_LOCAL_MACHINE, name).value_or(L"");
+/// The key of the host's values. Throws ClientError for a text that would name another key.
+std::wstring keyOf(const std::wstring& host) {
+  if (host.empty() || host.find(L'\\') != host.npos || host.find(L'\0') != host.npos) {
+    throw ClientError(L"The host is neither a name nor an address.");
+  }
+  return kKey + host;
 }
 
 std::wstring tokenFromFile(const std::wstring& file) {
@@ -63,22 +67,29 @@ std::optional<Fingerprint> parseFingerprint(std::wstring_view text) {
   return fingerprint;
 }
 
-Settings readSettings() {
+Settings readSettings(const std::wstring& host) {
+  const auto value = [key = keyOf(host)](const wchar_t* name) {
+    if (const auto own = valueIn(HKEY_CURRENT_USER, key, name)) return *own;
+    return valueIn(HKEY_LOCAL_MACHINE, key, name).value_or(L"");
+  };
   Settings settings;
   settings.token = value(L"Token");
   const std::wstring tokenFile = value(L"TokenFile");
   if (settings.token.empty() && !tokenFile.empty()) settings.token = tokenFromFile(tokenFile);
-  if (settings.token.empty()) throw ClientError(L"No token is set for the service.");
+  if (settings.token.empty()) throw ClientError(L"No token is set for the host '" + host + L"'.");
 
   const std::wstring transport = value(L"Transport");
   settings.plainHttp = equalIgnoringCase(transport, L"http");
   if (!settings.plainHttp && !transport.empty() && !equalIgnoringCase(transport, L"https")) {
     throw ClientError(L"The transport is neither https nor http.");
   }
-  if (const std::wstring text = value(L"Fingerprint"); !text.empty()) {
-    settings.fingerprint = parseFingerprint(text);
-    if (!settings.fingerprint) {
-      throw ClientError(L"The fingerprint is not one of a SHA-256 certificate digest.");
+  if (const std::wstring texts = value(L"Fingerprint"); !texts.empty()) {
+    for (const std::wstring_view text : split(texts, L',')) {
+      const auto fingerprint = parseFingerprint(trimBlanks(text));
+      if (!fingerprint) {
+        throw ClientError(L"The fingerprint is not one of a SHA-256 certificate digest.");
+      }
+      settings.fingerprints.push_back(*fingerprint);
     }
   }
   return settings;

@@ -2,6 +2,7 @@
 
 #include <oleauto.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -89,7 +90,9 @@ const VARIANT* ArgumentConverter<const VARIANT*>::convert(const VARIANT& value) 
 }
 
 Arguments::Arguments(const DISPPARAMS& passed, const Member& member)
-    : passed_(passed), places_(member.parameters.size(), kNone) {
+    : passed_(passed),
+      places_(std::span(storage_).first(std::min(member.parameters.size(), kMaxParameters))) {
+  storage_.fill(kNone);
   if (passed.cNamedArgs > 0 && comServer().typeLibrary == nullptr) {
     throw ComError(DISP_E_NONAMEDARGS);
   }

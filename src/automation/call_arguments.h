@@ -2,11 +2,12 @@
 
 #include <oaidl.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
-#include <vector>
 
 #include "automation/com_class.h"
 #include "automation/com_error.h"
@@ -53,6 +54,8 @@ class Arguments {
  public:
   /// Throws ComError when they do not fit the member's parameters.
   Arguments(const DISPPARAMS& passed, const Member& member);
+  Arguments(const Arguments&) = delete;
+  Arguments& operator=(const Arguments&) = delete;
 
   bool has(std::size_t parameter) const { return places_[parameter] != kNone; }
 
@@ -71,13 +74,15 @@ class Arguments {
 
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kMaxParameters = 64;
 
   void placeNamed(std::size_t index, const Member& member);
   void checkComplete(const Member& member) const;
 
   const DISPPARAMS& passed_;
-  /// For each parameter its index in DISPPARAMS::rgvarg.
-  std::vector<std::size_t> places_;
+  /// For each parameter its index in DISPPARAMS::rgvarg. Needs no memory that a call could lack.
+  std::array<std::size_t, kMaxParameters> storage_;
+  std::span<std::size_t> places_;
 };
 
 }  // namespace tlpacscfg

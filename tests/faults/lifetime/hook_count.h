@@ -1,6 +1,6 @@
 #pragma once
 
-#include <windows.h>
+#include "harness/redirected_import.h"
 
 namespace tlpacscfg::test {
 
@@ -8,16 +8,13 @@ namespace tlpacscfg::test {
 class HookCount {
  public:
   explicit HookCount(HMODULE module);
-  ~HookCount();
-  HookCount(const HookCount&) = delete;
-  HookCount& operator=(const HookCount&) = delete;
 
   static int now();
   /// The number of hooks set, whether removed or not.
   static int ever();
 
  private:
-  HMODULE module_;
+  RedirectedImport setting_, removal_;
 };
 
 }  // namespace tlpacscfg::test

@@ -14,6 +14,10 @@ namespace {
 
 constexpr const wchar_t* kKey = L"SOFTWARE\\TlCommClient";
 
+std::wstring keyOf(const std::wstring& host) { return std::wstring(kKey) + L"\\" + host; }
+
+void deleteSettings() { RegDeleteTreeW(HKEY_CURRENT_USER, kKey); }
+
 }  // namespace
 
 void registerServer(const char* entryPoint) {
@@ -30,18 +34,19 @@ void registerServer(const char* entryPoint) {
 RegisteredClient::RegisteredClient() {
   EXPECT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
   registerServer("DllRegisterServer");
-  registry::deleteKey(registry::Root::CurrentUser, kKey);
+  deleteSettings();
 }
 
 RegisteredClient::~RegisteredClient() {
   modTlCommClient.g_objTlCommClient.reset();
-  registry::deleteKey(registry::Root::CurrentUser, kKey);
+  deleteSettings();
   CoUninitialize();
 }
 
-void RegisteredClient::set(const std::wstring& name, const std::wstring& value) const {
-  ASSERT_TRUE(registry::createKey(registry::Root::CurrentUser, kKey));
-  ASSERT_TRUE(registry::write(registry::Root::CurrentUser, kKey, name, value));
+void RegisteredClient::set(const std::wstring& name, const std::wstring& value,
+                           const std::wstring& host) const {
+  ASSERT_TRUE(registry::createKey(registry::Root::CurrentUser, keyOf(host)));
+  ASSERT_TRUE(registry::write(registry::Root::CurrentUser, keyOf(host), name, value));
 }
 
 void useService(HostSettings& settings, int port, const std::wstring& timeout) {

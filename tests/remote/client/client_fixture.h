@@ -18,8 +18,9 @@ class RegisteredClient {
   RegisteredClient(const RegisteredClient&) = delete;
   RegisteredClient& operator=(const RegisteredClient&) = delete;
 
-  /// A value below the client's key of the user.
-  void set(const std::wstring& name, const std::wstring& value) const;
+  /// A value of the user for a host of this computer.
+  void set(const std::wstring& name, const std::wstring& value,
+           const std::wstring& host = L"127.0.0.1") const;
 };
 
 /// The component's settings for a service of this computer.
@@ -29,7 +30,10 @@ class ClientTest : public SiteTest {
  protected:
   ClientTest();
 
-  void set(const std::wstring& name, const std::wstring& value) const { client_.set(name, value); }
+  void set(const std::wstring& name, const std::wstring& value,
+           const std::wstring& host = L"127.0.0.1") const {
+    client_.set(name, value, host);
+  }
 
  private:
   RegisteredClient client_;

@@ -32,15 +32,45 @@ class DeadServiceTest : public RawClientTest {
 };
 
 TEST_F(DeadServiceTest, EveryMethodThatAsksItWaitsForOneTimeOut) {
-  const ScriptedService silent({kConnects, {Treatment::Silence}});
-  ASSERT_TRUE(connectTo(silent.port(), kTimeout).truth());
-  expectOneTimeOut([&] { return client.call(L"SQLQueryTable", {L"Talora", L"SELECT 1"}); });
-  expectOneTimeOut([&] { return client.call(L"SQLExecuteText", {L"Talora", L"DELETE from x"}); });
-  expectOneTimeOut([&] {
+  const Reply kSilence = {Treatment::Silence};
+  const ScriptedService silent(
+      {kConnects, kSilence, kConnects, kSilence, kConnects, kSilence, kSilence});
+  const auto expectAfterConnecting = [&](const std::function<Outcome()>& call) {
+    ASSERT_TRUE(connectTo(silent.port(), kTimeout).truth());
+    expectOneTimeOut(call);
+  };
+  expectAfterConnecting([&] { return client.call(L"SQLQueryTable", {L"Talora", L"SELECT 1"}); });
+  expectAfterConnecting([&] {
+    return client.call(L"SQLExecuteText", {L"Talora", L"DELETE from x"});
+  });
+  expectAfterConnecting([&] {
     return client.call(L"GetNetworkDirectoryFiles",
                        {L"x", false, L"*", false, false, false, false});
   });
   expectOneTimeOut([&] { return connectTo(silent.port(), kTimeout); });
+}
+
+TEST_F(DeadServiceTest, CallsThatFollowATimeOutFailAtOnceForAsLongAsItTook) {
+  const ScriptedService revived({kConnects, {Treatment::Silence}, {Treatment::Answer, "{}"}});
+  ASSERT_TRUE(connectTo(revived.port(), kTimeout).truth());
+  const auto execute = [&] { return client.call(L"SQLExecuteText", {L"Talora", L"DELETE"}); };
+  expectOneTimeOut(execute);
+  const auto pauseStart = Clock::now();
+  expectAtOnce([&] {
+    for (int i = 0; i < 30; ++i) EXPECT_FALSE(execute().truth());
+    EXPECT_EQ(error(), L"The service did not answer in time.");
+  });
+  EXPECT_EQ(revived.connections(), 2);
+  EXPECT_TRUE(eventually([&] { return execute().truth(); }));
+  EXPECT_LT(Clock::now() - pauseStart, std::chrono::seconds(2 * kTimeout));
+  EXPECT_EQ(revived.connections(), 3);
+}
+
+TEST_F(DeadServiceTest, ConnectingAgainEndsThePause) {
+  const ScriptedService revived({kConnects, {Treatment::Silence}, kConnects});
+  ASSERT_TRUE(connectTo(revived.port(), kTimeout).truth());
+  expectOneTimeOut([&] { return client.call(L"SQLExecuteText", {L"Talora", L"DELETE"}); });
+  EXPECT_TRUE(connectTo(revived.port(), kTimeout).truth());
 }
 
 TEST_F(DeadServiceTest, TheMethodsThatDoNotAskItAnswerAtOnceWhileARequestStillHangs) {

@@ -107,6 +107,8 @@ TEST_F(ConnectingTest, ATokenFileMayBeginWithAByteOrderMark) {
 TEST_F(ConnectingTest, ThisComputerHasSeveralNames) {
   service.start(0, {"--address", "127.0.0.2"});
   useService(service.port());
+  set(L"Token", WineService::kToken, L"127.0.0.2");
+  set(L"Transport", L"http", L"127.0.0.2");
   config.TlCommClientHostIP = L"127.0.0.2";
   EXPECT_TRUE(ConnectTlCommClient(config));
 }
@@ -114,7 +116,7 @@ TEST_F(ConnectingTest, ThisComputerHasSeveralNames) {
 TEST_F(ConnectingTest, WithoutATokenNoRequestIsSent) {
   set(L"Token", L"");
   useService(1);
-  expectRefused(L"No token is set for the service.");
+  expectRefused(L"No token is set for the host '127.0.0.1'.");
 }
 
 TEST_F(ConnectingTest, ARefusedConnectionIsReported) {
@@ -143,6 +145,8 @@ TEST_F(ConnectingTest, APortOrATimeOutThatIsNoNumberIsReported) {
 TEST_F(ConnectingTest, WithoutTlsOnlyThisComputerIsAsked) {
   useService(1);
   config.TlCommClientHostIP = L"192.0.2.1";
+  set(L"Token", WineService::kToken, config.TlCommClientHostIP);
+  set(L"Transport", L"http", config.TlCommClientHostIP);
   expectRefused(L"Without TLS only a service on this computer is used.");
 }
 

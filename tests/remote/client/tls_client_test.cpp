@@ -1,26 +1,62 @@
 #include <windows.h>
 
 #include <wincrypt.h>
+#include <winhttp.h>
+
+#include <filesystem>
+#include <vector>
 
 #include "data/tl_comm_client.h"
+#include "harness/redirected_import.h"
 #include "harness/scratch.h"
+#include "log/log_support.h"
 #include "remote/client/client_fixture.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {
 
+constexpr DWORD kTls12 = WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2;
+constexpr DWORD kTls13 = WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_3;
+
+/// The versions of TLS that the client asked Windows for.
+std::vector<DWORD> offered;
+bool refusesTls13 = false;
+
+BOOL WINAPI recordVersions(HINTERNET handle, DWORD option, void* value, DWORD size) {
+  if (option == WINHTTP_OPTION_SECURE_PROTOCOLS) {
+    offered.push_back(*static_cast<const DWORD*>(value));
+    if (refusesTls13 && (offered.back() & kTls13) != 0) {
+      SetLastError(ERROR_INVALID_PARAMETER);
+      return FALSE;
+    }
+  }
+  return WinHttpSetOption(handle, option, value, size);
+}
+
 /// A service with a certificate of its own, whose fingerprint is known.
 class TlsClientTest : public ServiceClientTest {
  protected:
   TlsClientTest() {
-    runUnixProgram("bash " TL_MAKE_CERTIFICATE " " + scratchUnixPath(""));
-    EXPECT_TRUE(eventually([] { return fileExists(scratchPath(L"fingerprint")); }));
-    fingerprint = fromUtf8(readBytes(scratchPath(L"fingerprint")).substr(0, 95));
-    service.startWithTls(scratchUnixPath("certificate.pem"), scratchUnixPath("key.pem"));
-    useService(service.port());
+    fingerprint = makeCertificate("");
+    startWith("");
     set(L"Transport", L"https");
     logOn();
+  }
+
+  /// Makes a certificate in a folder and returns its fingerprint.
+  static std::wstring makeCertificate(const std::string& folder) {
+    const std::wstring file = platformPath(scratchUnixPath(folder + "fingerprint"));
+    makeDirectory(platformPath(scratchUnixPath(folder)));
+    runUnixProgram("bash " TL_MAKE_CERTIFICATE " " + scratchUnixPath(folder));
+    EXPECT_TRUE(eventually([&] { return fileExists(file); }));
+    return fromUtf8(readBytes(file).substr(0, 95));
+  }
+
+  void startWith(const std::string& folder) {
+    service.startWithTls(scratchUnixPath(folder + "certificate.pem"),
+                         scratchUnixPath(folder + "key.pem"));
+    useService(service.port());
   }
 
   std::wstring fingerprint;
@@ -52,11 +88,40 @@ TEST_F(TlsClientTest, ACertificateOfAnotherFingerprintGetsNoToken) {
       << "The service saw headers and no body: " << service.log();
 }
 
-TEST_F(TlsClientTest, AFingerprintThatIsNoneIsReported) {
-  set(L"Fingerprint", L"12:34");
+TEST_F(TlsClientTest, TheNextCertificateIsTrustedBesideTheOneInUse) {
+  const std::wstring next = makeCertificate("next/");
+  set(L"Fingerprint", fingerprint + L", " + next);
+  EXPECT_TRUE(ConnectTlCommClient(config)) << log();
+  service.end();
+  startWith("next/");
+  EXPECT_TRUE(ConnectTlCommClient(config)) << log();
+  set(L"Fingerprint", fingerprint + L"," + fingerprint);
   EXPECT_FALSE(ConnectTlCommClient(config));
-  EXPECT_NE(log().find("could not connect: The fingerprint is not one of a SHA-256 certificate "),
-            std::string::npos);
+}
+
+TEST_F(TlsClientTest, Version13IsOfferedWhereWindowsHasIt) {
+  set(L"Fingerprint", fingerprint);
+  ASSERT_TRUE(ConnectTlCommClient(config)) << "The client is loaded.";
+  const RedirectedImport recorded(GetModuleHandleW(L"TlCommClient.dll"), "WinHttpSetOption",
+                                  &recordVersions);
+  using Versions = std::vector<DWORD>;
+  for (const bool refused : {false, true}) {
+    offered.clear();
+    refusesTls13 = refused;
+    EXPECT_TRUE(ConnectTlCommClient(config)) << log();
+    EXPECT_EQ(offered, refused ? Versions({kTls12 | kTls13, kTls12}) : Versions({kTls12 | kTls13}));
+  }
+}
+
+TEST_F(TlsClientTest, AFingerprintThatIsNoneIsReported) {
+  for (const std::wstring& value :
+       {std::wstring(L"12:34"), fingerprint + L",", fingerprint + L" " + fingerprint}) {
+    std::filesystem::remove(std::filesystem::path(modLogSupport.g_strLogFile));
+    set(L"Fingerprint", value);
+    EXPECT_FALSE(ConnectTlCommClient(config));
+    EXPECT_NE(log().find("could not connect: The fingerprint is not one of a SHA-256 certificate "),
+              std::string::npos);
+  }
 }
 
 }  // namespace

@@ -35,6 +35,9 @@ class ScriptedService {
 
   void answerNow() { released_ = true; }
 
+  /// The number of connections so far.
+  int connections() const { return connections_; }
+
  private:
   void serve();
   void treat(std::uintptr_t connection, const Reply& reply) const;
@@ -43,6 +46,7 @@ class ScriptedService {
   std::vector<Reply> replies_;
   std::uintptr_t listener_ = 0;
   int port_ = 0;
+  std::atomic<int> connections_ = 0;
   std::atomic<bool> over_ = false;
   std::atomic<bool> released_ = false;
   std::thread server_;

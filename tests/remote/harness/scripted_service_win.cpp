@@ -67,6 +67,7 @@ void ScriptedService::serve() {
   for (std::size_t number = 0; awaitInput(listener_); ++number) {
     const SOCKET connection = accept(listener_, nullptr, nullptr);
     if (connection == INVALID_SOCKET) continue;
+    ++connections_;
     treat(connection, replies_[std::min(number, replies_.size() - 1)]);
     closesocket(connection);
   }
