@@ -55,14 +55,13 @@ bool isBelow(const fs::path& path, const fs::path& root) {
   return rootEnd == root.end();
 }
 
-/// The directory that the names lead to. Refuses a link that leads out of the root.
-fs::path follow(const fs::path& root, std::span<const std::wstring> names) {
+/// The directory at the place. Refuses a link that leads out of the root.
+fs::path follow(const Place& place) {
   std::error_code error;
-  const fs::path top = fs::canonical(root, error);
+  const fs::path top = fs::canonical(place.root, error);
   if (error) unknownDirectory();
   fs::path directory = top;
-  for (const std::wstring& name : names) {
-    if (!isPlainName(name)) unknownDirectory();
+  for (const std::wstring& name : namesIn(place.below)) {
     directory = fs::canonical(childOf(directory, name), error);
     if (error || !isBelow(directory, top)) unknownDirectory();
   }
@@ -70,8 +69,9 @@ fs::path follow(const fs::path& root, std::span<const std::wstring> names) {
   return directory;
 }
 
-/// The local directory for the path that a client names, below the deepest shared directory.
-fs::path resolve(const std::vector<SharedDirectory>& shared, const std::wstring& clientPath) {
+}  // namespace
+
+Place placeOf(const std::vector<SharedDirectory>& shared, const std::wstring& clientPath) {
   const std::vector<std::wstring> names = namesIn(clientPath);
   if (names.size() > kMaxDepth) unknownDirectory();
   const SharedDirectory* best = nullptr;
@@ -86,10 +86,13 @@ fs::path resolve(const std::vector<SharedDirectory>& shared, const std::wstring&
     }
   }
   if (best == nullptr) unknownDirectory();
-  return follow(best->localPath, std::span(names).subspan(depth));
+  Place place{best->localPath.string(), {}};
+  for (const std::wstring& name : std::span(names).subspan(depth)) {
+    if (!isPlainName(name)) unknownDirectory();
+    place.below += L'\\' + name;
+  }
+  return place;
 }
-
-}  // namespace
 
 bool matchesPattern(std::wstring_view name, std::wstring_view pattern) {
   std::size_t inName = 0, inPattern = 0;
@@ -113,8 +116,7 @@ bool matchesPattern(std::wstring_view name, std::wstring_view pattern) {
   return pattern.find_first_not_of(L'*', inPattern) == pattern.npos;
 }
 
-std::vector<std::wstring> listFiles(const std::vector<SharedDirectory>& shared,
-                                    const FileQuery& query) {
+std::vector<std::wstring> listFiles(const FileQuery& query) {
   const bool plainPattern = query.pattern.find_first_of(L"\\/") == query.pattern.npos;
   if (query.pattern.empty() || query.pattern.size() > kMaxPatternLength || !plainPattern) {
     throw Refusal(http_status::kFailed, "The pattern is not one for file names.");
@@ -127,7 +129,7 @@ std::vector<std::wstring> listFiles(const std::vector<SharedDirectory>& shared,
 
   std::vector<std::wstring> names;
   std::error_code error;
-  const fs::path directory = resolve(shared, query.directory);
+  const fs::path directory = follow(query.place);
   for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
        entry.increment(error)) {
     std::error_code unreadable;

@@ -80,6 +80,7 @@ thread_local HttpServer::Exchange* HttpServer::Exchange::current = nullptr;
 HttpServer::HttpServer(const ServiceOptions& options, int stopSignal)
     : options_(options),
       stopSignal_(stopSignal),
+      jobs_(options, stopSignal),
       credentials_(std::make_shared<const Credentials>(options)) {
   set_payload_max_length(options_.requestBytes);
   set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
@@ -118,7 +119,7 @@ std::string HttpServer::answerOf(const httplib::Request& httpRequest) const {
   if (token == nullptr) throw Refusal(http_status::kWrongToken, "The token is wrong.");
   Exchange::current->token = token->name;
   if (operation.writes && token->rights == Rights::Read) throw onlyReads();
-  return operation.answer({options_, stopSignal_, token->rights}, request);
+  return operation.answer({options_, jobs_, token->rights}, request);
 }
 
 void HttpServer::answer(const httplib::Request& request, httplib::Response& response) const {

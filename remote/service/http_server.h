@@ -8,6 +8,7 @@
 
 #include "service/connection.h"
 #include "service/credentials.h"
+#include "service/job_process.h"
 #include "service/options.h"
 
 namespace tlpacscfg::service {
@@ -33,6 +34,7 @@ class HttpServer : private httplib::Server {
 
   const ServiceOptions& options_;
   const int stopSignal_;
+  mutable JobProcesses jobs_;
   std::atomic<std::shared_ptr<const Credentials>> credentials_;
 };
 

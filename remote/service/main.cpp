@@ -1,5 +1,4 @@
 #include <sys/eventfd.h>
-#include <sys/resource.h>
 
 #include <atomic>
 #include <chrono>
@@ -14,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "service/confinement.h"
 #include "service/credentials.h"
 #include "service/accept_loop.h"
 #include "service/descriptor.h"
@@ -21,7 +21,7 @@
 #include "service/http_server.h"
 #include "service/listening_socket.h"
 #include "service/options.h"
-#include "service/statement_process.h"
+#include "service/job_process.h"
 
 namespace tlpacscfg::service {
 namespace {
@@ -38,18 +38,9 @@ sigset_t handledSignals() {
   return signals;
 }
 
-void limitMemory([[maybe_unused]] std::size_t megabytes) {
-// A sanitizer needs more address space than any limit leaves it.
-#ifndef TL_SANITIZED
-  if (megabytes == 0) return;
-  const rlimit limit{megabytes << 20, megabytes << 20};
-  setrlimit(RLIMIT_AS, &limit);
-#endif
-}
-
 /// Waits for signals. SIGHUP reads tokens, certificate and key again. SIGTERM or SIGINT gives the
 /// stop signal; the process exits at once on a second one, and when a request is still running long
-/// after its time, such as a listing of a lost disk.
+/// after its time.
 class Signals {
  public:
   Signals(HttpServer& server, int stopSignal, std::function<Credentials()> readAgain)
@@ -129,6 +120,8 @@ bool serve(const ServiceOptions& options, HttpServer& server, int stopSignal) {
   const int port = portOf(*listening);
   AcceptLoop loop(*std::move(listening), options, server);
   writeJournal("listening", {{"url", urlOf(options, port)}});
+  // 0: statements may open every file that the service's user may.
+  writeJournal("confinement", {{"landlock", std::to_string(landlockVersion())}});
   loop.run(stopSignal);
   return true;
 }
@@ -137,6 +130,7 @@ int run(const ServiceOptions& options, const std::vector<std::string>& arguments
   const Descriptor stopSignal(eventfd(0, EFD_CLOEXEC));
   HttpServer server(options, stopSignal.get());
   limitMemory(options.memoryMegabytes);
+  hideMemory();
   const Signals signals(server, stopSignal.get(),
                         [&] { return readCredentialsAgain(arguments, options.plainHttp); });
   if (!serve(options, server, stopSignal.get())) return kFailure;
@@ -157,7 +151,7 @@ int main(int count, char** arguments) {
   std::signal(SIGCHLD, SIG_DFL);
   try {
     const std::vector<std::string> words(arguments + 1, arguments + count);
-    if (const std::optional<int> code = serveStatement(words)) return *code;
+    if (const std::optional<int> code = serveJob(words)) return *code;
     const ServiceOptions options = readOptions(words);
     if (options.help) {
       std::cout << helpText();

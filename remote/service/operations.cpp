@@ -1,26 +1,23 @@
 #include "service/operations.h"
 
 #include "service/directories.h"
+#include "service/job.h"
 #include "service/json_text.h"
 #include "service/refusal.h"
-#include "service/statement_process.h"
 #include "support/text.h"
 
 namespace tlpacscfg::service {
 namespace {
 
-std::string connectStringOf(const ServiceOptions& options, const std::string& database) {
-  const auto found = options.databases.find(toUtf8(upperCase(fromUtf8(database))));
-  if (found == options.databases.end()) {
-    throw Refusal(http_status::kFailed, "There is no database '" + database + "'.");
-  }
-  return found->second;
-}
-
 std::string run(StatementKind kind, const Context& context, const Request& request) {
-  return runInProcess(
-      {kind, connectStringOf(context.options, request.utf8("database")), request.utf8("sql")},
-      context.options, context.stopSignal);
+  const std::string& name = request.utf8("database");
+  const auto found = context.options.databases.find(toUtf8(upperCase(fromUtf8(name))));
+  if (found == context.options.databases.end()) {
+    throw Refusal(http_status::kFailed, "There is no database '" + name + "'.");
+  }
+  const Database& database = found->second;
+  return context.jobs.run(
+      jobOf({kind, database.connectString, database.directory, request.utf8("sql")}));
 }
 
 std::string answerConnect(const Context&, const Request& request) {
@@ -40,19 +37,11 @@ std::string answerFiles(const Context& context, const Request& request) {
   if (request.truth("recurse") || request.truth("directories") || request.truth("fullPaths")) {
     throw Refusal(http_status::kFailed, "Only the names of files in one directory are listed.");
   }
-  const std::vector<std::wstring> names =
-      listFiles(context.options.directories, {.directory = request.text("directory"),
-                                              .pattern = request.text("pattern"),
-                                              .sorted = request.truth("sorted"),
-                                              .ignoreCase = request.truth("ignoreCase")});
-  BoundedText answer(context.options.responseBytes);
-  answer += R"({"files":[)";
-  for (const std::wstring& name : names) {
-    if (&name != &names.front()) answer += ",";
-    answer += quoted(toUtf8(name));
-  }
-  answer += "]}";
-  return answer.take();
+  return context.jobs.run(
+      jobOf({.place = placeOf(context.options.directories, request.text("directory")),
+             .pattern = request.text("pattern"),
+             .sorted = request.truth("sorted"),
+             .ignoreCase = request.truth("ignoreCase")}));
 }
 
 constexpr Operation kOperations[] = {

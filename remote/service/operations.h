@@ -2,15 +2,15 @@
 
 #include <string>
 
+#include "service/job_process.h"
 #include "service/options.h"
 #include "service/request.h"
 
 namespace tlpacscfg::service {
 
-/// `stopSignal` becomes readable when the service is to end.
 struct Context {
   const ServiceOptions& options;
-  int stopSignal;
+  JobProcesses& jobs;
   Rights rights;
 };
 

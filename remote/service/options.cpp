@@ -77,8 +77,10 @@ const std::vector<Setting>& settings() {
        seconds(&ServiceOptions::responseSeconds)},
       {"statement-seconds", "time for a statement, from opening its connection on (60)",
        seconds(&ServiceOptions::statementSeconds)},
-      {"memory-megabytes", "limit of each process's memory, 0 for none (2048)",
-       number<std::size_t>(&ServiceOptions::memoryMegabytes, 0, 1 << 20)},
+      {"memory-megabytes", "memory of the service and of each statement (1024)",
+       number<std::size_t>(&ServiceOptions::memoryMegabytes, 64, 1 << 20)},
+      {"total-megabytes", "memory of all together: it bounds the statements at a time (8192)",
+       number<std::size_t>(&ServiceOptions::totalMegabytes, 128, 1 << 30)},
   };
   return all;
 }
@@ -125,7 +127,9 @@ void applyLine(ServiceOptions& options, const std::string& section, const std::s
   } else if (section == "tokens") {
     options.tokens.push_back(tokenOf(name, value));
   } else if (section == "databases") {
-    options.databases[toUtf8(upperCase(fromUtf8(name)))] = value;
+    options.databases[toUtf8(upperCase(fromUtf8(name)))].connectString = value;
+  } else if (section == "database-files") {
+    options.databases[toUtf8(upperCase(fromUtf8(name)))].directory = value;
   } else if (section == "directories") {
     options.directories.push_back({name, value});
   } else {
@@ -135,6 +139,12 @@ void applyLine(ServiceOptions& options, const std::string& section, const std::s
 
 void check(const ServiceOptions& options) {
   if (options.tokens.empty()) throw OptionError("token-file is missing, or a section [tokens]");
+  if (options.totalMegabytes < 2 * options.memoryMegabytes) {
+    throw OptionError("total-megabytes has no room for the service and one statement");
+  }
+  for (const auto& [name, database] : options.databases) {
+    if (database.connectString.empty()) throw OptionError("there is no database '" + name + "'");
+  }
   if (options.plainHttp) {
     if (!remote::isLoopback(fromUtf8(options.address))) {
       throw OptionError("plain-http is for loopback addresses only");
@@ -225,6 +235,7 @@ std::string helpText() {
          "\n"
          "Section [tokens]: NAME = read, FILE or NAME = read-write, FILE\n"
          "Section [databases]: NAME = ODBC connect string\n"
+         "Section [database-files]: NAME = directory of a database without a server\n"
          "Section [directories]: directory as clients name it = directory here\n";
 }
 

@@ -21,6 +21,11 @@ struct SharedDirectory {
   std::filesystem::path localPath;
 };
 
+struct Database {
+  std::string connectString;  ///< For ODBC.
+  std::string directory;      ///< With the files of a database that has no server; else empty.
+};
+
 enum class Rights { Read, ReadAndWrite };
 
 /// A file with a token.
@@ -45,15 +50,19 @@ struct ServiceOptions {
   std::chrono::seconds requestSeconds{10};
   std::chrono::seconds responseSeconds{60};
   std::chrono::seconds statementSeconds{60};
-  std::size_t memoryMegabytes = 2048;  ///< Of each process; 0: no limit.
+  std::size_t memoryMegabytes = 1024;  ///< Of the service and of each process for a job.
+  std::size_t totalMegabytes = 8192;
 
   /// `tokenFile` is one of them.
   std::vector<TokenFile> tokens;
-  /// ODBC connect strings by the upper-case names that clients use.
-  std::map<std::string, std::string> databases;
+  /// By the upper-case names that clients use.
+  std::map<std::string, Database> databases;
   std::vector<SharedDirectory> directories;
 
   bool help = false;
+
+  /// The service is one process of those that share the memory.
+  std::size_t jobsAtATime() const { return totalMegabytes / memoryMegabytes - 1; }
 };
 
 /// A wrong setting; the text names it.

@@ -28,6 +28,7 @@ inline constexpr int kTooLarge = 413;
 inline constexpr int kNotJson = 415;
 /// A valid request that could not be carried out; the reason is meant for the user.
 inline constexpr int kFailed = 422;
+inline constexpr int kBusy = 503;
 }  // namespace http_status
 
 inline Refusal tooLarge() {

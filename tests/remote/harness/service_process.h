@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,12 @@ class ServiceProcess {
 
   /// Lines for the sections of the configuration file.
   std::vector<std::string> databases;
+  std::vector<std::string> databaseFiles;
   std::vector<std::string> directories;
   std::vector<std::string> tokens;
+
+  /// Runs in its process before it becomes the service.
+  std::function<void()> beforeStart = [] {};
 
   /// Starts it with plain HTTP on any free port, or as the arguments have it, and waits until it
   /// listens. False when it ended instead.

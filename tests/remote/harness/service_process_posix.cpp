@@ -62,6 +62,7 @@ void ServiceProcess::writeConfiguration() const {
   };
   add("[tokens]", tokens);
   add("[databases]", databases);
+  add("[database-files]", databaseFiles);
   add("[directories]", directories);
   writeFile("tlcommd.conf", text);
 }
@@ -122,6 +123,7 @@ void ServiceProcess::spawn(const std::vector<std::string>& arguments) {
   if (pid_ == 0) {
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
+    beforeStart();
     execv(program.c_str(), words.data());
     _exit(127);
   }

@@ -16,7 +16,9 @@ std::string servicesDirectory() { return std::getenv("TL_SCRATCH") + std::string
 
 std::string configuration() {
   return "[service]\ntoken-file = " + servicesDirectory() +
-         "token\n[databases]\nTalora = DSN=TlTestSite;\n[directories]\n"
+         "token\n[databases]\nTalora = DSN=TlTestSite;\n[database-files]\nTalora = " +
+         std::getenv("TL_SCRATCH") +
+         "\n[directories]\n"
          "Z:\\site\\TALORA\\PROMPTS = " +
          scratchUnixPath("prompts") + "\n";
 }

@@ -52,9 +52,9 @@ TEST_F(LifecycleTest, APortThatIsTakenIsReported) {
 
 TEST_F(LifecycleTest, HelpNamesEverySetting) {
   EXPECT_EQ(service.runToEnd({"--help"}), 0);
-  for (const char* name :
-       {"address", "port", "certificate", "key", "token-file", "plain-http", "workers",
-        "request-bytes", "response-bytes", "request-seconds", "statement-seconds"}) {
+  for (const char* name : {"address", "port", "certificate", "key", "token-file", "plain-http",
+                           "workers", "request-bytes", "response-bytes", "request-seconds",
+                           "statement-seconds", "memory-megabytes", "total-megabytes"}) {
     EXPECT_TRUE(service.logHolds(std::string("\n  ") + name + " ")) << name;
   }
 }
@@ -79,6 +79,8 @@ TEST_F(LifecycleTest, SettingsThatAreNotSafeAreRefused) {
       {{"--config", file, "--port", "65536"}, "port: '65536' is not a number from 0 to 65535"},
       {{"--config", file, "--response-bytes", "67108865"},
        "response-bytes: '67108865' is not a number from 1024 to 67108864"},
+      {{"--config", file, "--total-megabytes", "2047"},
+       "total-megabytes has no room for the service and one statement"},
       {{"--config", file, "--colour", "red"}, "there is no setting 'colour'"},
       {{"--port"}, "--port needs a value"},
       {{"nonsense"}, "'nonsense' is no option"},

@@ -60,7 +60,7 @@ class SharedDirectoryTest : public CoreTest {
 
   std::vector<std::wstring> list(const std::wstring& directory,
                                  const std::wstring& pattern = L"*.xml") const {
-    return listFiles(shared, {.directory = directory, .pattern = pattern});
+    return listFiles({.place = service::placeOf(shared, directory), .pattern = pattern});
   }
 
   std::vector<SharedDirectory> shared = {{"Z:\\site", scratchUnixPath("root")}};
@@ -107,8 +107,9 @@ TEST_F(SharedDirectoryTest, APatternIsOneForNames) {
 }
 
 TEST_F(SharedDirectoryTest, LetterCaseCountsWhenItIsAskedFor) {
-  const FileQuery query = {.directory = L"Z:\\site", .pattern = L"*.XML", .ignoreCase = false};
-  EXPECT_EQ(listFiles(shared, query), Names{});
+  const FileQuery query = {
+      .place = service::placeOf(shared, L"Z:\\site"), .pattern = L"*.XML", .ignoreCase = false};
+  EXPECT_EQ(listFiles(query), Names{});
 }
 
 TEST(LoopbackTest, OnlyThisComputerIsMeant) {
@@ -136,6 +137,8 @@ TEST(OptionsTest, AConfigurationFileHasSettingsDatabasesAndDirectories) {
                      "bob-2027=read,/etc/b,ob\n"
                      "[databases]\n"
                      "Talora = DSN=Site;UID=sa;PWD=a=b\n"
+                     "[database-files]\n"
+                     "talora = /srv/talora\n"
                      "[directories]\n"
                      "Z:\\site = /srv/site\n");
   EXPECT_EQ(options.port, 9443);
@@ -147,10 +150,20 @@ TEST(OptionsTest, AConfigurationFileHasSettingsDatabasesAndDirectories) {
   EXPECT_EQ(options.tokens[1].name, "bob-2027");
   EXPECT_EQ(options.tokens[1].rights, service::Rights::Read);
   EXPECT_EQ(options.tokens[1].path, "/etc/b,ob");
-  EXPECT_EQ(options.databases.at("TALORA"), "DSN=Site;UID=sa;PWD=a=b");
+  EXPECT_EQ(options.databases.at("TALORA").connectString, "DSN=Site;UID=sa;PWD=a=b");
+  EXPECT_EQ(options.databases.at("TALORA").directory, "/srv/talora");
   ASSERT_EQ(options.directories.size(), 1U);
   EXPECT_EQ(options.directories[0].clientPath, "Z:\\site");
   EXPECT_EQ(options.directories[0].localPath, "/srv/site");
+}
+
+TEST(OptionsTest, TheExampleIsAConfiguration) {
+  ServiceOptions options;
+  applyConfiguration(options,
+                     readBytes(platformPath(TL_SOURCE_DIR "/remote/service/tlcommd.conf.example")));
+  EXPECT_EQ(options.tokens.size(), 1U);
+  EXPECT_EQ(options.databases.size(), 1U);
+  EXPECT_EQ(options.directories.size(), 1U);
 }
 
 TEST(OptionsTest, AWrongLineIsNamed) {

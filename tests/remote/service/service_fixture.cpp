@@ -2,6 +2,7 @@
 
 #include <httplib.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "harness/scratch.h"
@@ -13,6 +14,7 @@ using nlohmann::json;
 ServiceTest::ServiceTest() : service(scratchUnixPath("service")) {
   std::filesystem::create_directories(promptsPath(""));
   service.databases = {"Talora = DSN=TlTestSite;"};
+  service.databaseFiles = {std::string("Talora = ") + std::getenv("TL_SCRATCH")};
   service.directories = {"Z:\\site\\TALORA\\PROMPTS = " + promptsPath("")};
 }
 

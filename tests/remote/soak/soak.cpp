@@ -125,6 +125,7 @@ void printJournal(const ServiceProcess& service) {
 
 void prepare(ServiceProcess& service, const std::string& scratch, bool tls) {
   service.databases = {"site = DSN=TlTestSite;"};
+  service.databaseFiles = {"site = " + scratch};
   service.directories = {"Z:\\site = " + scratch + "/files"};
   const std::vector<std::string> limits = {"--request-seconds", "2", "--response-seconds", "5"};
   require(tls ? service.startWithTls(limits) : service.start(limits), service.log());

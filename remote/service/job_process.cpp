@@ -1,7 +1,9 @@
-#include "service/statement_process.h"
+#include "service/job_process.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -15,8 +17,9 @@
 #include <string_view>
 #include <system_error>
 
+#include "service/confinement.h"
 #include "service/descriptor.h"
-#include "service/json_text.h"
+#include "service/job.h"
 #include "service/refusal.h"
 #include "service/request.h"
 
@@ -25,13 +28,22 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* kFirstArgument = "--run-statement";
+constexpr const char* kFirstArgument = "--job";
 /// Added to the time limit: the driver may end the statement itself first.
 constexpr std::chrono::seconds kGrace{2};
+/// For a process that is killed.
+constexpr std::chrono::seconds kDyingTime{1};
 constexpr std::size_t kStatusDigits = 3;
 constexpr std::size_t kMaxReasonBytes = 1 << 16;
 
 Refusal driverFailed() { return {http_status::kFailed, "The database driver broke down."}; }
+
+Refusal tooLong(bool stopping) {
+  return {http_status::kFailed, stopping ? "The service is ending."
+                                         : "The statement took longer than the service allows."};
+}
+
+Refusal busy(const char* reason) { return {http_status::kBusy, reason}; }
 
 struct SocketPair {
   SocketPair() : ends(make()), ours(ends[0]), theirs(ends[1]) {}
@@ -61,10 +73,41 @@ class FileActions {
   posix_spawn_file_actions_t actions_{};
 };
 
-/// A running process of this program; it does not outlive this object.
+/// A process of this program, and its place among all. It is killed with this object, which does
+/// not wait long: one that does not end keeps the place.
 class Process {
  public:
-  Process(std::vector<std::string> arguments, int input) {
+  /// For a place that is taken.
+  Process(Places& places, std::vector<std::string> arguments, int input) : places_(places) {
+    try {
+      start(std::move(arguments), input);
+    } catch (...) {
+      places_.giveBack();
+      throw;
+    }
+  }
+  ~Process() {
+    kill(id_, SIGKILL);
+    int status = 0;
+    if (hasEnded(kDyingTime) && waitpid(id_, &status, WNOHANG) == id_) {
+      places_.giveBack();
+    } else {
+      places_.giveBackAfter(id_);
+    }
+  }
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  /// True when it ends within the time with the exit code 0.
+  bool succeeds(std::chrono::milliseconds time) const {
+    siginfo_t info{};
+    return hasEnded(time) &&
+           waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_code == CLD_EXITED && info.si_status == 0;
+  }
+
+ private:
+  void start(std::vector<std::string> arguments, int input) {
     std::vector<char*> words;
     words.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) words.push_back(argument.data());
@@ -72,39 +115,33 @@ class Process {
     FileActions actions;
     posix_spawn_file_actions_adddup2(actions.get(), input, STDIN_FILENO);
     // Keeps the output of drivers out of the journal.
-    posix_spawn_file_actions_adddup2(actions.get(), STDERR_FILENO, STDOUT_FILENO);
+    for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
+      posix_spawn_file_actions_addopen(actions.get(), output, "/dev/null", O_WRONLY, 0);
+    }
     // Otherwise this process would keep connections of other clients open.
     posix_spawn_file_actions_addclosefrom_np(actions.get(), STDERR_FILENO + 1);
     const int error =
         posix_spawn(&id_, "/proc/self/exe", actions.get(), nullptr, words.data(), environ);
     if (error != 0) throw std::system_error(error, std::generic_category());
-  }
-  ~Process() {
-    if (id_ == 0) return;
-    kill(id_, SIGKILL);
-    awaitEnd();
-  }
-  Process(const Process&) = delete;
-  Process& operator=(const Process&) = delete;
-
-  /// Waits for the end of the process. True when its exit code was 0.
-  bool awaitEnd() {
-    int status = 0;
-    while (waitpid(id_, &status, 0) < 0 && errno == EINTR) {
-    }
-    id_ = 0;
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    end_.emplace(static_cast<int>(syscall(SYS_pidfd_open, id_, 0)));
   }
 
- private:
+  bool hasEnded(std::chrono::milliseconds time) const {
+    pollfd end{end_->get(), POLLIN, 0};
+    return poll(&end, 1, static_cast<int>(std::max<std::int64_t>(0, time.count()))) > 0 &&
+           (end.revents & POLLIN) != 0;
+  }
+
+  Places& places_;
   pid_t id_ = 0;
+  std::optional<Descriptor> end_;  ///< Readable when the process has ended.
 };
 
 /// Exchanges texts with a process until a deadline, which is earlier when the service is to end.
 class Exchange {
  public:
-  Exchange(int socket, int stopSignal, std::chrono::seconds time)
-      : socket_(socket), stopSignal_(stopSignal), deadline_(Clock::now() + time) {}
+  Exchange(int socket, int stopSignal, Clock::time_point deadline)
+      : socket_(socket), stopSignal_(stopSignal), deadline_(deadline) {}
 
   void send(std::string_view text) {
     while (!text.empty()) {
@@ -133,17 +170,16 @@ class Exchange {
     }
   }
 
+  std::chrono::milliseconds timeLeft() const {
+    return std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
+  }
+
  private:
   void awaitUnlessBroken(short events) {
     if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) throw driverFailed();
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
-    if (left.count() <= 0) {
-      throw Refusal(http_status::kFailed,
-                    stopping_ ? "The service is ending."
-                              : "The statement took longer than the service allows.");
-    }
+    if (timeLeft().count() <= 0) throw tooLong(stopping_);
     pollfd waited[] = {{socket_, events, 0}, {stopSignal_, POLLIN, 0}};
-    poll(waited, stopping_ ? 1 : 2, static_cast<int>(left.count()));
+    poll(waited, stopping_ ? 1 : 2, static_cast<int>(timeLeft().count()));
     if (!stopping_ && waited[1].revents != 0) {
       stopping_ = true;
       deadline_ = std::min(deadline_, Clock::now() + kEndingTime);
@@ -155,17 +191,6 @@ class Exchange {
   Clock::time_point deadline_;
   bool stopping_ = false;
 };
-
-std::string requestOf(const Statement& statement) {
-  return std::string(R"({"query":)") + (statement.kind == StatementKind::Query ? "true" : "false") +
-         R"(,"connect":)" + quoted(statement.connectString) + R"(,"sql":)" + quoted(statement.sql) +
-         "}";
-}
-
-Statement statementIn(const Request& request) {
-  return {request.truth("query") ? StatementKind::Query : StatementKind::Execute,
-          request.utf8("connect"), request.utf8("sql")};
-}
 
 std::string readToEnd(int socket) {
   std::string text;
@@ -190,46 +215,65 @@ void writeAll(int socket, std::string_view text) {
 }
 
 /// The HTTP status in three digits, then the answer or the reason.
-std::string resultOf(const StatementLimits& limits) {
+std::string resultOf(const JobLimits& limits, std::size_t megabytes) {
   try {
-    const Statement statement = statementIn(Request(readToEnd(STDIN_FILENO)));
-    return std::to_string(http_status::kOk) + run(statement, limits);
+    limitMemory(megabytes);
+    dropRights();
+    return std::to_string(http_status::kOk) + perform(Request(readToEnd(STDIN_FILENO)), limits);
   } catch (...) {
     const Refusal refusal = refusalOfCurrentException();
     return std::to_string(refusal.status()) + refusal.what();
   }
 }
 
+bool isReadable(int descriptor) {
+  pollfd waited{descriptor, POLLIN, 0};
+  return poll(&waited, 1, 0) > 0;
+}
+
 }  // namespace
 
-std::string runInProcess(const Statement& statement, const ServiceOptions& options,
-                         int stopSignal) {
+std::string JobProcesses::run(const std::string& job) {
+  const auto deadline = Clock::now() + options_.statementSeconds;
+  switch (places_.take(deadline, [this] { return isReadable(stopSignal_); })) {
+    case Places::Outcome::Taken:
+      break;
+    case Places::Outcome::Late:
+      throw busy("The service is running as many statements as its memory allows.");
+    case Places::Outcome::Stopped:
+      throw tooLong(true);
+    case Places::Outcome::Lost:
+      throw busy("The service waits for statements that cannot be ended.");
+  }
   SocketPair sockets;
+  const auto seconds = std::chrono::ceil<std::chrono::seconds>(deadline - Clock::now());
   Process process(
+      places_,
       {"tlcommd", kFirstArgument, std::to_string(getpid()),
-       std::to_string(options.statementSeconds.count()), std::to_string(options.responseBytes)},
+       std::to_string(std::max<std::int64_t>(1, seconds.count())),
+       std::to_string(options_.responseBytes), std::to_string(options_.memoryMegabytes)},
       sockets.theirs.get());
   sockets.theirs.close();
-  Exchange exchange(sockets.ours.get(), stopSignal, options.statementSeconds + kGrace);
-  exchange.send(requestOf(statement));
+  Exchange exchange(sockets.ours.get(), stopSignal_, deadline + kGrace);
+  exchange.send(job);
   std::string result =
-      exchange.receive(std::max(options.responseBytes, kMaxReasonBytes) + kStatusDigits);
+      exchange.receive(std::max(options_.responseBytes, kMaxReasonBytes) + kStatusDigits);
   // The socket has been closed at the other end: the process has ended or is about to.
-  if (!process.awaitEnd() || result.size() < kStatusDigits) throw driverFailed();
+  if (!process.succeeds(exchange.timeLeft()) || result.size() < kStatusDigits) throw driverFailed();
   const int status = std::stoi(result.substr(0, kStatusDigits));
   result.erase(0, kStatusDigits);
   if (status != http_status::kOk) throw Refusal(status, result);
   return result;
 }
 
-std::optional<int> serveStatement(const std::vector<std::string>& arguments) {
-  if (arguments.size() != 4 || arguments[0] != kFirstArgument) return std::nullopt;
-  // The statement must not outlive a service that is killed.
+std::optional<int> serveJob(const std::vector<std::string>& arguments) {
+  if (arguments.size() != 5 || arguments[0] != kFirstArgument) return std::nullopt;
+  // The job must not outlive a service that is killed.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != std::stoi(arguments[1])) return 1;
-  const StatementLimits limits{.time = std::chrono::seconds(std::stoi(arguments[2])),
-                               .answerBytes = std::stoul(arguments[3])};
-  writeAll(STDIN_FILENO, resultOf(limits));
+  const JobLimits limits{.time = std::chrono::seconds(std::stoi(arguments[2])),
+                         .answerBytes = std::stoul(arguments[3])};
+  writeAll(STDIN_FILENO, resultOf(limits, std::stoul(arguments[4])));
   return 0;
 }
 
