@@ -1,7 +1,5 @@
 #include "ui/assignment/values/configuration_choices.h"
 
-#include <algorithm>
-
 #include "support/text.h"
 
 namespace tlpacscfg {
@@ -16,8 +14,11 @@ std::vector<ConfigurationChoice> configurationChoices(const colPACSConfiguration
 }
 
 int positionOf(const std::vector<ConfigurationChoice>& choices, std::int16_t configID) {
-  const auto found = std::ranges::find(choices, configID, &ConfigurationChoice::configID);
-  return found == choices.end() ? -1 : static_cast<int>(found - choices.begin());
+  // Of several with one identifier, which only a host can make, the last.
+  for (std::size_t i = choices.size(); i-- > 0;) {
+    if (choices[i].configID == configID) return static_cast<int>(i);
+  }
+  return -1;
 }
 
 }  // namespace tlpacscfg

@@ -84,7 +84,7 @@ std::int16_t WorkstationListEditor::configIDOf(std::size_t row) const {
   const auto workstation =
       workstations ? workstations->ColWorkStations->find(rows.cell(row, WorkstationRows::kName))
                    : nullptr;
-  return workstation ? workstation->configID : rows.configIDOf(row);
+  return workstation ? WorkstationRows::assignedID(workstation->configID) : rows.configIDOf(row);
 }
 
 bool WorkstationListEditor::saveAssignments() {

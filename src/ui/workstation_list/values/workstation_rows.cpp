@@ -69,7 +69,7 @@ void WorkstationRows::fill(const colWorkstation& workstations, colPACSConfigurat
     rows_.push_back({keep(decimal(rows_.size() + 1)), keep(workstation->WorkStation),
                      shown ? keepConfiguration(*found) : keep(L"None"),
                      keep(shown ? requestFileText(*found) : L"N/A"),
-                     keep(id == 0 ? kUnassigned : decimal(id))});
+                     keep(decimal(id == 0 ? kUnassigned : id))});
   }
   order_.resize(rows_.size());
   std::iota(order_.begin(), order_.end(), 0);
@@ -109,8 +109,7 @@ std::optional<std::size_t> WorkstationRows::rowOf(std::wstring_view name) const 
 }
 
 std::int16_t WorkstationRows::configIDOf(std::size_t row) const {
-  const std::wstring_view text = cell(row, kConfigID);
-  return text == kUnassigned || text == L"N/A" ? std::int16_t{0} : toInt16(text);
+  return assignedID(toInt16(cell(row, kConfigID)));
 }
 
 std::wstring ReplaceNull(const std::optional<std::wstring>& value) {

@@ -35,8 +35,12 @@ class WorkstationRows : public SortableList {
   enum Column : std::size_t { kNumber, kName, kConfiguration, kRequestFile, kConfigID };
   static constexpr std::size_t kColumns = 5;
 
-  /// The identifier text of a workstation without configuration: sorts after all others.
-  static constexpr const wchar_t* kUnassigned = L"9999";
+  /// The identifier in the row of a workstation without configuration: sorts after all others.
+  static constexpr std::int16_t kUnassigned = 9999;
+  /// What an identifier in a row means: 0 when none is assigned.
+  static constexpr std::int16_t assignedID(std::int16_t configID) {
+    return configID == kUnassigned ? std::int16_t{0} : configID;
+  }
 
   void clear();
 

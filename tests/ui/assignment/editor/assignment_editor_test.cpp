@@ -42,6 +42,15 @@ TEST_F(AssignmentEditorTest, SelectsTheWorkstationsConfigurationNoneOrNothing) {
   EXPECT_EQ(-1, editor.position());
 }
 
+TEST_F(AssignmentEditorTest, SelectsTheLastOfTwoConfigurationsToWhichAHostGaveOneIdentifier) {
+  open(5);
+  (*host->m_colPACSConfig->ColPACSConfigs->items().begin())->configID = 5;
+  editor.LoadList();
+  ASSERT_EQ(4U, editor.choices().size());
+  EXPECT_EQ(5, editor.choices()[1].configID);
+  EXPECT_EQ(3, editor.position());
+}
+
 TEST_F(AssignmentEditorTest, AnAssignmentIsMadeInTheCollectionAndNotWritten) {
   open(0);
   editor.assign(5);

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <ostream>
+#include <set>
 
 #include "support/text.h"
 
@@ -331,6 +332,24 @@ TEST(FieldRulesTest, ClearedBoxesStayClearedWhenTheirOptionComesBack) {
     EXPECT_FALSE(form[box].ticked);
     EXPECT_TRUE(form[box].enabled);
   }
+}
+
+TEST(FieldRulesTest, AChangeOfTheseControlsAndNoOthersAppliesTheRules) {
+  const std::set<Control> expected = {
+      chkResponseEnabled,
+      chkAborted,
+      chkEnableContextPolling,
+      chkCloseDictation,
+      cmbPollingOption,
+      cmbVendorType,
+      cmbResponseType,
+      cmbXMLConfugrationFile,
+      optMultiAccessionHandlingOption_0,
+      optMultiAccessionHandlingOption_1,
+      optMultiAccessionHandlingOption_2,
+  };
+  const auto governing = governingControls();
+  EXPECT_EQ(std::set<Control>(governing.begin(), governing.end()), expected);
 }
 
 }  // namespace

@@ -142,6 +142,16 @@ TEST_F(WorkstationListEditorTest, AnAssignmentMadeSinceTheRefillIsTheOneToEdit) 
   EXPECT_FALSE(editor.isOutOfDate());
 }
 
+TEST_F(WorkstationListEditorTest, TheIdentifierThatStandsForNoneOpensTheDefaultConfiguration) {
+  addWorkstation(L"PC-1");
+  open();
+  host->m_colWorkstation->Item(1)->configID = 9999;
+  EXPECT_TRUE(editor.refill());
+  EXPECT_EQ(0, editor.cmdEditConfig());
+  EXPECT_EQ(0, editor.cmdEditWorkstation()->configID);
+  EXPECT_FALSE(editor.isOutOfDate());
+}
+
 TEST_F(WorkstationListEditorTest, AFailedRefillIsReportedUnderItsOwnTitleAndKeepsTheRows) {
   addWorkstation(L"PC-1");
   open();
