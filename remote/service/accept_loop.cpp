@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <optional>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -104,8 +103,8 @@ void AcceptLoop::acceptConnections() {
     if (socket.get() < 0) {
       if (errno == EINTR || errno == ECONNABORTED) continue;
       if (errno == EAGAIN) return;
-      // No descriptor or memory is free. The connection stays in the queue of the system.
-      dropped_.add("-", std::generic_category().message(errno), now);
+      // The connection stays in the queue of the system.
+      dropped_.add("-", "no descriptor or memory is free", now);
       acceptAgain_ = now + kPause;
       return;
     }

@@ -73,18 +73,21 @@ Admission::Connections Admission::takeSilent(Clock::time_point now) {
 
 std::optional<Connection> Admission::next(Clock::time_point now) {
   if (working_ == limits_.workers) return std::nullopt;
+  const auto order = [this](const Connection& one) {
+    const Share& share = shares_.at(one.peer.network);
+    return std::pair(share.working, share.lastTurn);
+  };
   auto chosen = waiting_.end();
-  std::size_t fewest = half(limits_.workers);
   for (auto one = waiting_.begin(); one != waiting_.end(); ++one) {
     if (!one->spoke || changesAt(*one, now) > now) continue;
-    const std::size_t working = shares_.at(one->peer.network).working;
-    if (working >= fewest) continue;
-    chosen = one;
-    fewest = working;
+    if (order(*one).first >= half(limits_.workers)) continue;
+    if (chosen == waiting_.end() || order(*one) < order(*chosen)) chosen = one;
   }
   if (chosen == waiting_.end()) return std::nullopt;
   ++working_;
-  ++shares_.at(chosen->peer.network).working;
+  Share& share = shares_.at(chosen->peer.network);
+  ++share.working;
+  share.lastTurn = ++turn_;
   return take(chosen);
 }
 

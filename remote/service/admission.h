@@ -44,8 +44,9 @@ class Admission {
   /// Frees the places of the connections that have been silent for too long.
   Connections takeSilent(Clock::time_point now);
 
-  /// The connection that a worker is to serve now: of those that have spoken, one of the network
-  /// with the fewest workers, in the order of arrival. None while no worker may be given one.
+  /// The connection that a worker is to serve now: of those that have spoken, the first of the
+  /// network with the fewest workers, and among equals the one whose last turn is longest ago. None
+  /// while no worker may be given one.
   std::optional<Connection> next(Clock::time_point now);
 
   /// A worker has served a connection of this network.
@@ -59,6 +60,7 @@ class Admission {
   struct Share {
     std::size_t waiting = 0;
     std::size_t working = 0;
+    std::size_t lastTurn = 0;
   };
 
   Clock::time_point changesAt(const Connection& connection, Clock::time_point now) const;
@@ -69,6 +71,7 @@ class Admission {
   Connections waiting_;
   std::map<std::string, Share> shares_;
   std::size_t working_ = 0;
+  std::size_t turn_ = 0;
   Slowdown slowdown_;
 };
 

@@ -12,7 +12,7 @@ constexpr std::size_t kMaxCounts = 1024;
 
 }  // namespace
 
-void DroppedConnections::add(const std::string& network, const std::string& reason,
+void DroppedConnections::add(const std::string& network, const char* reason,
                              Clock::time_point now) {
   due_ = std::min(due_, now + kPeriod);
   ++counts_[{counts_.size() < kMaxCounts ? network : "others", reason}];

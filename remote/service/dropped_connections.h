@@ -12,7 +12,7 @@ namespace tlpacscfg::service {
 /// second: a flood must not fill it.
 class DroppedConnections {
  public:
-  void add(const std::string& network, const std::string& reason, Clock::time_point now);
+  void add(const std::string& network, const char* reason, Clock::time_point now);
 
   /// When write() is due; Clock::time_point::max() while there is nothing to write.
   Clock::time_point due() const { return due_; }

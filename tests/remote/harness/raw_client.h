@@ -8,8 +8,8 @@ namespace tlpacscfg::test {
 /// A raw connection to a local port, for malformed requests.
 class RawClient {
  public:
-  /// Throws std::runtime_error when there is no connection.
-  explicit RawClient(int port);
+  /// From this loopback address. Throws std::runtime_error when there is no connection.
+  explicit RawClient(int port, const char* source = "127.0.0.1");
   ~RawClient();
   RawClient(const RawClient&) = delete;
   RawClient& operator=(const RawClient&) = delete;
@@ -22,6 +22,12 @@ class RawClient {
 
   /// Everything until the other side closes; throws after half a minute.
   std::string readToEnd() const;
+
+  /// The same until the text appears.
+  std::string readUntil(std::string_view end) const;
+
+  /// Whether the other side has closed.
+  bool hasEnded() const;
 
   /// Closes the connection with a reset.
   void reset();

@@ -13,12 +13,20 @@
 
 namespace tlpacscfg::test {
 
-RawClient::RawClient(int port) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+RawClient::RawClient(int port, const char* source)
+    : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  sockaddr_in own{};
+  own.sin_family = AF_INET;
+  inet_pton(AF_INET, source, &own.sin_addr);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<std::uint16_t>(port));
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  if (connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) {
+  // The port is chosen when the connection is made: more connections than one have it.
+  const int later = 1;
+  setsockopt(socket_, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &later, sizeof(later));
+  if (bind(socket_, reinterpret_cast<sockaddr*>(&own), sizeof(own)) != 0 ||
+      connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) {
     close(socket_);
     throw std::runtime_error("There is no connection.");
   }
@@ -42,7 +50,9 @@ bool RawClient::hasInput() const {
   return poll(&waited, 1, 30'000) > 0;
 }
 
-std::string RawClient::readToEnd() const {
+std::string RawClient::readToEnd() const { return readUntil({}); }
+
+std::string RawClient::readUntil(std::string_view end) const {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
   std::string text;
   std::array<char, 4096> piece{};
@@ -52,11 +62,17 @@ std::string RawClient::readToEnd() const {
       const ssize_t count = recv(socket_, piece.data(), piece.size(), 0);
       if (count <= 0) return text;
       text.append(piece.data(), static_cast<std::size_t>(count));
+      if (!end.empty() && text.find(end) != text.npos) return text;
     }
     if (std::chrono::steady_clock::now() > deadline) {
       throw std::runtime_error("The connection was not ended.");
     }
   }
+}
+
+bool RawClient::hasEnded() const {
+  pollfd state{socket_, POLLRDHUP, 0};
+  return poll(&state, 1, 0) != 0;
 }
 
 void RawClient::reset() {

@@ -110,6 +110,19 @@ TEST_F(AdmissionTest, TheNetworkWithTheFewestWorkersComesFirst) {
   EXPECT_EQ(next(), "") << "The network has its half.";
 }
 
+TEST_F(AdmissionTest, NetworksTakeTurns) {
+  Admission small({.workers = 1, .places = 6, .silence = seconds(5)});
+  for (const char* network : {"a", "a", "b", "a"}) {
+    ASSERT_FALSE(small.admit({Descriptor(-1), {network, network}, now, now}));
+  }
+  std::string served;
+  while (const auto connection = small.next(now)) {
+    served += connection->peer.network;
+    small.finish(connection->peer.network, TokenCheck::None, now);
+  }
+  EXPECT_EQ(served, "abaa");
+}
+
 TEST_F(AdmissionTest, OneNetworkGetsHalfOfThePlaces) {
   for (int i = 0; i < 3; ++i) EXPECT_EQ(arrive("a"), "");
   EXPECT_EQ(arrive("a"), "a1") << "The oldest silent one.";
