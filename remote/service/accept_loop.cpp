@@ -25,7 +25,8 @@ enum Polled { kStop, kServed, kListening, kFirstConnection };
 }  // namespace
 
 AcceptLoop::AcceptLoop(Descriptor listening, const ServiceOptions& options, HttpServer& server)
-    : listening_(std::move(listening)),
+    : metrics_(server.metrics()),
+      listening_(std::move(listening)),
       workers_(options.workers,
                [&server](Connection& connection) { return server.serve(connection); }),
       admission_({.workers = workers_.count(),
@@ -57,6 +58,10 @@ bool AcceptLoop::turn(int stopSignal) {
   readConnections();
   if (polled_[kListening].revents != 0) acceptConnections();
   serveConnections();
+  metrics_.setLoad({.workers = workers_.count(),
+                    .working = admission_.working(),
+                    .places = admission_.places(),
+                    .waiting = admission_.waiting().size()});
   if (dropped_.due() <= Clock::now()) dropped_.write();
   return true;
 }
@@ -127,6 +132,7 @@ void AcceptLoop::serveConnections() {
 
 void AcceptLoop::drop(const Connection& connection, const char* reason) {
   dropped_.add(connection.peer.network, reason, Clock::now());
+  metrics_.refused(reason);
 }
 
 }  // namespace tlpacscfg::service

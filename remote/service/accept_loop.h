@@ -32,6 +32,7 @@ class AcceptLoop {
   void serveConnections();
   void drop(const Connection& connection, const char* reason);
 
+  Metrics& metrics_;
   Descriptor listening_;
   Workers workers_;
   Admission admission_;

@@ -32,6 +32,7 @@ class Admission {
 
   /// The connections without a worker, in the order of their arrival.
   Connections& waiting() { return waiting_; }
+  std::size_t places() const { return limits_.places; }
   std::size_t working() const { return working_; }
 
   /// Gives the connection a place. When there is none, the network with the most places loses one:

@@ -23,10 +23,12 @@ static_assert(std::string_view(CPPHTTPLIB_VERSION).starts_with("0.11."),
 
 constexpr const char* kJson = "application/json";
 constexpr std::size_t kHeaderBytes = 4096;
+constexpr const char* kHealth = "/v1/health";
 constexpr int kContinue = 100;
 
 /// Throws Refusal for a request whose body need not be read.
 void checkHeaders(const httplib::Request& request, std::size_t maxBytes) {
+  if (request.method == "GET" && request.path == kHealth) return;
   if (request.method != "POST") throw Refusal(http_status::kNotPost, "Only POST is answered.");
   if (findOperation(request.path) == nullptr) {
     throw Refusal(http_status::kUnknownOperation, "There is no such operation.");
@@ -86,6 +88,10 @@ HttpServer::HttpServer(const ServiceOptions& options, int stopSignal)
   set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
     return refuseEarly(request, response);
   });
+  Get(kHealth, [](const httplib::Request&, httplib::Response& response) {
+    Exchange::current->operation = kHealth;
+    response.set_content(R"({"status":"up"})", kJson);
+  });
   Post("/v1/.*", [this](const httplib::Request& request, httplib::Response& response) {
     answer(request, response);
   });
@@ -119,7 +125,7 @@ std::string HttpServer::answerOf(const httplib::Request& httpRequest) const {
   if (token == nullptr) throw Refusal(http_status::kWrongToken, "The token is wrong.");
   Exchange::current->token = token->name;
   if (operation.writes && token->rights == Rights::Read) throw onlyReads();
-  return operation.answer({options_, jobs_, token->rights}, request);
+  return operation.answer({options_, jobs_, metrics_, token->rights}, request);
 }
 
 void HttpServer::answer(const httplib::Request& request, httplib::Response& response) const {
@@ -160,8 +166,12 @@ TokenCheck HttpServer::serve(Connection& connection) {
   } catch (const std::exception& error) {
     failure = error.what();
   }
-  const auto milliseconds = [](Clock::duration time) {
-    return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+  const auto time = Clock::now() - connection.accepted;
+  if (exchange.status != 0) metrics_.answered(exchange.operation, exchange.status, time);
+  if (exchange.tokenCheck == TokenCheck::Wrong) metrics_.refused("wrong token");
+  if (!failure.empty()) metrics_.refused(failure);
+  const auto milliseconds = [](Clock::duration duration) {
+    return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(duration).count());
   };
   JournalFields fields = {{"address", connection.peer.address},
                           {"operation", exchange.operation},
@@ -170,7 +180,7 @@ TokenCheck HttpServer::serve(Connection& connection) {
                           {"read", std::to_string(channel.bytesRead())},
                           {"wrote", std::to_string(channel.bytesWritten())},
                           {"waited", milliseconds(start - connection.accepted - used)},
-                          {"ms", milliseconds(Clock::now() - connection.accepted)}};
+                          {"ms", milliseconds(time)}};
   if (!failure.empty()) fields.emplace_back("failure", failure);
   writeJournal("request", fields);
   return exchange.tokenCheck;

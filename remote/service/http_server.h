@@ -9,6 +9,7 @@
 #include "service/connection.h"
 #include "service/credentials.h"
 #include "service/job_process.h"
+#include "service/metrics.h"
 #include "service/options.h"
 
 namespace tlpacscfg::service {
@@ -21,6 +22,8 @@ class HttpServer : private httplib::Server {
   HttpServer(const ServiceOptions& options, int stopSignal);
 
   TokenCheck serve(Connection& connection);
+
+  Metrics& metrics() { return metrics_; }
 
   /// For the connections that follow; thread-safe.
   void use(std::shared_ptr<const Credentials> credentials) { credentials_ = credentials; }
@@ -35,6 +38,7 @@ class HttpServer : private httplib::Server {
   const ServiceOptions& options_;
   const int stopSignal_;
   mutable JobProcesses jobs_;
+  Metrics metrics_;
   std::atomic<std::shared_ptr<const Credentials>> credentials_;
 };
 

@@ -44,11 +44,12 @@ std::string answerFiles(const Context& context, const Request& request) {
              .ignoreCase = request.truth("ignoreCase")}));
 }
 
+std::string answerStatus(const Context& context, const Request&) { return context.metrics.text(); }
+
 constexpr Operation kOperations[] = {
-    {"/v1/connect", false, answerConnect},
-    {"/v1/query", false, answerQuery},
-    {"/v1/execute", true, answerExecute},
-    {"/v1/files", false, answerFiles},
+    {"/v1/connect", false, answerConnect}, {"/v1/query", false, answerQuery},
+    {"/v1/execute", true, answerExecute},  {"/v1/files", false, answerFiles},
+    {"/v1/status", false, answerStatus},
 };
 
 }  // namespace

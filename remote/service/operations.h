@@ -3,6 +3,7 @@
 #include <string>
 
 #include "service/job_process.h"
+#include "service/metrics.h"
 #include "service/options.h"
 #include "service/request.h"
 
@@ -11,6 +12,7 @@ namespace tlpacscfg::service {
 struct Context {
   const ServiceOptions& options;
   JobProcesses& jobs;
+  const Metrics& metrics;
   Rights rights;
 };
 
