@@ -8,23 +8,6 @@ namespace tlpacscfg {
 ClassFactory::ClassFactory(const CreatableClass& type) : type_(type) { lockServer(); }
 ClassFactory::~ClassFactory() { unlockServer(); }
 
-HRESULT ClassFactory::QueryInterface(REFIID id, void** result) {
-  if (result == nullptr) return E_POINTER;
-  *result = nullptr;
-  if (id != IID_IUnknown && id != IID_IClassFactory) return E_NOINTERFACE;
-  *result = static_cast<IClassFactory*>(this);
-  AddRef();
-  return S_OK;
-}
-
-ULONG ClassFactory::AddRef() { return ++references_; }
-
-ULONG ClassFactory::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID id, void** result) {
   if (result == nullptr) return E_POINTER;
   *result = nullptr;

@@ -71,7 +71,7 @@ void publish(const Failure& failure, const wchar_t* source, REFGUID interfaceId)
   creator->SetGUID(interfaceId);
   creator->SetSource(sourceName.data());
   creator->SetDescription(description.data());
-  const ComPtr<IErrorInfo> info = creator.query<IErrorInfo>(IID_IErrorInfo);
+  const ComPtr<IErrorInfo> info = creator.query<IErrorInfo>();
   if (info) SetErrorInfo(0, info.get());
 }
 

@@ -8,8 +8,7 @@
 
 #include "automation/com_error.h"
 #include "automation/com_server.h"
-
-extern "C" IMAGE_DOS_HEADER __ImageBase;
+#include "support/module_win.h"
 
 namespace tlpacscfg {
 namespace {
@@ -63,8 +62,8 @@ bool mayUnload() { return objectCount == 0 && lockCount == 0; }
 
 std::wstring modulePath() {
   std::array<wchar_t, 32768> path{};
-  const DWORD length = GetModuleFileNameW(reinterpret_cast<HMODULE>(&__ImageBase), path.data(),
-                                          static_cast<DWORD>(path.size()));
+  const DWORD length =
+      GetModuleFileNameW(moduleInstance(), path.data(), static_cast<DWORD>(path.size()));
   return std::wstring(path.data(), length);
 }
 

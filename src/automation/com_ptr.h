@@ -50,9 +50,11 @@ class ComPtr {
 
   /// Null when the object does not offer the interface.
   template <class Other>
-  ComPtr<Other> query(REFIID id) const {
+  ComPtr<Other> query() const {
     ComPtr<Other> other;
-    if (pointer_) pointer_->QueryInterface(id, reinterpret_cast<void**>(other.out()));
+    if (pointer_) {
+      pointer_->QueryInterface(__uuidof(Other), reinterpret_cast<void**>(other.out()));
+    }
     return other;
   }
 

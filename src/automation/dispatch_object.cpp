@@ -14,10 +14,6 @@
 #include "support/text.h"
 
 namespace tlpacscfg {
-
-const IID IID_CoreObject = {
-    0x0c2b8dc1, 0x7f0e, 0x4f0a, {0x9d, 0x52, 0x3b, 0x6f, 0x0a, 0x84, 0x5e, 0x17}};
-
 namespace {
 
 /// The COM objects that hosts hold now; not owned here.
@@ -51,7 +47,7 @@ ComPtr<IDispatch> wrapObject(const std::shared_ptr<void>& core, const ComClass& 
 }
 
 std::shared_ptr<void> unwrapObject(const ComPtr<IUnknown>& object, const ComClass& type) {
-  const auto core = object.query<CoreObject>(IID_CoreObject);
+  const auto core = object.query<CoreObject>();
   return core ? core->coreOf(type) : nullptr;
 }
 
@@ -59,30 +55,9 @@ std::shared_ptr<void> DispatchObject::coreOf(const ComClass& type) {
   return &type == &type_ ? core_ : nullptr;
 }
 
-HRESULT DispatchObject::QueryInterface(REFIID id, void** result) {
-  if (result == nullptr) return E_POINTER;
-  *result = nullptr;
-  if (id == IID_IUnknown || id == IID_IDispatch || id == type_.interfaceId) {
-    *result = static_cast<IDispatch*>(this);
-  } else if (id == IID_ISupportErrorInfo) {
-    *result = static_cast<ISupportErrorInfo*>(this);
-  } else if (id == IID_IProvideClassInfo && hasTypeLibrary()) {
-    *result = static_cast<IProvideClassInfo*>(this);
-  } else if (id == IID_CoreObject) {
-    *result = static_cast<CoreObject*>(this);
-  } else {
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  return S_OK;
-}
-
-ULONG DispatchObject::AddRef() { return ++references_; }
-
-ULONG DispatchObject::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
+void* DispatchObject::interfaceOf(REFIID id) {
+  if (id == IID_IProvideClassInfo && !hasTypeLibrary()) return nullptr;
+  return ComObject::interfaceOf(id == type_.interfaceId ? IID_IDispatch : id);
 }
 
 HRESULT DispatchObject::GetTypeInfoCount(UINT* count) {

@@ -3,12 +3,12 @@
 #include <oaidl.h>
 #include <ocidl.h>
 
-#include <atomic>
 #include <memory>
 
 #include "automation/com_class.h"
 #include "automation/com_error.h"
 #include "automation/com_module.h"
+#include "automation/com_object.h"
 
 namespace tlpacscfg {
 
@@ -16,19 +16,19 @@ namespace tlpacscfg {
 struct CoreObject : IUnknown {
   virtual std::shared_ptr<void> coreOf(const ComClass& type) = 0;
 };
-extern const IID IID_CoreObject;
+
+}  // namespace tlpacscfg
+
+__CRT_UUID_DECL(tlpacscfg::CoreObject, 0x0c2b8dc1, 0x7f0e, 0x4f0a, 0x9d, 0x52, 0x3b, 0x6f, 0x0a,
+                0x84, 0x5e, 0x17)
+
+namespace tlpacscfg {
 
 /// The one implementation of IDispatch: it calls what the member table of its class says.
-class DispatchObject final : public IDispatch,
-                             public ISupportErrorInfo,
-                             public IProvideClassInfo,
-                             public CoreObject {
+class DispatchObject final
+    : public ComObject<IDispatch, ISupportErrorInfo, IProvideClassInfo, CoreObject> {
  public:
   DispatchObject(std::shared_ptr<void> core, const ComClass& type);
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
@@ -44,7 +44,8 @@ class DispatchObject final : public IDispatch,
   std::shared_ptr<void> coreOf(const ComClass& type) override;
 
  private:
-  ~DispatchObject();
+  ~DispatchObject() override;
+  void* interfaceOf(REFIID id) override;
 
   struct Call {
     DISPID id;
@@ -61,7 +62,6 @@ class DispatchObject final : public IDispatch,
 
   // Destroyed last: the C++ object may use shared state until its own end.
   ObjectReference alive_;
-  std::atomic<ULONG> references_ = 0;
   std::shared_ptr<void> core_;
   const ComClass& type_;
 };

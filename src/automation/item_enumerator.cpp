@@ -17,23 +17,6 @@ ComPtr<IUnknown> ItemEnumerator::create(Items items, const ComClass& itemType) {
   return ComPtr<IUnknown>::sharing(new ItemEnumerator(std::move(shared), itemType, 0));
 }
 
-HRESULT ItemEnumerator::QueryInterface(REFIID id, void** result) {
-  if (result == nullptr) return E_POINTER;
-  *result = nullptr;
-  if (id != IID_IUnknown && id != IID_IEnumVARIANT) return E_NOINTERFACE;
-  *result = static_cast<IEnumVARIANT*>(this);
-  AddRef();
-  return S_OK;
-}
-
-ULONG ItemEnumerator::AddRef() { return ++references_; }
-
-ULONG ItemEnumerator::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 HRESULT ItemEnumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) {
   if (fetched) *fetched = 0;
   if (values == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;

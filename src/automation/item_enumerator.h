@@ -2,25 +2,21 @@
 
 #include <oaidl.h>
 
-#include <atomic>
 #include <memory>
 #include <vector>
 
 #include "automation/com_class.h"
 #include "automation/com_module.h"
+#include "automation/com_object.h"
 
 namespace tlpacscfg {
 
 /// Enumerates the items that a collection held when it was created.
-class ItemEnumerator final : public IEnumVARIANT {
+class ItemEnumerator final : public ComObject<IEnumVARIANT> {
  public:
   using Items = std::vector<std::shared_ptr<void>>;
 
   static ComPtr<IUnknown> create(Items items, const ComClass& itemType);
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) override;
   HRESULT STDMETHODCALLTYPE Skip(ULONG count) override;
@@ -29,10 +25,8 @@ class ItemEnumerator final : public IEnumVARIANT {
 
  private:
   ItemEnumerator(std::shared_ptr<const Items> items, const ComClass& itemType, std::size_t next);
-  ~ItemEnumerator() = default;
 
   ObjectReference alive_;
-  std::atomic<ULONG> references_ = 0;
   std::shared_ptr<const Items> items_;
   const ComClass& itemType_;
   std::size_t next_;

@@ -47,13 +47,12 @@ class ExceptionInfo {
 
 LateBound::LateBound(const wchar_t* progId) {
   CLSID classId{};
-  void* object = nullptr;
   HRESULT status = CLSIDFromProgID(progId, &classId);
   if (SUCCEEDED(status)) {
-    status = CoCreateInstance(classId, nullptr, CLSCTX_SERVER, IID_IDispatch, &object);
+    status = CoCreateInstance(classId, nullptr, CLSCTX_SERVER, IID_IDispatch,
+                              reinterpret_cast<void**>(object_.out()));
   }
-  if (FAILED(status) || object == nullptr) raise(ErrorNumber::CannotCreateObject);
-  object_.reset(static_cast<IDispatch*>(object));
+  if (FAILED(status) || !object_) raise(ErrorNumber::CannotCreateObject);
 }
 
 OwnedVariant LateBound::call(const wchar_t* method,

@@ -4,9 +4,9 @@
 
 #include <oaidl.h>
 
-#include <memory>
 #include <span>
 
+#include "automation/com_ptr.h"
 #include "automation/owned_variant.h"
 
 namespace tlpacscfg {
@@ -27,13 +27,9 @@ class LateBound {
   void put(const wchar_t* property, const VARIANT& value) const;
 
  private:
-  struct Release {
-    void operator()(IDispatch* object) const { object->Release(); }
-  };
-
   OwnedVariant invoke(const wchar_t* member, WORD kind, std::span<const VARIANT> arguments) const;
 
-  std::unique_ptr<IDispatch, Release> object_;
+  ComPtr<IDispatch> object_;
 };
 
 }  // namespace tlpacscfg

@@ -7,24 +7,7 @@
 namespace tlpacscfg {
 namespace {
 
-class FileSearch {
- public:
-  explicit FileSearch(const std::wstring& pattern)
-      : handle_(FindFirstFileW(pattern.c_str(), &found_)) {}
-  ~FileSearch() {
-    if (*this) FindClose(handle_);
-  }
-  FileSearch(const FileSearch&) = delete;
-  FileSearch& operator=(const FileSearch&) = delete;
-
-  explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
-  const WIN32_FIND_DATAW& found() const { return found_; }
-  bool next() { return FindNextFileW(handle_, &found_) != FALSE; }
-
- private:
-  WIN32_FIND_DATAW found_{};
-  HANDLE handle_;
-};
+using SearchHandle = UniqueHandle<HANDLE, &FindClose, kInvalidHandle>;
 
 /// The system also reports names whose short alias matches.
 bool endsInXml(const std::wstring& name) { return upperCase(name).ends_with(L".XML"); }
@@ -33,13 +16,14 @@ bool endsInXml(const std::wstring& name) { return upperCase(name).ends_with(L".X
 
 std::vector<std::wstring> findXmlFiles(const std::wstring& directory) {
   std::vector<std::wstring> files;
-  FileSearch search(directory + L"\\*.XML");
+  WIN32_FIND_DATAW found{};
+  const SearchHandle search(FindFirstFileW((directory + L"\\*.XML").c_str(), &found));
   if (!search) return files;
   do {
-    const std::wstring name = search.found().cFileName;
-    const bool isDirectory = (search.found().dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const std::wstring name = found.cFileName;
+    const bool isDirectory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     if (!isDirectory && endsInXml(name)) files.push_back(name);
-  } while (search.next());
+  } while (FindNextFileW(search.get(), &found));
   return files;
 }
 

@@ -2,12 +2,13 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <utility>
 
 namespace tlpacscfg {
 
-/// Owns one handle of the system.
-template <class Handle, auto Close, Handle Invalid = Handle{}>
+/// Owns one handle of the system. `Null` is the number of the handle that stands for none.
+template <class Handle, auto Close, std::intptr_t Null = 0>
 class UniqueHandle {
  public:
   UniqueHandle() = default;
@@ -20,33 +21,22 @@ class UniqueHandle {
   ~UniqueHandle() { reset(); }
 
   Handle get() const { return handle_; }
-  explicit operator bool() const { return handle_ != Invalid; }
-  Handle release() { return std::exchange(handle_, Invalid); }
-  void reset(Handle handle = Invalid) {
-    if (handle_ != Invalid) Close(handle_);
+  explicit operator bool() const { return handle_ != null(); }
+  Handle release() { return std::exchange(handle_, null()); }
+  void reset(Handle handle = null()) {
+    if (handle_ != null()) Close(handle_);
     handle_ = handle;
   }
 
  private:
-  Handle handle_ = Invalid;
+  static Handle null() { return reinterpret_cast<Handle>(Null); }
+
+  Handle handle_ = null();
 };
 
-/// Owns a file handle, whose null value is INVALID_HANDLE_VALUE, which cannot be a template
-/// argument.
-class FileHandle {
- public:
-  explicit FileHandle(HANDLE handle) : handle_(handle) {}
-  ~FileHandle() {
-    if (*this) CloseHandle(handle_);
-  }
-  FileHandle(const FileHandle&) = delete;
-  FileHandle& operator=(const FileHandle&) = delete;
+/// The number of INVALID_HANDLE_VALUE, which cannot be a template argument itself.
+inline constexpr std::intptr_t kInvalidHandle = -1;
 
-  HANDLE get() const { return handle_; }
-  explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
-
- private:
-  HANDLE handle_;
-};
+using FileHandle = UniqueHandle<HANDLE, &CloseHandle, kInvalidHandle>;
 
 }  // namespace tlpacscfg

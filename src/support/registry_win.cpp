@@ -1,19 +1,15 @@
 #include <windows.h>
 
 #include <cstring>
-#include <memory>
 #include <vector>
 
+#include "support/handle_win.h"
 #include "support/registry.h"
 
 namespace tlpacscfg::registry {
 namespace {
 
-struct KeyCloser {
-  using pointer = HKEY;
-  void operator()(HKEY key) const { RegCloseKey(key); }
-};
-using Key = std::unique_ptr<HKEY, KeyCloser>;
+using Key = UniqueHandle<HKEY, &RegCloseKey>;
 
 HKEY handleOf(Root root) {
   return root == Root::LocalMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
@@ -49,7 +45,7 @@ std::optional<Value> read(Root root, const std::wstring& keyPath, const std::wst
 }
 
 bool keyExists(Root root, const std::wstring& keyPath) {
-  return open(root, keyPath, KEY_QUERY_VALUE) != nullptr;
+  return static_cast<bool>(open(root, keyPath, KEY_QUERY_VALUE));
 }
 
 bool createKey(Root root, const std::wstring& keyPath) {

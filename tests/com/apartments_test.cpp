@@ -124,8 +124,7 @@ TEST_F(EnumerationApartmentsTest, ItemsAreNotHandedOutOnAnotherThread) {
   const HostObject object = initialised();
   const HostObject records = object.get(L"colPACSConfig").object().get(L"ColPACSConfigs").object();
   const Outcome outcome = records.invoke(DISPID_NEWENUM, DISPATCH_PROPERTYGET, {});
-  const auto items =
-      ComPtr<IUnknown>::sharing(outcome.value.get().punkVal).query<IEnumVARIANT>(IID_IEnumVARIANT);
+  const auto items = ComPtr<IUnknown>::sharing(outcome.value.get().punkVal).query<IEnumVARIANT>();
   ASSERT_TRUE(items);
   inAnotherApartment([&] {
     VARIANT item{};

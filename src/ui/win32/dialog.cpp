@@ -1,5 +1,6 @@
 #include "ui/win32/dialog.h"
 
+#include "support/module_win.h"
 #include "support/runtime_error.h"
 #include "support/system.h"
 #include "support/text.h"
@@ -45,16 +46,6 @@ void Dialog::show(int controlId, bool visible) const {
 void Dialog::onCommand(int controlId, int) {
   if (controlId == IDCANCEL) onClose();
 }
-
-LRESULT Dialog::onNotify(NMHDR&) { return 0; }
-
-void Dialog::onTimer(UINT_PTR) {}
-
-void Dialog::onSize(int, int) {}
-
-void Dialog::onMinMaxInfo(MINMAXINFO&) {}
-
-std::optional<INT_PTR> Dialog::onMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
 
 INT_PTR CALLBACK Dialog::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_INITDIALOG) {

@@ -37,15 +37,17 @@ class Dialog {
   /// A control's notification: `code` is BN_CLICKED, CBN_SELCHANGE and so on.
   virtual void onCommand(int controlId, int code);
   /// The result is returned to the control.
-  virtual LRESULT onNotify(NMHDR& header);
-  virtual void onTimer(UINT_PTR timerId);
-  virtual void onSize(int clientWidth, int clientHeight);
-  virtual void onMinMaxInfo(MINMAXINFO& info);
+  virtual LRESULT onNotify(NMHDR& /*header*/) { return 0; }
+  virtual void onTimer(UINT_PTR /*timerId*/) {}
+  virtual void onSize(int /*clientWidth*/, int /*clientHeight*/) {}
+  virtual void onMinMaxInfo(MINMAXINFO& /*info*/) {}
   /// The close box, Alt+F4, or Esc where the template has no Cancel button.
   virtual void onClose() {}
   virtual void onDestroyed() {}
   /// Any other message; a result replaces the default procedure.
-  virtual std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+  virtual std::optional<INT_PTR> onMessage(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    return std::nullopt;
+  }
 
  private:
   static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

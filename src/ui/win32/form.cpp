@@ -67,8 +67,6 @@ void Form::load(int templateId, HWND owner) {
   }
 }
 
-bool Form::onKey(const MSG&) { return false; }
-
 void Form::onDestroyed() {
   LoadedForms& all = loaded();
   std::erase(all.forms, this);

@@ -18,7 +18,7 @@ class Form : public Dialog {
   void load(int templateId, HWND owner);
 
   /// A key for a control of the form, before the dialog keys; true if it was handled.
-  virtual bool onKey(const MSG& message);
+  virtual bool onKey(const MSG& /*message*/) { return false; }
 
  protected:
   void onDestroyed() override;

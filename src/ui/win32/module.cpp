@@ -1,8 +1,8 @@
 #include "ui/win32/module.h"
 
+#include "support/handle_win.h"
+#include "support/module_win.h"
 #include "ui/win32/gdi.h"
-
-extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace tlpacscfg::win32 {
 namespace {
@@ -10,41 +10,22 @@ namespace {
 /// The resource id of a DLL's manifest.
 constexpr WORD kManifestId = 2;
 
-class ActivationContext {
- public:
-  ActivationContext() {
-    ACTCTXW request{};
-    request.cbSize = sizeof(request);
-    request.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID | ACTCTX_FLAG_HMODULE_VALID;
-    request.hModule = moduleInstance();
-    request.lpResourceName = MAKEINTRESOURCEW(kManifestId);
-    handle_ = CreateActCtxW(&request);
-  }
-  ~ActivationContext() {
-    if (valid()) ReleaseActCtx(handle_);
-  }
-  ActivationContext(const ActivationContext&) = delete;
-  ActivationContext& operator=(const ActivationContext&) = delete;
+using ActivationContext = UniqueHandle<HANDLE, &ReleaseActCtx, kInvalidHandle>;
 
-  bool valid() const { return handle_ != INVALID_HANDLE_VALUE; }
-  HANDLE handle() const { return handle_; }
-
- private:
-  HANDLE handle_ = INVALID_HANDLE_VALUE;
-};
-
-const ActivationContext& activationContext() {
-  static const ActivationContext context;
-  return context;
+ActivationContext createActivationContext() {
+  ACTCTXW request{};
+  request.cbSize = sizeof(request);
+  request.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID | ACTCTX_FLAG_HMODULE_VALID;
+  request.hModule = moduleInstance();
+  request.lpResourceName = MAKEINTRESOURCEW(kManifestId);
+  return ActivationContext(CreateActCtxW(&request));
 }
 
 }  // namespace
 
-HINSTANCE moduleInstance() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
-
 ThemeScope::ThemeScope() {
-  const ActivationContext& context = activationContext();
-  active_ = context.valid() && ActivateActCtx(context.handle(), &cookie_);
+  static const ActivationContext context = createActivationContext();
+  active_ = context && ActivateActCtx(context.get(), &cookie_);
 }
 
 ThemeScope::~ThemeScope() {

@@ -4,9 +4,6 @@
 
 namespace tlpacscfg::win32 {
 
-/// The module with the windows' resources: the DLL itself, not the program that loaded it.
-HINSTANCE moduleInstance();
-
 /// While this object exists, windows created by this thread get the themed common controls of the
 /// module's manifest, not those of the host.
 class ThemeScope {

@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "support/module_win.h"
 #include "ui/win32/module.h"
 
 namespace tlpacscfg::win32 {

@@ -4,8 +4,8 @@
 
 #include <utility>
 
+#include "support/module_win.h"
 #include "ui/resource.h"
-#include "ui/win32/module.h"
 
 namespace tlpacscfg {
 
@@ -38,7 +38,7 @@ void frmWorkstationSettings::setPicture() {
   using Icon = UniqueHandle<HICON, &DestroyIcon>;
   const int width = GetSystemMetrics(SM_CXSMICON);
   const int height = GetSystemMetrics(SM_CYSMICON);
-  const Icon icon(static_cast<HICON>(LoadImageW(win32::moduleInstance(), MAKEINTRESOURCEW(IDI_ok),
+  const Icon icon(static_cast<HICON>(LoadImageW(moduleInstance(), MAKEINTRESOURCEW(IDI_ok),
                                                 IMAGE_ICON, width, height, LR_DEFAULTCOLOR)));
   picture_ = ImageList(ImageList_Create(width, height, ILC_COLOR32 | ILC_MASK, 1, 0));
   ImageList_AddIcon(picture_.get(), icon.get());
