@@ -1,6 +1,5 @@
 #include "config/columns.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "support/runtime_error.h"
@@ -95,6 +94,12 @@ void setValue(clsPACSConfiguration& record, const Field& field, FieldValue value
 
 bool isText(const Field& field) {
   return std::holds_alternative<std::wstring clsPACSConfiguration::*>(field);
+}
+
+std::wstring textOf(const FieldValue& value) {
+  if (const auto* text = std::get_if<std::wstring>(&value)) return *text;
+  if (const auto* number = std::get_if<std::int16_t>(&value)) return decimal(*number);
+  return decimal(std::get<std::int32_t>(value));
 }
 
 std::wstring loadingStatement() {

@@ -50,6 +50,9 @@ void setValue(clsPACSConfiguration& record, const Field& field, FieldValue value
 
 bool isText(const Field& field);
 
+/// The text, or the digits of the number.
+std::wstring textOf(const FieldValue& value);
+
 /// "Select <columns> <line break> from Interface_PACS_cfg order by config_id"
 std::wstring loadingStatement();
 /// The same for the rows of one configuration.

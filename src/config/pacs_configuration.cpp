@@ -12,12 +12,6 @@
 namespace tlpacscfg {
 namespace {
 
-std::wstring textOf(const FieldValue& value) {
-  if (const auto* text = std::get_if<std::wstring>(&value)) return *text;
-  if (const auto* number = std::get_if<std::int16_t>(&value)) return decimal(*number);
-  return decimal(std::get<std::int32_t>(value));
-}
-
 std::wstring quoted(const std::wstring& text) { return L"'" + text + L"'"; }
 
 std::wstring encode(const std::wstring& text, Quoting quoting) {

@@ -1,6 +1,5 @@
 #include "config/pacs_configurations.h"
 
-#include <algorithm>
 #include <tuple>
 
 #include "config/columns.h"
@@ -77,11 +76,6 @@ void colPACSConfiguration::AddIntitialConfig() {
   AddCurrenttoCollection(placeholder);
 }
 
-colPACSConfiguration::Pointer colPACSConfiguration::Item(std::int64_t position) const {
-  if (position < 1 || static_cast<std::size_t>(position) > ColPACSConfigs->count()) return nullptr;
-  return ColPACSConfigs->at(static_cast<std::size_t>(position));
-}
-
 // A client is asked for the highest number alone. The other paths go through the rows of the shared
 // result set, whatever it holds while no database is open.
 std::int16_t colPACSConfiguration::GetNextConfigID() {
@@ -125,16 +119,14 @@ void colPACSConfiguration::numberFromRows() {
   rows->Close();
 }
 
-colPACSConfiguration::Pointer colPACSConfiguration::find(std::int16_t configID) const {
-  for (const Pointer& record : ColPACSConfigs->items()) {
-    if (record->configID == configID) return record;
-  }
-  return nullptr;
+std::size_t colPACSConfiguration::positionOf(std::int16_t configID) const {
+  return ColPACSConfigs->positionWhere(&clsPACSConfiguration::configID, configID);
 }
 
 void colPACSConfiguration::SetCurrentConfig(std::int16_t configID) {
-  CurrentPACSConfig = find(configID);
-  if (!CurrentPACSConfig) CurrentPACSConfig = std::make_shared<clsPACSConfiguration>();
+  const std::size_t position = positionOf(configID);
+  CurrentPACSConfig =
+      position > 0 ? ColPACSConfigs->at(position) : std::make_shared<clsPACSConfiguration>();
 }
 
 void colPACSConfiguration::AddCurrenttoCollection(const Pointer& record) {
@@ -161,12 +153,7 @@ void colPACSConfiguration::SaveAllConfigurations() {
 }
 
 std::int16_t colPACSConfiguration::GetItemNumber(std::int16_t configID) const {
-  std::int64_t position = 0;
-  for (const Pointer& record : ColPACSConfigs->items()) {
-    ++position;
-    if (record->configID == configID) return toInt16(position);
-  }
-  return 0;
+  return toInt16(static_cast<std::int64_t>(positionOf(configID)));
 }
 
 std::shared_ptr<colPACSConfiguration> colPACSConfiguration::deepCopy() const {

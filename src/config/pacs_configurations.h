@@ -36,7 +36,7 @@ class colPACSConfiguration {
   void AddIntitialConfig();
 
   /// By 1-based position; null when there is none.
-  Pointer Item(std::int64_t position) const;
+  Pointer Item(std::int64_t position) const { return ColPACSConfigs->itemAt(position); }
 
   /// The highest stored identifier plus 1, or 1. Database errors are suppressed; throws Overflow
   /// above 32767.
@@ -59,7 +59,7 @@ class colPACSConfiguration {
   /// Writes every record with an identifier above 0, changed or not. Throws what a save throws.
   void SaveAllConfigurations();
 
-  /// The 1-based position of the record, or 0.
+  /// The 1-based position of the record, or 0. Throws Overflow above 32767.
   std::int16_t GetItemNumber(std::int16_t configID) const;
 
   /// A new collection that holds a copy of every record.
@@ -68,7 +68,8 @@ class colPACSConfiguration {
  private:
   void addRow(const std::function<Cell(std::size_t)>& cell, std::size_t row, CellRules rules);
   void numberFromRows();
-  Pointer find(std::int16_t configID) const;
+  /// The 1-based position of the record, or 0.
+  std::size_t positionOf(std::int16_t configID) const;
 };
 
 }  // namespace tlpacscfg

@@ -47,29 +47,28 @@ bool isValueStoredAs(const Column& column, const FieldValue& known, const FieldV
 /// The number stored for the user; 0 for a text that is no number.
 std::int32_t userOf(std::wstring_view text) { return ValOrDefault(text, 0); }
 
+std::int64_t minutesSince1970(int year, int month, int day, int hour, int minute) {
+  using namespace std::chrono;
+  const sys_days date = std::chrono::year(year) / month / day;
+  return duration_cast<minutes>(date.time_since_epoch()).count() + hour * 60 + minute;
+}
+
 /// Minutes since 1970 of "YYYY-MM-DD HH:MM...", days alone allowed; null for any other form.
 std::optional<std::int64_t> minutesOf(std::wstring_view text) {
   const auto number = [&](std::size_t at, std::size_t length) {
-    std::int64_t value = 0;
+    int value = 0;
     for (const wchar_t digit : text.substr(at, length)) {
-      if (digit < L'0' || digit > L'9') return std::int64_t{-1};
+      if (digit < L'0' || digit > L'9') return -1;
       value = value * 10 + (digit - L'0');
     }
     return value;
   };
   if (text.size() < 10 || text[4] != L'-' || text[7] != L'-') return std::nullopt;
-  const std::int64_t year = number(0, 4), month = number(5, 2), day = number(8, 2);
-  std::int64_t hour = 0, minute = 0;
-  if (text.size() >= 16) {
-    hour = number(11, 2);
-    minute = number(14, 2);
-  }
-  if (year < 0 || month < 0 || day < 0 || hour < 0 || minute < 0) return std::nullopt;
-  using namespace std::chrono;
-  const sys_days date = std::chrono::year(static_cast<int>(year)) /
-                        std::chrono::month(static_cast<unsigned>(month)) /
-                        std::chrono::day(static_cast<unsigned>(day));
-  return duration_cast<minutes>(date.time_since_epoch()).count() + hour * 60 + minute;
+  const bool hasTime = text.size() >= 16;
+  const int year = number(0, 4), month = number(5, 2), day = number(8, 2);
+  const int hour = hasTime ? number(11, 2) : 0, minute = hasTime ? number(14, 2) : 0;
+  if (std::min({year, month, day, hour, minute}) < 0) return std::nullopt;
+  return minutesSince1970(year, month, day, hour, minute);
 }
 
 /// Whether a stored time is the present, to find days and months that changed places. A column may
@@ -78,20 +77,17 @@ bool isNow(std::wstring_view stored) {
   const system::LocalTime now = system::localTime();
   const auto found = minutesOf(stored);
   if (!found) return dataPath().isRemote();
-  using namespace std::chrono;
-  const sys_days today = year(now.year) / month(static_cast<unsigned>(now.month)) /
-                         day(static_cast<unsigned>(now.day));
-  const std::int64_t midnight = duration_cast<minutes>(today.time_since_epoch()).count();
-  const std::int64_t expected = midnight + std::int64_t{60} * now.hour + now.minute;
+  const std::int64_t midnight = minutesSince1970(now.year, now.month, now.day, 0, 0);
+  const std::int64_t expected =
+      minutesSince1970(now.year, now.month, now.day, now.hour, now.minute);
   constexpr std::int64_t kSlowestSave = 10;
   return std::abs(*found - expected) <= kSlowestSave || *found == midnight;
 }
 
 std::wstring shown(const FieldValue& value) {
-  if (const auto* number = std::get_if<std::int16_t>(&value)) return decimal(*number);
-  if (const auto* number = std::get_if<std::int32_t>(&value)) return decimal(*number);
+  const std::wstring text = textOf(value);
+  if (!std::holds_alternative<std::wstring>(value)) return text;
   constexpr std::size_t kMaxShown = 60;
-  const auto& text = std::get<std::wstring>(value);
   return L"'" + (text.size() > kMaxShown ? text.substr(0, kMaxShown) + L"..." : text) + L"'";
 }
 

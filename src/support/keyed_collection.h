@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,10 +27,10 @@ class KeyedCollection {
   KeyedCollection(const KeyedCollection&) = delete;
   KeyedCollection& operator=(const KeyedCollection&) = delete;
 
-  std::size_t count() const { return entries_.size(); }
-  bool empty() const { return entries_.empty(); }
+  std::size_t count() const { return items_.size(); }
   void reserve(std::size_t count) {
-    entries_.reserve(count);
+    items_.reserve(count);
+    keys_.reserve(count);
     byKey_.reserve(count);
   }
 
@@ -41,13 +43,20 @@ class KeyedCollection {
       if (!isNew) raise(ErrorNumber::DuplicateKey);
       folded = &place->first;
     }
-    entries_.push_back({std::move(item), folded});
+    items_.push_back(std::move(item));
+    keys_.push_back(folded);
   }
 
   /// Throws SubscriptOutOfRange.
   const Pointer& at(std::size_t position) const {
     check(position);
-    return entries_[position - 1].item;
+    return items_[position - 1];
+  }
+
+  /// The same; null for a position outside of the collection.
+  Pointer itemAt(std::int64_t position) const {
+    const bool inside = position >= 1 && position <= std::ssize(items_);
+    return inside ? items_[static_cast<std::size_t>(position - 1)] : nullptr;
   }
 
   /// Null when no item has the key.
@@ -59,59 +68,43 @@ class KeyedCollection {
   /// Throws SubscriptOutOfRange.
   void remove(std::size_t position) {
     check(position);
-    const auto entry = entries_.begin() + static_cast<std::ptrdiff_t>(position - 1);
-    if (entry->key != nullptr) byKey_.erase(byKey_.find(*entry->key));
-    entries_.erase(entry);
+    const auto offset = static_cast<std::ptrdiff_t>(position - 1);
+    const auto key = keys_.begin() + offset;
+    if (*key != nullptr) byKey_.erase(byKey_.find(**key));
+    keys_.erase(key);
+    items_.erase(items_.begin() + offset);
   }
 
   /// 1-based; 0 when no item has the key.
   std::size_t positionOfKey(std::wstring_view key) const {
     const auto found = byKey_.find(upperCase(key));
     if (found == byKey_.end()) return 0;
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-      if (entries_[i].key == &found->first) return i + 1;
-    }
-    return 0;
+    return positionIn(keys_, std::ranges::find(keys_, &found->first));
   }
 
-  /// For range-based loops: `for (const auto& item : collection.items())`.
-  class Items {
-   public:
-    class Iterator {
-     public:
-      explicit Iterator(const KeyedCollection* owner, std::size_t at) : owner_(owner), at_(at) {}
-      const Pointer& operator*() const { return owner_->entries_[at_].item; }
-      Iterator& operator++() {
-        ++at_;
-        return *this;
-      }
-      bool operator!=(const Iterator& other) const { return at_ != other.at_; }
+  /// The 1-based position of the first item with this value in the data member; 0 for none.
+  template <class Member, class Value>
+  std::size_t positionWhere(Member member, const Value& value) const {
+    return positionIn(items_, std::ranges::find_if(items_, [&](const Pointer& item) {
+                        return (*item).*member == value;
+                      }));
+  }
 
-     private:
-      const KeyedCollection* owner_;
-      std::size_t at_;
-    };
-    explicit Items(const KeyedCollection* owner) : owner_(owner) {}
-    Iterator begin() const { return Iterator(owner_, 0); }
-    Iterator end() const { return Iterator(owner_, owner_->entries_.size()); }
-
-   private:
-    const KeyedCollection* owner_;
-  };
-  Items items() const { return Items(this); }
+  const std::vector<Pointer>& items() const { return items_; }
 
  private:
-  struct Entry {
-    Pointer item;
-    /// Owned by byKey_; null for an item without a key.
-    const std::wstring* key;
-  };
-
   void check(std::size_t position) const {
-    if (position < 1 || position > entries_.size()) raise(ErrorNumber::SubscriptOutOfRange);
+    if (position < 1 || position > items_.size()) raise(ErrorNumber::SubscriptOutOfRange);
   }
 
-  std::vector<Entry> entries_;
+  template <class Elements>
+  static std::size_t positionIn(const Elements& elements, typename Elements::const_iterator found) {
+    return found == elements.end() ? 0 : static_cast<std::size_t>(found - elements.begin()) + 1;
+  }
+
+  std::vector<Pointer> items_;
+  /// Of each item its key, owned by byKey_; null for an item without one.
+  std::vector<const std::wstring*> keys_;
   std::unordered_map<std::wstring, Pointer> byKey_;
 };
 

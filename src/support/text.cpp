@@ -71,36 +71,34 @@ char32_t nextUtf8(std::string_view text, std::size_t& position) {
   return point < kSmallest[extra] || point > 0x10FFFF || surrogate ? kReplacement : point;
 }
 
-}  // namespace
-
-std::string toUtf8(std::wstring_view text) {
-  std::string result;
+template <class Result, class View, class Next, class Append>
+Result converted(View text, Next next, Append append) {
+  Result result;
   result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) appendUtf8(result, nextCodePoint(text, i));
+  for (std::size_t i = 0; i < text.size();) append(result, next(text, i));
   return result;
 }
 
+}  // namespace
+
+std::string toUtf8(std::wstring_view text) {
+  return converted<std::string>(text, nextCodePoint<std::wstring_view>, appendUtf8);
+}
+
 std::wstring fromUtf8(std::string_view text) {
-  std::wstring result;
-  result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) appendCodePoint(result, nextUtf8(text, i));
-  return result;
+  return converted<std::wstring>(text, nextUtf8, appendCodePoint<std::wstring>);
 }
 
 std::u16string toUtf16(std::wstring_view text) {
   if constexpr (sizeof(wchar_t) == 2) return std::u16string(text.begin(), text.end());
-  std::u16string result;
-  result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) appendCodePoint(result, nextCodePoint(text, i));
-  return result;
+  return converted<std::u16string>(text, nextCodePoint<std::wstring_view>,
+                                   appendCodePoint<std::u16string>);
 }
 
 std::wstring fromUtf16(std::u16string_view text) {
   if constexpr (sizeof(wchar_t) == 2) return std::wstring(text.begin(), text.end());
-  std::wstring result;
-  result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) appendCodePoint(result, nextCodePoint(text, i));
-  return result;
+  return converted<std::wstring>(text, nextCodePoint<std::u16string_view>,
+                                 appendCodePoint<std::wstring>);
 }
 
 std::wstring_view trimTrailingBlanks(std::wstring_view text) {

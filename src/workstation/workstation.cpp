@@ -9,15 +9,9 @@
 #include "workstation/assignment_batches.h"
 
 namespace tlpacscfg {
+
 void clsWorkstation::SaveWorkstation() const {
   SetWorkstationConfig(WorkStation, decimal(configID));
-}
-
-colWorkstation::Pointer colWorkstation::Item(std::int64_t position) const {
-  if (position < 1 || static_cast<std::size_t>(position) > ColWorkStations->count()) {
-    return nullptr;
-  }
-  return ColWorkStations->at(static_cast<std::size_t>(position));
 }
 
 void colWorkstation::AddWS(std::int16_t configID, const std::wstring& WorkStation) {
@@ -39,12 +33,9 @@ colWorkstation::Pointer colWorkstation::add(std::int16_t configID, std::wstring_
 }
 
 std::int16_t colWorkstation::GetItemNumber(const std::wstring& WorkStation) const {
-  std::int64_t position = 0;
-  for (const Pointer& workstation : ColWorkStations->items()) {
-    ++position;
-    if (workstation->WorkStation == WorkStation) return toInt16(position);
-  }
-  return 0;
+  const std::size_t position =
+      ColWorkStations->positionWhere(&clsWorkstation::WorkStation, WorkStation);
+  return toInt16(static_cast<std::int64_t>(position));
 }
 
 std::int16_t assignedConfigID(const Cell& cell) {
@@ -55,19 +46,15 @@ std::int16_t assignedConfigID(const Cell& cell) {
 
 void colWorkstation::SaveAllWorkStationSettings() const {
   modMain.g_strWorkstationBatch.clear();
-  std::vector<Pointer> all;
-  all.reserve(ColWorkStations->count());
-  for (const Pointer& workstation : ColWorkStations->items()) all.push_back(workstation);
+  // A remote client may call back and change the collection meanwhile.
+  const std::vector<Pointer> all = ColWorkStations->items();
   forEachAssignmentCommand(all,
                            [](const std::wstring& command, std::size_t) { ExecuteSQL(command); });
   AddOfflineDbUpdate();
 }
 
 bool colWorkstation::CheckforAttachedWS(std::int16_t configID) const {
-  for (const Pointer& workstation : ColWorkStations->items()) {
-    if (workstation->configID == configID) return true;
-  }
-  return false;
+  return ColWorkStations->positionWhere(&clsWorkstation::configID, configID) != 0;
 }
 
 }  // namespace tlpacscfg

@@ -56,7 +56,7 @@ class colWorkstation {
   std::shared_ptr<Workstations> ColWorkStations = std::make_shared<Workstations>();
 
   /// By 1-based position; null when there is none.
-  Pointer Item(std::int64_t position) const;
+  Pointer Item(std::int64_t position) const { return ColWorkStations->itemAt(position); }
 
   /// Throws DuplicateKey.
   void AddWS(std::int16_t configID, const std::wstring& WorkStation);

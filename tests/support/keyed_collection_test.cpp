@@ -82,7 +82,7 @@ TEST(KeyedCollectionTest, TheEmptyTextIsAKeyLikeAnyOther) {
 
 TEST(KeyedCollectionTest, AnEmptyCollectionHasNoItems) {
   const Numbers numbers;
-  EXPECT_TRUE(numbers.empty());
+  EXPECT_EQ(numbers.count(), 0U);
   for (const auto& item : numbers.items()) FAIL() << *item;
 }
 

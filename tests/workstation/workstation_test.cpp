@@ -63,7 +63,7 @@ TEST_F(WorkstationsTest, ANewWorkstationIsEmpty) {
 }
 
 TEST_F(WorkstationsTest, ANewCollectionIsEmpty) {
-  EXPECT_TRUE(workstations.ColWorkStations->empty());
+  EXPECT_EQ(workstations.ColWorkStations->count(), 0U);
   EXPECT_EQ(workstations.GetItemNumber(L"PC1"), 0);
   EXPECT_FALSE(workstations.CheckforAttachedWS(0));
   EXPECT_EQ(workstations.Item(1), nullptr);

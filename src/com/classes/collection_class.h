@@ -45,10 +45,8 @@ void add(KeyedCollection<Item>& collection, const Arguments& arguments) {
 
 template <class Item>
 ComPtr<IUnknown> enumerate(const KeyedCollection<Item>& collection) {
-  ItemEnumerator::Items items;
-  items.reserve(collection.count());
-  for (const auto& item : collection.items()) items.push_back(item);
-  return ItemEnumerator::create(std::move(items), comClassOf<Item>());
+  const auto& items = collection.items();
+  return ItemEnumerator::create({items.begin(), items.end()}, comClassOf<Item>());
 }
 
 template <class Item>

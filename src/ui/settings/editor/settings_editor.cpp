@@ -19,6 +19,12 @@ namespace tlpacscfg {
 namespace {
 
 constexpr std::int16_t kDefaultConfiguration = 1;
+constexpr const wchar_t* kUnsaved =
+    L"Configuration has not been saved. Would you like to save the current configuration before "
+    L"continuing?";
+constexpr const wchar_t* kNewUnsaved =
+    L"You have not saved the new configuration. Would you like to save the configuration before "
+    L"continuing?";
 constexpr const wchar_t* kUsed =
     L"This configuration is currently being used by at least one workstation. Please reassign the "
     L"workstation to another configuration and then attempt to delete again.";
@@ -147,17 +153,10 @@ void SettingsEditor::fillList() {
   selectedRow.reset();
 }
 
-void SettingsEditor::selectCurrent() {
-  selectedRow = rows.rowOfKey(ConfigurationRows::keyOf(currentID_));
-}
-
 /// A new configuration has no row.
-void SettingsEditor::selectEdited() {
-  if (newConfiguration_) {
-    selectedRow.reset();
-  } else {
-    selectCurrent();
-  }
+void SettingsEditor::selectCurrent() {
+  selectedRow.reset();
+  if (!newConfiguration_) selectedRow = rows.rowOfKey(ConfigurationRows::keyOf(currentID_));
 }
 
 void SettingsEditor::handOver() {
@@ -268,10 +267,14 @@ void SettingsEditor::takeOver(const ForeignChange& change) {
     announce(show(currentID_));
     return;
   }
-  const std::int16_t position = configurations_->GetItemNumber(currentID_);
-  configurations_->ColPACSConfigs->remove(static_cast<std::size_t>(position));
+  removeRecord(currentID_);
   fillList();
   showFirst();
+}
+
+void SettingsEditor::removeRecord(std::int16_t configID) {
+  const std::int16_t position = configurations_->GetItemNumber(configID);
+  configurations_->ColPACSConfigs->remove(static_cast<std::size_t>(position));
 }
 
 bool SettingsEditor::save() {
@@ -317,8 +320,7 @@ bool SettingsEditor::remove(std::int16_t configID) {
       }
       if (change && !confirmDelete(configID, *change)) return false;
     } while (change && change->stored);
-    const std::int16_t position = configurations_->GetItemNumber(configID);
-    configurations_->ColPACSConfigs->remove(static_cast<std::size_t>(position));
+    removeRecord(configID);
   } catch (...) {
     unconfirmedDelete_ = configID;
     showDeleteError(configID, describeCurrent());
@@ -345,18 +347,10 @@ bool SettingsEditor::CheckForSave(std::int16_t configID) {
   if (configID <= 0 && !newConfiguration_) return true;
   const auto record = recordOf(configID);
   if (!newConfiguration_ && (!record || isUnchanged(*record))) return true;
-  system::Answer answer = system::Answer::No;
-  if (!newConfiguration_) {
-    answer =
-        ask(L"Configuration has not been saved. Would you like to save the current "
-            L"configuration before continuing?",
-            system::Buttons::YesNoCancel);
-  } else if (!isBlank(form)) {
-    answer =
-        ask(L"You have not saved the new configuration. Would you like to save the "
-            L"configuration before continuing?",
-            system::Buttons::YesNoCancel);
-  }
+  const bool nothingEntered = newConfiguration_ && isBlank(form);
+  const system::Answer answer = nothingEntered ? system::Answer::No
+                                               : ask(newConfiguration_ ? kNewUnsaved : kUnsaved,
+                                                     system::Buttons::YesNoCancel);
   switch (answer) {
     case system::Answer::Yes:
       return saveAndGoOn();
@@ -371,22 +365,16 @@ bool SettingsEditor::CheckForSave(std::int16_t configID) {
       deleteEnabled = true;
       return true;
     default:
-      selectEdited();
+      selectCurrent();
       return false;
   }
 }
 
 bool SettingsEditor::saveAndGoOn() {
   const auto chosen = selectedRow ? std::optional(rows.key(*selectedRow)) : std::nullopt;
-  try {
-    if (!validate() || !save()) {
-      selectEdited();
-      return false;
-    }
-  } catch (...) {
-    selectEdited();
-    throw;
-  }
+  // Unless everything was saved, the edited row stays selected.
+  selectCurrent();
+  if (!validate() || !save()) return false;
   fillList();
   if (chosen) selectedRow = rows.rowOfKey(*chosen);
   deleteEnabled = true;

@@ -79,6 +79,7 @@ class SettingsEditor {
   colPACSConfiguration::Pointer storedUnconfirmed();
   void adoptNew(const colPACSConfiguration::Pointer& record);
   void takeOver(const ForeignChange& change);
+  void removeRecord(std::int16_t configID);
   bool remove(std::int16_t configID);
   bool deleteUnlessUsed(std::int16_t configID, std::optional<ForeignChange>& change);
   bool isUsed(SiteCommand& command, std::int16_t configID) const;
@@ -91,7 +92,6 @@ class SettingsEditor {
   bool hasEdits() const;
   bool validate();
   bool saveAndGoOn();
-  void selectEdited();
   void selectCurrent();
   void fillList();
   void showFirst();
