@@ -165,21 +165,5 @@ TEST_F(AssignmentTest, AWorkstationWithAnAmpersandIsFoundByItsName) {
   EXPECT_EQ(assigned(L"A&B"), L"1");
 }
 
-TEST_F(AssignmentTest, ANewConfigurationCanBeAssignedInTheSameRun) {
-  makeSite();
-  assignWhile([](HWND list) {
-    const HWND window = openSettings(list);
-    press(window, Control::btnNew);
-    fill(window, Control::txtDescription, L"Ten");
-    press(window, Control::btnSave);
-    closeSettings(window);
-    const HWND dialog = open(list);
-    choose(dialog, IDC_frmWorkstationSettings_cmbPACSConfig, 4);
-    ok(dialog);
-    EXPECT_EQ(list_view::cell(workstations(list), 0, 2), L"10 - Ten");
-  });
-  EXPECT_EQ(assigned(kComputer), L"10");
-}
-
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -4,6 +4,7 @@
 
 #include "data/direct_connections.h"
 #include "data/mod_main.h"
+#include "harness/errors.h"
 #include "support/runtime_error.h"
 #include "ui/settings/values/settings_binding.h"
 
@@ -85,30 +86,6 @@ TEST_F(SettingsEditorTest, AnUnknownConfigurationShowsNothingNewAndSelectsNoRow)
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(SettingsEditorTest, AnUnknownConfigurationDoesNotChangeTheCurrentOne) {
-  makeSite();
-  open(5);
-  editor.ShowPACSSettings(7);
-  EXPECT_EQ(5, editor.currentID());
-  EXPECT_EQ(1u, editor.selectedRow);
-  EXPECT_EQ(L"Five", editor.form[txtDescription].text);
-  type(txtDescription, L"Changed");
-  editor.btnSave();
-  EXPECT_EQ(L"Changed", description(5));
-}
-
-TEST_F(SettingsEditorTest, AnUnknownConfigurationKeepsTheEditsOfTheShownOne) {
-  makeSite();
-  open(5);
-  type(txtDescription, L"Changed");
-  editor.ShowPACSSettings(7);
-  EXPECT_EQ(L"Changed", editor.form[txtDescription].text);
-  answers = {Answer::Cancel};
-  EXPECT_FALSE(editor.btnExit());
-  expectAsked(kSaveQuestion, Buttons::YesNoCancel);
-  EXPECT_EQ(1u, editor.selectedRow);
-}
-
 TEST_F(SettingsEditorTest, SavingForAnUnknownConfigurationIsAnError) {
   makeSite();
   open(7);
@@ -117,12 +94,7 @@ TEST_F(SettingsEditorTest, SavingForAnUnknownConfigurationIsAnError) {
     if (control.kind == Kind::List) editor.form[control.control].position = 0;
   }
   type(txtDescription, L"Nobody");
-  try {
-    editor.btnSave();
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(91, error.number());
-  }
+  EXPECT_RUNTIME_ERROR(editor.btnSave(), 91, L"Object variable or With block variable not set");
   EXPECT_EQ(L"3", count());
 }
 
@@ -152,12 +124,7 @@ TEST_F(SettingsEditorTest, AnEnabledListWithoutAnEntryCannotBeSaved) {
   addConfiguration(1, std::wstring(kConsistent) + L", description = 'Default', flag10 = 99");
   open(1);
   ASSERT_TRUE(editor.form[cmbPollingDisplayField].enabled);
-  try {
-    editor.btnSave();
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(381, error.number());
-  }
+  EXPECT_RUNTIME_ERROR(editor.btnSave(), 381, L"Invalid property array index");
 }
 
 TEST_F(SettingsEditorTest, SavingAnEditUpdatesTheRowTheHostAndTheList) {
@@ -228,12 +195,7 @@ TEST_F(SettingsEditorTest, APortThatDoesNotFitIsAnErrorAndNothingIsWritten) {
   open(5);
   type(txtDescription, L"Changed");
   type(txtPort, L"99999999999999999999");
-  try {
-    editor.btnSave();
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(6, error.number());
-  }
+  EXPECT_OVERFLOW(editor.btnSave());
   EXPECT_EQ(L"Five", description(5));
   EXPECT_EQ(L"Changed", editor.form[txtDescription].text);
   EXPECT_EQ(L"99999999999999999999", editor.form[txtPort].text);
@@ -386,12 +348,8 @@ TEST_F(SettingsEditorTest, AnIdentifierTakenInStandAloneModeIsAnErrorThatKeepsTh
   editor.ShowPACSSettings(0);
   EXPECT_TRUE(editor.isNew());
   type(txtDescription, L"Memory");
-  try {
-    editor.btnSave();
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(457, error.number());
-  }
+  EXPECT_RUNTIME_ERROR(editor.btnSave(), 457,
+                       L"This key is already associated with an element of this collection");
   EXPECT_TRUE(editor.isNew());
   EXPECT_EQ(L"Memory", editor.form[txtDescription].text);
   EXPECT_EQ(L"Default", hostDescription(1));
@@ -459,6 +417,7 @@ TEST_F(SettingsEditorTest, OpeningAConfigurationThatIsGoneAsksNothingAndKeepsThe
   EXPECT_TRUE(messages.empty());
   EXPECT_EQ(L"Mine", editor.form[txtDescription].text);
   EXPECT_EQ(5, editor.currentID());
+  EXPECT_EQ(1u, editor.selectedRow);
   editor.btnSave();
   EXPECT_EQ(L"Mine", description(5));
 }

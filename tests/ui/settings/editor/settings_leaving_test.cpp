@@ -59,9 +59,12 @@ TEST_F(SettingsLeavingTest, ARowClickAnsweredNoDropsTheEdits) {
   makeSite();
   open(5);
   type(txtDescription, L"Changed");
+  const auto before = host->m_colPACSConfig;
   answers = {Answer::No};
   editor.rowClicked(2);
   EXPECT_EQ(L"Five", description(5));
+  EXPECT_EQ(before, host->m_colPACSConfig);
+  EXPECT_EQ(0, listRefreshes);
   EXPECT_EQ(9, editor.currentID());
   editor.rowClicked(1);
   EXPECT_EQ(L"Five", editor.form[txtDescription].text);
@@ -132,29 +135,8 @@ TEST_F(SettingsLeavingTest, LeavingANewConfigurationAsksAndCanBeAnsweredEveryWay
   EXPECT_EQ(9, editor.currentID());
   EXPECT_EQ(2u, editor.selectedRow);
   EXPECT_EQ(4u, editor.rows.rowCount());
-}
-
-TEST_F(SettingsLeavingTest, ANewConfigurationSavedByTheQuestionReachesTheHostAndTheList) {
-  makeSite();
-  open(5);
-  editor.btnNew();
-  applyPendingRules();
-  type(txtDescription, L"Ten");
-  answers = {Answer::Yes};
-  editor.rowClicked(2);
   EXPECT_EQ(L"Ten", hostDescription(10));
   EXPECT_EQ(1, listRefreshes);
-}
-
-TEST_F(SettingsLeavingTest, DiscardedEditsAreNotHandedOver) {
-  makeSite();
-  open(5);
-  const auto before = host->m_colPACSConfig;
-  type(txtDescription, L"Changed");
-  answers = {Answer::No};
-  editor.rowClicked(2);
-  EXPECT_EQ(before, host->m_colPACSConfig);
-  EXPECT_EQ(0, listRefreshes);
 }
 
 TEST_F(SettingsLeavingTest, ANewConfigurationAnsweredNoIsDropped) {
@@ -208,14 +190,6 @@ TEST_F(SettingsLeavingTest, ExitStaysWhenItsQuestionIsCancelled) {
   EXPECT_FALSE(editor.btnExit());
   EXPECT_EQ(before, host->m_colPACSConfig);
   EXPECT_EQ(0, listRefreshes);
-}
-
-TEST_F(SettingsLeavingTest, TheFirstRowCannotBeDeleted) {
-  makeSite();
-  open(1);
-  editor.btnDelete();
-  expectAsked(kNotDefault, Buttons::Ok);
-  EXPECT_EQ(L"3", count());
 }
 
 TEST_F(SettingsLeavingTest, TheFirstRowIsRefusedEvenWhenNoWorkstationUsesIt) {

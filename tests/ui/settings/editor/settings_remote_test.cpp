@@ -104,17 +104,6 @@ TEST_F(SettingsRemoteTest, ExitAsksAboutWhatTheClientRefused) {
   expectAsked(kSaveQuestion, Buttons::YesNoCancel);
 }
 
-TEST_F(SettingsRemoteTest, ARowClickAnsweredYesJumpsBackWhenTheClientRefuses) {
-  openRemotely(5);
-  type(txtDescription, L"Changed");
-  refuse(kUpdate);
-  answers = {Answer::Yes};
-  expectRefused([&] { editor.rowClicked(2); });
-  EXPECT_EQ(editor.currentID(), 5);
-  EXPECT_EQ(editor.selectedRow, 1U);
-  EXPECT_EQ(editor.form[txtDescription].text, L"Changed");
-}
-
 TEST_F(SettingsRemoteTest, ARefusedMarkForOfflineCopiesFailsNothing) {
   openRemotely(5);
   type(txtDescription, L"Changed");

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "support/runtime_error.h"
+#include "harness/errors.h"
 #include "ui/settings/values/settings_form.h"
 
 namespace tlpacscfg::test {
@@ -84,13 +84,7 @@ TEST(ListSelectionTest, TheCodeOfNoEntryIsAnError) {
   EXPECT_EQ(std::nullopt, selectedCode(form, cmbVendorType));
   form[cmbVendorType].position = 1000;
   EXPECT_EQ(std::nullopt, selectedCode(form, cmbVendorType));
-  try {
-    requiredCode(form, cmbVendorType);
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(381, error.number());
-    EXPECT_EQ(L"Invalid property array index", error.description());
-  }
+  EXPECT_RUNTIME_ERROR(requiredCode(form, cmbVendorType), 381, L"Invalid property array index");
 }
 
 TEST(NewFormTest, TheWindowOpensWithItsDesignTexts) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "support/runtime_error.h"
+#include "harness/errors.h"
 #include "support/text.h"
 #include "ui/settings/values/complete_record.h"
 #include "ui/settings/values/settings_binding.h"
@@ -81,12 +81,7 @@ TEST(BoundListTest, AListWithoutASelectedEntryCountsAsChangedAndCannotBeReadBack
   showRecord(form, record);
   form[cmbVendorType].position = -1;
   EXPECT_FALSE(PACSValueTheSame(form, record));
-  try {
-    readBack(form, record);
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(381, error.number());
-  }
+  EXPECT_RUNTIME_ERROR(readBack(form, record), 381, L"Invalid property array index");
 }
 
 TEST(BoundListTest, APositionListWithoutASelectedEntryReadsAsMinusOne) {

@@ -312,15 +312,6 @@ TEST_F(SettingsControlsTest, TheTabStopOfAGroupFollowsTheOptionThatIsClicked) {
   });
 }
 
-TEST_F(SettingsControlsTest, TheXmlFilesAreListedWithoutThoseOfTheSystem) {
-  makePrompts({L"SysWindowCfg.xml", L"SITEWINDOWCFG.XML", L"a.xml", L"B.XML", L"notes.txt"});
-  makeSite();
-  edit([](HWND window) {
-    const Texts files = entriesOf(control(window, Control::cmbXMLConfugrationFile));
-    EXPECT_EQ(std::set(files.begin(), files.end()), (std::set<std::wstring>{L"a.xml", L"B.XML"}));
-  });
-}
-
 TEST_F(SettingsControlsTest, NothingIsClippedAndNothingOverlapsInAnyResponseType) {
   makePrompts({L"a.xml"});
   addConsistent(1, L"Default", L"pacs_type = 7, bidirectional = 1, string1 = 'a.xml'");

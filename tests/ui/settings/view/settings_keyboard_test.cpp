@@ -215,15 +215,5 @@ TEST_F(SettingsKeyboardTest, TheAccessionFieldsAreTickedWithTheMouse) {
   EXPECT_EQ(stored(1, L"string3"), L"Accession ID,Department");
 }
 
-TEST_F(SettingsKeyboardTest, FieldsOfAnOldRowStayStoredUntilATickChanges) {
-  addConsistent(1, L"Default", L"string3 = '11, 27'");
-  edit([](HWND window) {
-    EXPECT_EQ(text(window, cmpAccessionFields), L"");
-    fill(window, txtPort, L"7");
-    press(window, btnSave);
-  });
-  EXPECT_EQ(stored(1, L"string3"), L"11, 27");
-}
-
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -91,40 +91,6 @@ TEST_F(SettingsRulesWindowTest, ALabelIsDisabledTogetherWithItsField) {
   });
 }
 
-TEST_F(SettingsRulesWindowTest, ACustomFormatShowsTheXmlFilesAndSelectsTheFirst) {
-  makePrompts({L"a.xml"});
-  makeSite();
-  edit([](HWND window) {
-    EXPECT_FALSE(visible(window, cmbXMLConfugrationFile));
-    for (const std::int16_t format : {std::int16_t{7}, std::int16_t{9}}) {
-      pickCode(window, cmbVendorType, format);
-      waitUntil([&] { return visible(window, cmbXMLConfugrationFile); }, "the list of files");
-      EXPECT_TRUE(visible(window, lblCustomConfigOptions));
-      EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"a.xml");
-      pickCode(window, cmbVendorType, 1);
-      waitUntil([&] { return !visible(window, cmbXMLConfugrationFile); }, "no list of files");
-    }
-  });
-}
-
-TEST_F(SettingsRulesWindowTest, FromUrlBackToXmlFileTheCaptionAndTheFieldsFollow) {
-  addConsistent(1, L"Default", L"bidirectional = 1, flag2 = 1");
-  edit([](HWND window) {
-    EXPECT_EQ(text(window, lblResponseFileName), L"URL Address");
-    EXPECT_TRUE(visible(window, txtApplicableFields));
-    EXPECT_FALSE(visible(window, cmbResPassword));
-    pick(window, cmbResponseType, 0);
-    waitUntil([&] { return visible(window, cmbResPassword); }, "the password option");
-    EXPECT_EQ(text(window, lblResponseFileName), L"Response File Path and Name");
-    for (const Control hidden :
-         {txtApplicableFields, lblApplicableFields, lblAddressHint, lblHintApplicable}) {
-      EXPECT_FALSE(visible(window, hidden));
-    }
-    pick(window, cmbResponseType, 2);
-    waitUntil([&] { return text(window, lblResponseFileName) == L"HL7 Message"; }, "the caption");
-  });
-}
-
 TEST_F(SettingsRulesWindowTest, TickingTheMappingSelectsTheFirstPairAtOnce) {
   makeSite();
   edit([](HWND window) {
@@ -136,25 +102,7 @@ TEST_F(SettingsRulesWindowTest, TickingTheMappingSelectsTheFirstPairAtOnce) {
     press(window, radLogonMapCorvane_2);
     EXPECT_FALSE(ticked(window, radLogonMapPACS_0));
     EXPECT_FALSE(ticked(window, radLogonMapCorvane_0));
-    press(window, chkUserLogon);
-    for (const Control option : {radLogonMapPACS_0, radLogonMapPACS_1, radLogonMapCorvane_0,
-                                 radLogonMapCorvane_1, radLogonMapCorvane_2}) {
-      EXPECT_FALSE(ticked(window, option));
-      EXPECT_FALSE(enabled(window, option));
-    }
-    EXPECT_EQ(position(window, cmbRequestPassword), 1);
-    EXPECT_FALSE(enabled(window, cmbRequestPassword));
   });
-}
-
-TEST_F(SettingsRulesWindowTest, AStoredMappingIsShownWithoutActingAsAClick) {
-  addConsistent(1, L"Default", L"user_mapping_option = 6, pacs_request_password = 2");
-  edit([](HWND window) {
-    EXPECT_TRUE(ticked(window, radLogonMapPACS_1));
-    EXPECT_TRUE(ticked(window, radLogonMapCorvane_2));
-    EXPECT_EQ(position(window, cmbRequestPassword), 2);
-  });
-  EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(SettingsRulesWindowTest, ACommandSeesTheRulesOfAChangeMadeJustBefore) {

@@ -1,6 +1,7 @@
-#include <map>
-
 #include "support/text.h"
+#include "ui/settings/values/complete_record.h"
+#include "ui/settings/values/settings_binding.h"
+#include "ui/settings/values/settings_rules.h"
 #include "ui/settings/view/settings_fixture.h"
 
 namespace tlpacscfg::test {
@@ -8,100 +9,32 @@ namespace {
 
 using enum Control;
 
-class SettingsShowingTest : public SettingsTest {
- protected:
-  /// A row that differs from an empty one in every column.
-  static const std::vector<std::pair<const wchar_t*, const wchar_t*>>& completeRow() {
-    static const std::vector<std::pair<const wchar_t*, const wchar_t*>> row = {
-        {L"pacs_type", L"7"},
-        {L"description", L"Complete"},
-        {L"request_filename", L" c:\\in\\{AF}.xml"},
-        {L"response_filename", L"http://h/?a=b "},
-        {L"bidirectional", L"1"},
-        {L"response_for_paused_jobs", L"1"},
-        {L"response_for_aborted_jobs", L"1"},
-        {L"response_for_nonrequests", L"1"},
-        {L"ins_ovr_before_pacs", L"8"},
-        {L"flag1", L"10"},
-        {L"user_mapping_option", L"5"},
-        {L"pacs_request_password", L"2"},
-        {L"pacs_response_password", L"1"},
-        {L"string1", L"b.xml"},
-        {L"string2", L"11,27"},
-        {L"flag2", L"1"},
-        {L"flag3", L"1"},
-        {L"flag4", L"2"},
-        {L"flag5", L"1"},
-        {L"flag6", L"2147483647"},
-        {L"flag7", L"1"},
-        {L"flag8", L"10"},
-        {L"flag9", L"35"},
-        {L"flag10", L"27"},
-        {L"flag11", L"2"},
-        {L"string3", L"Accession ID,Visit ID"},
-        {L"string4", L"c:\\ctx.xml"},
-        {L"flag14", L"1"},
-        {L"flag15", L"1"},
-        {L"flag16", L"1"},
-        {L"string5", L"c:\\close.xml"},
-        {L"flag17", L"10"},
-        {L"flag18", L"1"},
-    };
-    return row;
-  }
+using SettingsShowingTest = SettingsTest;
 
-  void addComplete(int id) {
-    std::wstring changes;
-    for (const auto& [column, value] : completeRow()) {
-      changes += (changes.empty() ? L"" : L", ") + std::wstring(column) + L" = '" + value + L"'";
+/// The tests of the values say what the form of a record holds.
+TEST_F(SettingsShowingTest, EveryControlShowsWhatTheFormOfItsRecordHolds) {
+  makePrompts(kFiles);
+  clsPACSConfiguration record = completeRecord();
+  record.configID = 1;
+  connect();
+  record.SaveConfiguration();
+  SettingsForm form(kFiles);
+  EXPECT_EQ(showRecord(form, record), std::nullopt);
+  form = applyFieldRules(form).form;
+  edit([&](HWND window) {
+    for (const ControlDesign& each : controls()) {
+      SCOPED_TRACE(toUtf8(each.name));
+      const ControlContent& content = form[each.control];
+      if (each.kind == Kind::Text) {
+        EXPECT_EQ(text(window, each.control), content.text);
+      } else if (each.kind == Kind::List) {
+        EXPECT_EQ(position(window, each.control), content.position);
+      } else if (each.kind == Kind::Check || each.kind == Kind::Option) {
+        EXPECT_EQ(ticked(window, each.control), content.ticked);
+      }
     }
-    addConfiguration(id, changes);
-  }
-};
-
-TEST_F(SettingsShowingTest, EveryColumnIsShownInItsControl) {
-  makePrompts({L"a.xml", L"b.xml"});
-  addComplete(1);
-  edit([](HWND window) {
-    EXPECT_EQ(text(window, txtDescription), L"Complete");
-    EXPECT_EQ(text(window, txtRequestFileName), L" c:\\in\\{AF}.xml");
-    EXPECT_EQ(text(window, txtResponseFileName), L"http://h/?a=b ");
-    EXPECT_EQ(text(window, txtApplicableFields), L"11,27");
-    EXPECT_EQ(text(window, txtContextXML), L"c:\\ctx.xml");
-    EXPECT_EQ(text(window, txtCloseDictation), L"c:\\close.xml");
-    EXPECT_EQ(text(window, txtPort), L"2147483647");
     EXPECT_EQ(text(window, cmpAccessionFields), L"Accession ID, Visit ID");
     EXPECT_EQ(text(window, cmbXMLConfugrationFile), L"b.xml");
-    const std::map<Control, int> positions = {
-        {cmbVendorType, 5},          {cmbStartPACS, 2},           {cmbManualEntry, 1},
-        {cmbRequestPassword, 2},     {cmbResPassword, 1},         {cmbResponseType, 1},
-        {cmbPollingOption, 1},       {cmbPollingAction, 2},       {cmbContextUpdate, 2},
-        {cmbContextChangeOption, 3}, {cmbPollingDisplayField, 1}, {cmbCloseDictationAction, 1}};
-    for (const auto& [list, expected] : positions) {
-      EXPECT_EQ(position(window, list), expected) << toUtf8(design(list).name);
-    }
-    for (const Control box :
-         {chkUserLogon, radLogonMapPACS_1, radLogonMapCorvane_1, chkResponseEnabled, chkPaused,
-          chkAborted, chkNonPACS, chkUpdateXMLData, chkDeleteFlag, chkEnableContextPolling,
-          optMultiAccessionHandlingOption_2, chkCheckFileDateTime, chkPreProcessFile,
-          chkCloseDictation, chkSendAbortForCanceledOpen}) {
-      EXPECT_TRUE(ticked(window, box)) << toUtf8(design(box).name);
-    }
-  });
-  EXPECT_TRUE(messages.empty());
-}
-
-TEST_F(SettingsShowingTest, OnlyTheDefaultConfigurationsDescriptionIsFixed) {
-  makeSite();
-  edit([](HWND window) {
-    EXPECT_EQ(text(window, txtDescription), L"Five");
-    EXPECT_TRUE(enabled(window, txtDescription));
-    EXPECT_EQ(list_view::selectedRow(rows(window)), 1);
-    EXPECT_EQ(focusOf(window), control(window, txtDescription));
-    pickRow(window, 0);
-    EXPECT_FALSE(enabled(window, txtDescription));
-    pickRow(window, 2);
-    EXPECT_TRUE(enabled(window, txtDescription));
   });
   EXPECT_TRUE(messages.empty());
 }

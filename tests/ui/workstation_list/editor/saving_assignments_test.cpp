@@ -114,20 +114,6 @@ TEST_F(SavingAssignmentsTest, WhatTheRemoteClientRefusesIsReportedAndSentAgain) 
   EXPECT_EQ(L"0", stored(L"PC-1"));
 }
 
-TEST_F(SavingAssignmentsTest, WhatAColleagueAssignedMeanwhileIsLeftAlone) {
-  addConfiguration(1);
-  for (const wchar_t* name : {L"PC-1", L"PC-2"}) {
-    addWorkstation(name);
-    assign(name, L"'1'");
-  }
-  open();
-  site.run(L"update System_workstation_cfg set key_value = '7' where pc_name = 'PC-1'");
-  EXPECT_TRUE(editor.saveAssignments());
-  EXPECT_TRUE(messages.empty());
-  EXPECT_EQ(L"7", stored(L"PC-1"));
-  EXPECT_EQ(L"1", stored(L"PC-2"));
-}
-
 TEST_F(SavingAssignmentsTest, AConflictAnsweredYesSavesTheAssignmentsMadeHere) {
   openInConflict();
   answers = {Answer::Yes};
@@ -152,19 +138,6 @@ TEST_F(SavingAssignmentsTest, ACancelledConflictStaysAndWritesNothing) {
   expectConflictQuestion();
   EXPECT_EQ(L"3", stored(L"PC-1"));
   EXPECT_EQ(L"0", site.value(L"select count(*) from System_offline_db_updates"));
-}
-
-TEST_F(SavingAssignmentsTest, ManyConflictsAreCountedAfterTheFirstFive) {
-  for (int i = 1; i <= 8; ++i) addWorkstation(L"PC-" + decimal(i));
-  open();
-  for (const auto& workstation : host->m_colWorkstation->ColWorkStations->items()) {
-    workstation->configID = 2;
-    assign(workstation->WorkStation, L"'3'");
-  }
-  answers = {Answer::Yes};
-  EXPECT_TRUE(editor.saveAssignments());
-  ASSERT_EQ(1U, messages.size());
-  EXPECT_NE(messages[0].text.find(L"PC-5: here 2, stored 3\r\nand 3 more\r\n"), std::wstring::npos);
 }
 
 TEST_F(SavingAssignmentsTest, ACollectionThatAHostReplacesWhileAQuestionWaitsStaysAlive) {

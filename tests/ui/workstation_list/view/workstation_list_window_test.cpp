@@ -52,21 +52,6 @@ TEST_F(ListWindowTest, OpensOnTheWorkstationsThatHaveAConfiguration) {
       0);
 }
 
-TEST_F(ListWindowTest, TheFilterShowsExpertWorkstationsOrAll) {
-  addWorkstation(L"PC-1", L"1");
-  addWorkstation(L"PC-2", L"0");
-  addWorkstation(L"PC-3", L"2");
-  initialise();
-  showWhile([&](HWND window) {
-    EXPECT_EQ(list_view::rowCount(list(window)), 0);
-    choose(window, IDC_frmPACSList_cboPCList, 1);
-    EXPECT_EQ(list_view::column(list(window), 1), (Texts{L"PC-1"}));
-    showAll(window);
-    EXPECT_EQ(list_view::column(list(window), 1), (Texts{L"PC-1", L"PC-2", L"PC-3"}));
-    close(window);
-  });
-}
-
 TEST_F(ListWindowTest, HasFiveColumnsOfWhichTwoAreHidden) {
   initialise();
   showWhile([&](HWND window) {
@@ -102,28 +87,6 @@ TEST_F(ListWindowTest, TwentyFiveRowsNarrowTheConfigurationColumnPermanently) {
     choose(window, IDC_frmPACSList_cboPCList, 0);
     EXPECT_EQ(list_view::rowCount(list(window)), 0);
     EXPECT_EQ(list_view::columnWidth(list(window), 2), win32::pixelsFromTwips(1950));
-    close(window);
-  });
-}
-
-TEST_F(ListWindowTest, HeaderClicksSortEitherWayAndConfigurationsByNumber) {
-  for (const int id : {2, 10, 9}) {
-    addConfiguration(id);
-    addWorkstation(L"PC-" + std::to_wstring(id));
-    assign(L"PC-" + std::to_wstring(id), L"'" + std::to_wstring(id) + L"'");
-  }
-  addWorkstation(L"PC-1");
-  initialise();
-  showWhile([&](HWND window) {
-    showAll(window);
-    list_view::clickHeader(list(window), 2);
-    EXPECT_EQ(list_view::column(list(window), 4), (Texts{L"9999", L"10", L"9", L"2"}));
-    list_view::clickHeader(list(window), 2);
-    EXPECT_EQ(list_view::column(list(window), 4), (Texts{L"2", L"9", L"10", L"9999"}));
-    list_view::clickHeader(list(window), 1);
-    EXPECT_EQ(list_view::column(list(window), 1), (Texts{L"PC-9", L"PC-2", L"PC-10", L"PC-1"}));
-    list_view::clickHeader(list(window), 1);
-    EXPECT_EQ(list_view::column(list(window), 1), (Texts{L"PC-1", L"PC-10", L"PC-2", L"PC-9"}));
     close(window);
   });
 }
