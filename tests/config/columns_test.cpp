@@ -81,14 +81,11 @@ TEST(ColumnsTest, TheTableHasEveryColumnInItsPlaceWithItsKindSubstituteAndQuotin
   }
 }
 
-TEST(ColumnsTest, EveryColumnNamesTheFieldOfItsProperty) {
-  clsPACSConfiguration record;
-  // The copy equals the record of distinct values only if no two columns name the same field.
+TEST(ColumnsTest, EveryFieldHasOneColumn) {
   const clsPACSConfiguration distinct = distinctRecord();
-  for (const Column& column : columns()) {
-    setValue(record, column.field, valueOf(distinct, column.field));
-  }
-  expectEqualRecords(record, distinct);
+  std::set<std::wstring> values;
+  for (const Column& column : columns()) values.insert(textOf(valueOf(distinct, column.field)));
+  EXPECT_EQ(values.size(), 38U);
 }
 
 TEST(ColumnsTest, LoadPositionsAreEachTakenOnce) {

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "config/columns.h"
 #include "config/pacs_configurations.h"
 #include "data/direct_connections.h"
@@ -261,18 +259,6 @@ class RemoteLoadingTest : public LoadingTest {
  protected:
   RemoteLoadingTest() { logOn(7); }
 
-  /// A row as the client delivers it: the distinct record's values in load order.
-  static Cells distinctCells() {
-    return {L"101", L"2",   L"D'1",    L"R'2", L"S'3",
-            L"4",   L"5",   L"6",      L"7",   L"9",
-            L"11",  L"12",  L"13",     L"14",  L"2015-01-01 00:00:00",
-            L"10",  L"X17", L"A18",    L"16",  L"19",
-            L"20",  L"8",   L"100021", L"22",  L"23",
-            L"24",  L"25",  L"26",     L"C27", L"M28",
-            L"29",  L"30",  L"31",     L"32",  L"33",
-            L"F34", L"35",  L"36"};
-  }
-
   std::shared_ptr<ClientScript> client = connectFakeClient(L"talora");
 };
 
@@ -385,33 +371,6 @@ TEST_F(RemoteLoadingTest, ANullInAnOlderColumnFailsTheLoad) {
 TEST_F(RemoteLoadingTest, ATableWithTooFewColumnsFailsTheLoad) {
   client->table = tableOf({{L"1", L"2"}});
   EXPECT_RUNTIME_ERROR(configurations.GetPACSConfigurations(), 9, L"Subscript out of range");
-}
-
-TEST_F(RemoteLoadingTest, AStoredIdentifierZeroCollidesWithThePlaceholder) {
-  Cells cells = distinctCells();
-  cells[0] = L"0";
-  client->table = tableOf({cells, distinctCells()});
-  EXPECT_RUNTIME_ERROR(configurations.GetPACSConfigurations(), 457, kDuplicateKey);
-  EXPECT_EQ(identifiers(), (Identifiers{0}));
-}
-
-TEST_F(RemoteLoadingTest, ANullFlag10YieldsOne) {
-  Cells cells = distinctCells();
-  const auto flag10 = std::find_if(
-      columnsInLoadOrder().begin(), columnsInLoadOrder().end(),
-      [](const Column* column) { return std::wstring_view(column->name) == L"flag10"; });
-  ASSERT_NE(flag10, columnsInLoadOrder().end());
-  cells[static_cast<std::size_t>((*flag10)->loadPosition)] = std::nullopt;
-  client->table = tableOf({cells});
-  configurations.GetPACSConfigurations();
-  ASSERT_EQ(identifiers(), (Identifiers{0, 101}));
-  EXPECT_EQ(configurations.Item(2)->PollingDisplayField, 1);
-}
-
-TEST_F(RemoteLoadingTest, ADuplicateIdentifierFailsTheLoad) {
-  client->table = tableOf({distinctCells(), distinctCells()});
-  EXPECT_RUNTIME_ERROR(configurations.GetPACSConfigurations(), 457, kDuplicateKey);
-  EXPECT_EQ(identifiers(), (Identifiers{0, 101}));
 }
 
 }  // namespace

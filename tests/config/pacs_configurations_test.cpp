@@ -102,19 +102,6 @@ TEST_F(EditingTest, TheRemoteClientIsAskedForTheHighestNumber) {
                        debugLine(10, L"[TLPACSCFG] DataIndex:1"));
 }
 
-TEST_F(EditingTest, RemoteIdentifiersOneTwoAndSevenGiveEight) {
-  for (const int id : {1, 2, 7}) addConfiguration(id);
-  const auto client = connectFakeClient();
-  client->answer = [this](const std::wstring& sql) -> std::optional<Table> {
-    if (sql != L"SELECT TOP 1 config_id FROM Interface_PACS_cfg ORDER BY config_id DESC") {
-      return std::nullopt;
-    }
-    return tableOf(
-        site.rows(L"SELECT config_id FROM Interface_PACS_cfg ORDER BY config_id DESC LIMIT 1"));
-  };
-  EXPECT_EQ(configurations.GetNextConfigID(), 8);
-}
-
 TEST_F(EditingTest, AnEmptyRemoteTableGivesTheNumberOne) {
   const auto client = connectFakeClient();
   EXPECT_EQ(configurations.GetNextConfigID(), 1);
@@ -244,20 +231,6 @@ TEST_F(EditingTest, TheRemoteDeleteHasItsQuotesAndALowerCaseTableName) {
                 L"SQLExecuteText(talora, " + kMark + L")"}));
   EXPECT_EQ(identifiers(), (Identifiers{0, 1}));
   EXPECT_EQ(count(L"Interface_PACS_cfg"), L"2");
-}
-
-TEST_F(EditingTest, RemotelyTooAnUnknownIdentifierIsSentAndThenFails) {
-  load({1});
-  const auto client = connectFakeClient(L"talora");
-  configurations.RemoveConfig(9);
-  EXPECT_EQ(client->calls,
-            (std::vector<std::wstring>{
-                L"SQLExecuteText(talora, delete from interface_PACS_cfg where config_id = '9')",
-                L"SQLExecuteText(talora, " + kMark + L")"}));
-  EXPECT_EQ(identifiers(), (Identifiers{0, 1}));
-  expectPlainBox(
-      L"Error Deleting configID = 9 from the DB. \r\nError = 9 Error Description = Subscript out "
-      L"of range");
 }
 
 TEST_F(EditingTest, ARemoteDeleteThatFailsStillRemovesTheRecord) {

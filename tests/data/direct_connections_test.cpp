@@ -27,12 +27,6 @@ TEST_F(ConnectionTest, ARegisteredDataSourceIsConnectedByItsName) {
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to database"));
 }
 
-TEST_F(ConnectionTest, WithoutAUserNameTheLoginIsSa) {
-  connect();
-  EXPECT_EQ(modMain.g_strSqlUser, L"sa");
-  EXPECT_EQ(modMain.g_strSqlPassword, L"");
-}
-
 TEST_F(ConnectionTest, ThePasswordIsTakenWithoutTheBlanksAroundItAndTheUserNameAsItIs) {
   config.SqlUserName = L" admin ";
   config.Password = L"  se cret  ";
@@ -82,15 +76,6 @@ TEST_F(ConnectionTest, AClosedPortShowsTheTimeOutBox) {
   EXPECT_EQ(text.find(L"secret"), std::wstring::npos);
   expectPlainBox(text);
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to database"));
-}
-
-TEST_F(ConnectionTest, WithoutARegisteredDataSourceServerAndDatabaseAreUsed) {
-  config.SQLDSN = L"TlUnregisteredSite";
-  config.SqlServerName = L"127.0.0.1,1";
-  EXPECT_FALSE(ConnectToDatabase(config));
-  ASSERT_EQ(messages.size(), 1U);
-  EXPECT_TRUE(messages[0].text.ends_with(L"SQL Timeout, Please try again."))
-      << toUtf8(messages[0].text);
 }
 
 TEST_F(ConnectionTest, ARegisteredDataSourceThatOdbcDoesNotKnowShowsTheOtherBox) {

@@ -49,38 +49,21 @@ TEST_F(TlCommClientTest, ConnectingGivesTheClientApplicationAndAddress) {
                        debugLine(7, L"[TLPACSCFG] TlCommClient connected successfully"));
 }
 
-TEST_F(TlCommClientTest, WithoutAHostAddressNoObjectIsCreated) {
-  config.TlCommClientHostIP = L"";
-  EXPECT_FALSE(ConnectTlCommClient(config));
-  EXPECT_EQ(client->created, 0);
-  EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
-                       errorBlock(L"[TLPACSCFG] No TlCommClient Host IP provided"));
-}
-
-TEST_F(TlCommClientTest, TheHostAddressIsCheckedBeforeThePort) {
-  config.TlCommClientHostIP = L"";
-  config.TlCommClientHostPort = L"";
-  config.TlCommClientTimeout = L"";
-  EXPECT_FALSE(ConnectTlCommClient(config));
-  EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
-                       errorBlock(L"[TLPACSCFG] No TlCommClient Host IP provided"));
-}
-
-TEST_F(TlCommClientTest, ThePortIsCheckedBeforeTheTimeout) {
-  config.TlCommClientHostPort = L"";
-  config.TlCommClientTimeout = L"";
-  EXPECT_FALSE(ConnectTlCommClient(config));
-  EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
-                       errorBlock(L"[TLPACSCFG] No TlCommClient Host Port provided"));
-}
-
-TEST_F(TlCommClientTest, WithoutATimeoutNoObjectIsCreated) {
-  config.TlCommClientTimeout = L"";
-  EXPECT_FALSE(ConnectTlCommClient(config));
+TEST_F(TlCommClientTest, TheFirstMissingSettingIsLoggedAndNoObjectIsCreated) {
+  const std::pair<std::wstring HostSettings::*, const wchar_t*> settings[] = {
+      {&HostSettings::TlCommClientTimeout, L"[TLPACSCFG] No TlCommClient Timeout provided"},
+      {&HostSettings::TlCommClientHostPort, L"[TLPACSCFG] No TlCommClient Host Port provided"},
+      {&HostSettings::TlCommClientHostIP, L"[TLPACSCFG] No TlCommClient Host IP provided"}};
+  std::string expected;
+  // Each comes before those that are missing already.
+  for (const auto& [setting, complaint] : settings) {
+    (config.*setting).clear();
+    EXPECT_FALSE(ConnectTlCommClient(config));
+    expected += debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") + errorBlock(complaint);
+  }
   EXPECT_EQ(client->created, 0);
   EXPECT_EQ(modTlCommClient.g_strTlDatabase, L"");
-  EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
-                       errorBlock(L"[TLPACSCFG] No TlCommClient Timeout provided"));
+  EXPECT_EQ(log(), expected);
 }
 
 TEST_F(TlCommClientTest, AServiceThatCannotBeReachedIsLoggedWithItsReason) {

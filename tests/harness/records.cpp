@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
+#include "config/columns.h"
+#include "support/text.h"
+
 namespace tlpacscfg::test {
 
 clsPACSConfiguration distinctRecord() {
@@ -47,93 +52,42 @@ clsPACSConfiguration distinctRecord() {
   return record;
 }
 
+std::vector<std::optional<std::wstring>> distinctCells() {
+  return {L"101", L"2",   L"D'1",    L"R'2", L"S'3",
+          L"4",   L"5",   L"6",      L"7",   L"9",
+          L"11",  L"12",  L"13",     L"14",  L"2015-01-01 00:00:00",
+          L"10",  L"X17", L"A18",    L"16",  L"19",
+          L"20",  L"8",   L"100021", L"22",  L"23",
+          L"24",  L"25",  L"26",     L"C27", L"M28",
+          L"29",  L"30",  L"31",     L"32",  L"33",
+          L"F34", L"35",  L"36"};
+}
+
 FieldValues distinctValues() {
-  const auto number = [](std::int16_t value) { return FieldValue(value); };
-  const auto text = [](const wchar_t* value) { return FieldValue(std::wstring(value)); };
-  return {number(101),
-          number(2),
-          text(L"D'1"),
-          text(L"R'2"),
-          text(L"S'3"),
-          number(4),
-          number(5),
-          number(6),
-          number(7),
-          number(9),
-          number(11),
-          number(12),
-          number(13),
-          text(L"14"),
-          text(L"2015-01-01 00:00:00"),
-          number(10),
-          text(L"X17"),
-          text(L"A18"),
-          number(16),
-          number(19),
-          number(20),
-          number(8),
-          FieldValue(std::int32_t{100021}),
-          number(22),
-          number(23),
-          number(24),
-          number(25),
-          number(26),
-          text(L"C27"),
-          text(L"M28"),
-          number(29),
-          number(30),
-          number(31),
-          number(32),
-          number(33),
-          text(L"F34"),
-          number(35),
-          number(36)};
+  constexpr std::size_t kPort = 22;
+  const std::set<std::size_t> texts = {2, 3, 4, 13, 14, 16, 17, 28, 29, 35};
+  FieldValues values;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const std::wstring cell = *distinctCells().at(i);
+    if (texts.contains(i)) {
+      values.at(i) = cell;
+    } else if (i == kPort) {
+      values.at(i) = std::int32_t{std::stoi(cell)};
+    } else {
+      values.at(i) = static_cast<std::int16_t>(std::stoi(cell));
+    }
+  }
+  return values;
 }
 
 void expectEqualRecords(const clsPACSConfiguration& found, const clsPACSConfiguration& expected) {
-#define EXPECT_SAME(field) EXPECT_EQ(found.field, expected.field)
-  EXPECT_SAME(configID);
-  EXPECT_SAME(PACSType);
-  EXPECT_SAME(Description);
-  EXPECT_SAME(RequestFileName);
-  EXPECT_SAME(ResponseFileName);
-  EXPECT_SAME(BiDirectional);
-  EXPECT_SAME(ResPausedJobs);
-  EXPECT_SAME(ResAbortedJobs);
-  EXPECT_SAME(ResNonRequestJobs);
-  EXPECT_SAME(UpdateXMLData);
-  EXPECT_SAME(CofirmStartTrigger);
-  EXPECT_SAME(ManualEntryTrigger);
-  EXPECT_SAME(UserMappingOpt);
-  EXPECT_SAME(RequestPasswordOpt);
-  EXPECT_SAME(ResponsePasswordOpt);
-  EXPECT_SAME(LastUpdateUserID);
-  EXPECT_SAME(LastUpdateDate);
-  EXPECT_SAME(ResponseType);
-  EXPECT_SAME(CustomXMLFile);
-  EXPECT_SAME(ApplicableFields);
-  EXPECT_SAME(PollingOption);
-  EXPECT_SAME(PollingAction);
-  EXPECT_SAME(Port);
-  EXPECT_SAME(DeleteFlag);
-  EXPECT_SAME(ContextUpdate);
-  EXPECT_SAME(ContextChangeOption);
-  EXPECT_SAME(PollingDisplayField);
-  EXPECT_SAME(MultiAccessContext);
-  EXPECT_SAME(ContextXMLFile);
-  EXPECT_SAME(MultiAccessFields);
-  EXPECT_SAME(RequestDefaultText);
-  EXPECT_SAME(ResponseReportText);
-  EXPECT_SAME(CheckFileDateTime);
-  EXPECT_SAME(PreProcessFile);
-  EXPECT_SAME(CloseDictationEnabled);
-  EXPECT_SAME(CloseDictationFile);
-  EXPECT_SAME(CloseDictationAction);
-  EXPECT_SAME(SendAbortOnFailedOpen);
-  EXPECT_SAME(ExistingConfig);
-  EXPECT_SAME(Deleted);
-  EXPECT_SAME(Changed);
-#undef EXPECT_SAME
+  for (const Column& column : columns()) {
+    EXPECT_EQ(textOf(valueOf(found, column.field)), textOf(valueOf(expected, column.field)))
+        << toUtf8(column.property);
+  }
+  EXPECT_EQ(found.ExistingConfig, expected.ExistingConfig);
+  EXPECT_EQ(found.Deleted, expected.Deleted);
+  EXPECT_EQ(found.Changed, expected.Changed);
 }
 
 }  // namespace tlpacscfg::test

@@ -55,19 +55,6 @@ TEST_F(LogTest, AnEmptySeparatorIsAnEmptyLine) {
   EXPECT_EQ(log(), "\r\n");
 }
 
-TEST_F(LogTest, ADebugLineDeeperThanTheModeIsNotWritten) {
-  logOn(8);
-  WriteLog(L"X", 18);
-  EXPECT_EQ(log(), "");
-  EXPECT_TRUE(fileExists(scratchPath(L"component.log")));
-}
-
-TEST_F(LogTest, ADebugLineAsDeepAsTheModeIsWritten) {
-  logOn(9);
-  WriteLog(L"X", 18);
-  EXPECT_EQ(log(), "2026-01-05 09:08:07.065 DEBUG9  X\r\n");
-}
-
 TEST_F(LogTest, TwoBlanksFollowADepthOfTwoDigitsToo) {
   logOn(10);
   WriteLog(L"X", 19);

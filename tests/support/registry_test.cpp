@@ -99,17 +99,12 @@ TEST_F(ReadRegStringTest, TextIsReadWithoutItsTerminatingZero) {
   EXPECT_EQ(readBack(L"site"s), L"site");
 }
 
-TEST_F(ReadRegStringTest, AMissingKeyIsEmptyText) {
+TEST_F(ReadRegStringTest, WhatIsMissingOrNoTextIsEmpty) {
   EXPECT_EQ(ReadRegString(Root::CurrentUser, key.path() + L"\\Missing", L"Name"), L"");
-}
-
-TEST_F(ReadRegStringTest, AMissingValueIsEmptyText) {
   EXPECT_EQ(ReadRegString(Root::CurrentUser, key.path(), L"Missing"), L"");
+  EXPECT_EQ(readBack(L""s), L"");
+  EXPECT_EQ(readBack(std::uint32_t{7}), L"");
 }
-
-TEST_F(ReadRegStringTest, AnEmptyTextIsEmptyText) { EXPECT_EQ(readBack(L""s), L""); }
-
-TEST_F(ReadRegStringTest, ANumberIsEmptyText) { EXPECT_EQ(readBack(std::uint32_t{7}), L""); }
 
 TEST_F(ReadRegStringTest, ATextThatFillsTheBufferIsRead) {
   EXPECT_EQ(readBack(std::wstring(255, L'x')), std::wstring(255, L'x'));

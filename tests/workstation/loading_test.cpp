@@ -71,46 +71,30 @@ TEST_F(WorkstationLoadingTest, BlanksAroundANameAreRemoved) {
   EXPECT_EQ(loaded(), (std::vector<Loaded>{{0, L"A B", 1}}));
 }
 
-TEST_F(WorkstationLoadingTest, AnEmptyConfigurationIsAnErrorAndTheRowsBeforeStay) {
+TEST_F(WorkstationLoadingTest, ACellThatDoesNotConvertIsAnErrorAndTheRowsBeforeStay) {
+  const struct {
+    const wchar_t* configuration;
+    const wchar_t* flag2;
+    const wchar_t* error;
+  } cases[] = {{L"''", L"1", L"Error 13 Error Desc Type mismatch"},
+               {L"'none'", L"1", L"Error 13 Error Desc Type mismatch"},
+               {L"'32768'", L"1", L"Error 6 Error Desc Overflow"},
+               {L"'1'", L"32768", L"Error 6 Error Desc Overflow"},
+               {L"'1'", L"NULL", L"Error 94 Error Desc Invalid use of Null"}};
+  connect();
   addWorkstation(L"A");
-  addWorkstation(L"B");
-  addWorkstation(L"C");
-  assign(L"B", L"''");
-  connect();
-  workstations.GetWorkstationsList();
-  EXPECT_EQ(loaded(), (std::vector<Loaded>{{0, L"A", 1}}));
-  expectPlainBox(L"Error 13 Error Desc Type mismatch");
-}
-
-TEST_F(WorkstationLoadingTest, AConfigurationThatDoesNotConvertIsAnError) {
-  addWorkstation(L"A");
-  assign(L"A", L"'none'");
-  connect();
-  workstations.GetWorkstationsList();
-  EXPECT_TRUE(loaded().empty());
-  expectPlainBox(L"Error 13 Error Desc Type mismatch");
-}
-
-TEST_F(WorkstationLoadingTest, AConfigurationBeyond16BitsIsAnError) {
-  addWorkstation(L"A");
-  assign(L"A", L"'32768'");
-  connect();
-  workstations.GetWorkstationsList();
-  expectPlainBox(L"Error 6 Error Desc Overflow");
-}
-
-TEST_F(WorkstationLoadingTest, ANullFlagIsAnError) {
-  addWorkstation(L"A", L"NULL");
-  connect();
-  workstations.GetWorkstationsList();
-  expectPlainBox(L"Error 94 Error Desc Invalid use of Null");
-}
-
-TEST_F(WorkstationLoadingTest, AFlagBeyond16BitsIsAnError) {
-  addWorkstation(L"A", L"32768");
-  connect();
-  workstations.GetWorkstationsList();
-  expectPlainBox(L"Error 6 Error Desc Overflow");
+  for (const auto& [configuration, flag2, error] : cases) {
+    addWorkstation(L"B", flag2);
+    addWorkstation(L"C");
+    assign(L"B", configuration);
+    workstations = colWorkstation();
+    messages.clear();
+    workstations.GetWorkstationsList();
+    EXPECT_EQ(loaded(), (std::vector<Loaded>{{0, L"A", 1}}));
+    expectPlainBox(error);
+    site.runAll({L"DELETE FROM System_pc_names WHERE pc_name <> 'A'",
+                 L"DELETE FROM System_workstation_cfg"});
+  }
 }
 
 TEST_F(WorkstationLoadingTest, ADuplicateNameIsAnErrorAndTheRowsBeforeStay) {
