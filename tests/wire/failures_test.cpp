@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "config/pacs_configurations.h"
 #include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/statements.h"
@@ -51,14 +50,6 @@ TEST_F(WireFailureTest, AFailedSecondStatementFailsTheBatchAndUndoesTheFirst) {
               ElementsAre(transaction("begin"), batch(kTwoStatements), transaction("rollback")));
 }
 
-TEST_F(WireFailureTest, AFailedFirstStatementFailsTheBatchToo) {
-  fail(L"DELETE", 1, 547, L"The DELETE statement conflicted with a constraint.");
-  connect();
-  expectFailure(kTwoStatements, L"conflicted");
-  EXPECT_THAT(newRecord(),
-              ElementsAre(transaction("begin"), batch(kTwoStatements), transaction("rollback")));
-}
-
 TEST_F(WireFailureTest, ABatchRolledBackByTheServerFailsWithTheErrorOfTheBatch) {
   fail(L"DELETE", 2, 1205, L"Transaction was deadlocked.", AfterFailure::UndoesTransaction);
   connect();
@@ -93,30 +84,6 @@ TEST_F(WireFailureTest, TheConnectionIsUsableAfterAFailedBatch) {
                                        batch(update), transaction("commit")));
 }
 
-TEST_F(WireFailureTest, AFailedBatchOfAssignmentsReachesTheCaller) {
-  fail(L"DELETE", 2, 2627, L"Violation of PRIMARY KEY constraint.");
-  connect();
-  workstations.AddWS(7, L"PC-1");
-  EXPECT_THROW(workstations.SaveAllWorkStationSettings(), odbc::Error);
-  EXPECT_THAT(newRecord(), ::testing::Contains(transaction("rollback")));
-}
-
-TEST_F(WireFailureTest, ADeleteThatFailsShowsWhyAndKeepsTheConfiguration) {
-  fail(L"delete from interface_PACS_cfg", 1, 547, L"Still in use.");
-  connect();
-  colPACSConfiguration configurations;
-  auto record = std::make_shared<clsPACSConfiguration>();
-  record->configID = 7;
-  configurations.AddCurrenttoCollection(record);
-  configurations.RemoveConfig(7);
-  ASSERT_EQ(messages.size(), 1U);
-  EXPECT_THAT(messages[0].text,
-              ::testing::StartsWith(L"Error Deleting configID = 7 from the DB. \r\nError = 40002 "
-                                    L"Error Description = "));
-  EXPECT_THAT(messages[0].text, HasSubstr(L"Still in use."));
-  EXPECT_EQ(configurations.ColPACSConfigs->count(), 1U);
-}
-
 TEST_F(WireFailureTest, ARefusedStatementFailsTheConnectionTest) {
   connect();
   EXPECT_FALSE(TestDatabaseConnection());
@@ -133,37 +100,6 @@ TEST_F(WireFailureTest, AConnectionLostWhileRowsArriveIsReported) {
   EXPECT_THAT(messages[0].text, ::testing::StartsWith(L"Error "));
   EXPECT_THAT(messages[0].text, HasSubstr(L" Error Desc "));
   EXPECT_FALSE(TestDatabaseConnection());
-}
-
-TEST_F(WireFailureTest, RowsBeforeANullFlagStay) {
-  answer(L"select p.pc_name", kWorkstationColumns,
-         {{L"READ-01", L"1", L"", L"1"}, {L"READ-02", L"1", L"", std::nullopt}});
-  connect();
-  loadWorkstations();
-  expectPlainBox(L"Error 94 Error Desc Invalid use of Null");
-  EXPECT_EQ(workstations.ColWorkStations->count(), 1U);
-}
-
-TEST_F(WireFailureTest, ANumberThatDoesNotFitIsAnOverflow) {
-  answer(L"select p.pc_name", kWorkstationColumns, {{L"READ-01", L"70000", L"", L"1"}});
-  connect();
-  loadWorkstations();
-  expectPlainBox(L"Error 6 Error Desc Overflow");
-  EXPECT_EQ(workstations.ColWorkStations->count(), 0U);
-}
-
-TEST_F(WireFailureTest, AFlagThatDoesNotFitIsAnOverflow) {
-  answer(L"select p.pc_name", kWorkstationColumns, {{L"READ-01", L"1", L"", L"-32769"}});
-  connect();
-  loadWorkstations();
-  expectPlainBox(L"Error 6 Error Desc Overflow");
-}
-
-TEST_F(WireFailureTest, AnEmptyAssignmentIsATypeMismatch) {
-  answer(L"select p.pc_name", kWorkstationColumns, {{L"READ-01", L"", L"", L"1"}});
-  connect();
-  loadWorkstations();
-  expectPlainBox(L"Error 13 Error Desc Type mismatch");
 }
 
 TEST_F(WireFailureTest, TextsOfAnyLengthArriveWhole) {

@@ -18,6 +18,7 @@ class WireLoginTest : public WireTest {
     ASSERT_EQ(messages.size(), 1U);
     const std::wstring& text = messages[0].text;
     EXPECT_THAT(text, ::testing::HasSubstr(reason));
+    EXPECT_THAT(text, ::testing::Not(::testing::HasSubstr(L"geheim")));
     EXPECT_THAT(text, ::testing::EndsWith(L"\r\n-2147467259\r\nSQL Timeout, Please try again."));
     expectPlainBox(text);
   }
@@ -77,14 +78,6 @@ TEST_F(WireLoginTest, WithoutARegisteredDataSourceServerAndDatabaseAreUsed) {
   EXPECT_THAT(record(), ElementsAre(login(L"sa", L"geheim", L"Talora")));
 }
 
-TEST_F(WireLoginTest, ASecondConnectWhileConnectedDoesNotLogInAgain) {
-  connect();
-  logOn();
-  EXPECT_TRUE(ConnectToDatabase(config));
-  EXPECT_THAT(newRecord(), IsEmpty());
-  EXPECT_EQ(log(), "");
-}
-
 TEST_F(WireLoginTest, AfterDisconnectingTheNextConnectLogsInAgain) {
   connect();
   DisconnectDatabase();
@@ -112,33 +105,6 @@ TEST_F(WireLoginTest, AServerThatHangsUpShowsTheTimeOutBox) {
   hangUpAtLogin();
   EXPECT_FALSE(ConnectToDatabase(config));
   expectTimeOutBox(L"");
-}
-
-TEST_F(WireLoginTest, TheBoxNeverShowsThePassword) {
-  refuseLogin(18456, L"Login failed for user 'sa'.");
-  EXPECT_FALSE(ConnectToDatabase(config));
-  ASSERT_EQ(messages.size(), 1U);
-  EXPECT_THAT(messages[0].text, ::testing::Not(::testing::HasSubstr(L"geheim")));
-}
-
-TEST_F(WireLoginTest, AnyOtherFailureShowsTheBoxWithoutTheConnectString) {
-  // Registered, but unknown to the driver manager.
-  registerDataSource(L"TlNoDriver", L"Talora");
-  config.SQLDSN = L"TlNoDriver";
-  EXPECT_FALSE(ConnectToDatabase(config));
-  EXPECT_THAT(record(), IsEmpty());
-  ASSERT_EQ(messages.size(), 1U);
-  EXPECT_THAT(messages[0].text, ::testing::StartsWith(L"Err.Description= IM002: "));
-  EXPECT_THAT(messages[0].text,
-              ::testing::EndsWith(L"\r\nErr.Number 40002\r\nADO connection String "));
-  expectPlainBox(messages[0].text);
-}
-
-TEST_F(WireLoginTest, AFailedConnectCanBeTriedAgain) {
-  refuseLogin(18456, L"Login failed for user 'sa'.");
-  EXPECT_FALSE(ConnectToDatabase(config));
-  acceptLogin();
-  EXPECT_TRUE(ConnectToDatabase(config));
 }
 
 }  // namespace

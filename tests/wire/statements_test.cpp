@@ -3,8 +3,6 @@
 #include "config/pacs_configurations.h"
 #include "data/direct_connections.h"
 #include "data/mod_main.h"
-#include "data/statements.h"
-#include "data/workstation_key.h"
 #include "wire/wire_fixture.h"
 #include "workstation/workstation.h"
 
@@ -183,100 +181,20 @@ TEST_F(WireStatementTest, TheNextIdentifierComesFromTheLastRow) {
       ElementsAre(batch(L"select config_id \r\n from Interface_PACS_cfg \r\norder by config_id")));
 }
 
-TEST_F(WireStatementTest, AnExistingConfigurationIsUpdatedInATransactionOfItsOwn) {
+TEST_F(WireStatementTest, ASavedRecordIsATransactionAndItsMarkIsAnother) {
   modMain.g_objConfig = std::make_shared<HostSettings>(config);
   connect();
   clsPACSConfiguration record;
   record.configID = 12;
   record.Description = L"O'Neil – Zürich";
-  record.RequestFileName = L"C:\\o'neil.xml";
-  record.CustomXMLFile = L"map.xml";
-  record.BiDirectional = -1;
-  record.Port = 65000;
-  record.ExistingConfig = kTrue;
-  EXPECT_EQ(record.SaveConfiguration(), 0);
-
-  const std::wstring update =
-      L"UPDATE Interface_PACS_cfg\r\nSET pacs_type = 0,description = 'O''Neil – "
-      L"Zürich',request_filename = 'C:\\o''neil.xml',response_filename = '',bidirectional = "
-      L"-1,response_for_paused_jobs = 0,response_for_aborted_jobs = 0,response_for_nonrequests = "
-      L"0,ins_ovr_before_pacs = 0,flag1 = 0, user_mapping_option = 0,pacs_request_password = "
-      L"0,pacs_response_password = 0,last_user_id = 4711,last_change_date = '2026-01-05 "
-      L"09:08:07',string1 = 'map.xml', string2 = '', flag2 = 0, flag3 = 0, flag4 = 0, flag5 = 0, "
-      L"flag6 = 65000, flag7 = 0, flag8 = 0, flag9 = 0, flag10 = 0, flag11 = 0, string3 = '', "
-      L"string4 = '', flag12 = 0, flag13 = 0, flag14 = 0, flag15 = 0, flag16 = 0, string5 = '', "
-      L"flag17 = 0, flag18 = 0\r\nWHERE config_id = 12";
-  EXPECT_THAT(newRecord(),
-              ElementsAre(transaction("begin"), batch(update), transaction("commit"),
-                          transaction("begin"), batch(kOfflineMark), transaction("commit")));
-}
-
-TEST_F(WireStatementTest, ANewConfigurationIsInserted) {
-  connect();
-  clsPACSConfiguration record;
-  record.configID = 13;
-  record.LastUpdateUserID = L"7";
-  record.SaveConfiguration();
-
-  const std::wstring insert =
-      L"INSERT into Interface_PACS_cfg\r\n( config_id, pacs_type, description, request_filename, "
-      L"response_filename, bidirectional, response_for_paused_jobs, response_for_aborted_jobs, "
-      L"response_for_nonrequests, ins_ovr_before_pacs, flag1, user_mapping_option, "
-      L"pacs_request_password, pacs_response_password, last_user_id, last_change_date, string1, "
-      L"string2, flag2, flag3, flag4, flag5, flag6, flag7, flag8, flag9, flag10, flag11, string3, "
-      L"string4, flag12, flag13, flag14, flag15, flag16, string5, flag17, flag18)\r\n"
-      L"VALUES(13, 0, '', '', '', 0, 0, 0, 0, 0, 0, 0, 0, 0, '7', '2026-01-05 09:08:07', '', '', "
-      L"0, 0, 0, 0, 0, 0, 0, 0, 0, 0, '', '', 0, 0, 0, 0, 0, '', 0, 0)";
-  EXPECT_THAT(newRecord(),
-              ElementsAre(transaction("begin"), batch(insert), transaction("commit"),
-                          transaction("begin"), batch(kOfflineMark), transaction("commit")));
-}
-
-TEST_F(WireStatementTest, TheIdentifierOfADeletedConfigurationIsQuoted) {
-  connect();
-  colPACSConfiguration configurations;
-  auto record = std::make_shared<clsPACSConfiguration>();
-  record->configID = 7;
-  configurations.AddCurrenttoCollection(record);
-  configurations.RemoveConfig(7);
-  EXPECT_THAT(messages, IsEmpty());
-  EXPECT_EQ(configurations.ColPACSConfigs->count(), 0U);
-  const std::vector<std::string> told = newRecord();
-  EXPECT_THAT(told,
-              ::testing::Contains(batch(L"delete from interface_PACS_cfg where config_id = '7'")));
-  EXPECT_THAT(told, ::testing::Contains(batch(kOfflineMark)));
-}
-
-std::wstring assignment(const std::wstring& name, const std::wstring& configID) {
-  return L"DELETE FROM system_workstation_cfg\r\nWHERE pc_name = '" + name +
-         L"' and \r\napplication_id = 38 and \r\nkey_name = 'PACSConfig'\r\n\r\n"
-         L"INSERT into system_workstation_cfg\r\n"
-         L"(pc_name, application_id, key_name, key_value, user_id, flag1)\r\nVALUES('" +
-         name + L"', 38, 'PACSConfig', '" + configID + L"', -1, 0)\r\n\r\n";
-}
-
-TEST_F(WireStatementTest, AssignmentsAreSentInBatchesOfAHundred) {
-  connect();
-  colWorkstation workstations;
-  std::wstring first;
-  for (std::int16_t i = 1; i <= 101; ++i) {
-    const std::wstring name = L"PC-" + std::to_wstring(i);
-    workstations.AddWS(i, name);
-    if (i <= 100) first += assignment(name, std::to_wstring(i));
+  for (const std::int16_t existing : {kFalse, kTrue}) {
+    record.ExistingConfig = existing;
+    const std::wstring statement = record.savingStatement();
+    EXPECT_EQ(record.SaveConfiguration(), 0);
+    EXPECT_THAT(newRecord(),
+                ElementsAre(transaction("begin"), batch(statement), transaction("commit"),
+                            transaction("begin"), batch(kOfflineMark), transaction("commit")));
   }
-  workstations.SaveAllWorkStationSettings();
-  EXPECT_THAT(newRecord(), ElementsAre(transaction("begin"), batch(first), transaction("commit"),
-                                       transaction("begin"), batch(assignment(L"PC-101", L"101")),
-                                       transaction("commit"), transaction("begin"),
-                                       batch(kOfflineMark), transaction("commit")));
-}
-
-TEST_F(WireStatementTest, AWorkstationNameWithAQuoteIsSentUnescaped) {
-  connect();
-  colWorkstation workstations;
-  workstations.AddWS(0, L"O'BRIEN-PC");
-  workstations.SaveAllWorkStationSettings();
-  EXPECT_THAT(newRecord(), ::testing::Contains(batch(assignment(L"O'BRIEN-PC", L"0"))));
 }
 
 TEST_F(WireStatementTest, ATextThatWritesIsExecutedOnceHoweverLongItsCells) {
@@ -304,16 +222,6 @@ TEST_F(WireStatementTest, AForeignTextThatOnlyReadsIsExecutedOnceWithoutATransac
   connect();
   EXPECT_EQ(modMain.g_conSql->queryOnce(text).at(0, 0), std::wstring(10'000, L'x'));
   EXPECT_THAT(newRecord(), ElementsAre(batch(text)));
-}
-
-TEST_F(WireStatementTest, TheQueryForAWorkstationsRowHasFiveLines) {
-  answer(L"select key_value ", {{"key_value", "nvarchar(255)"}}, {{L"7"}});
-  connect();
-  EXPECT_EQ(WorkstationConfigExists(L"READ-01"), 1);
-  EXPECT_THAT(newRecord(),
-              ElementsAre(batch(L"select key_value \r\nfrom System_Workstation_cfg\r\nwhere "
-                                L"pc_name = 'READ-01' and \r\napplication_id = 38 and \r\n"
-                                L"key_name = 'PACSConfig'")));
 }
 
 }  // namespace

@@ -42,11 +42,6 @@ void WireTest::hangUpAtLogin() {
   writeScript();
 }
 
-void WireTest::acceptLogin() {
-  login_ = "null";
-  writeScript();
-}
-
 void WireTest::refuseLogin(int number, const std::wstring& text) {
   login_ = R"({"number":)" + std::to_string(number) + R"(,"text":)" + json(text) + "}";
   writeScript();

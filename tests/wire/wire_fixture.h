@@ -67,7 +67,6 @@ class WireTest : public CoreTest {
   /// Takes effect with the next connection.
   void stallLogin();
   void hangUpAtLogin();
-  void acceptLogin();
   void refuseLogin(int number, const std::wstring& text);
   /// The rows for every batch that begins with the text.
   void answer(const std::wstring& to, const WireColumns& columns, const ProbeRows& rows,
