@@ -123,8 +123,7 @@ TEST_F(EnumerationApartmentsTest, ItemsAreNotHandedOutOnAnotherThread) {
   addConfiguration(1);
   const HostObject object = initialised();
   const HostObject records = object.get(L"colPACSConfig").object().get(L"ColPACSConfigs").object();
-  const Outcome outcome = records.invoke(DISPID_NEWENUM, DISPATCH_PROPERTYGET, {});
-  const auto items = ComPtr<IUnknown>::sharing(outcome.value.get().punkVal).query<IEnumVARIANT>();
+  const auto items = enumeratorOf(records);
   ASSERT_TRUE(items);
   inAnotherApartment([&] {
     VARIANT item{};

@@ -39,17 +39,6 @@ class CollectionObjectTest : public ComSiteTest {
   }
 };
 
-ComPtr<IEnumVARIANT> enumeratorOf(const HostObject& collection) {
-  const Outcome outcome =
-      collection.invoke(DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {});
-  EXPECT_EQ(nameOf(outcome.result), "S_OK");
-  EXPECT_EQ(outcome.type(), VT_UNKNOWN);
-  ComPtr<IEnumVARIANT> items;
-  outcome.value.get().punkVal->QueryInterface(IID_IEnumVARIANT,
-                                              reinterpret_cast<void**>(items.out()));
-  return items;
-}
-
 /// The identifiers of the remaining records.
 std::vector<int> remaining(IEnumVARIANT& items) {
   std::vector<int> ids;
@@ -172,10 +161,6 @@ TEST_F(CollectionObjectTest, CollectionsAreReplacedAsAWhole) {
   EXPECT_TRUE(areSame(other.get(L"colWS").object().get(L"ColWorkStations").object(), stations));
 }
 
-TEST_F(CollectionObjectTest, EnumeratorGivesEveryItemInOrder) {
-  EXPECT_EQ(remaining(*enumeratorOf(records()).get()), (std::vector{0, 1, 2, 7}));
-}
-
 TEST_F(CollectionObjectTest, EnumeratorSkipsResetsAndClones) {
   const ComPtr<IEnumVARIANT> items = enumeratorOf(records());
   EXPECT_EQ(nameOf(items->Skip(2)), "S_OK");
@@ -201,9 +186,6 @@ TEST_F(CollectionObjectTest, EnumeratorGivesSeveralItemsAtOnce) {
   EXPECT_EQ(nameOf(items->Next(3, values, &fetched)), "S_FALSE");
   EXPECT_EQ(fetched, 1U);
   VariantClear(&values[0]);
-  EXPECT_EQ(nameOf(items->Next(2, values, nullptr)), "E_POINTER");
-  EXPECT_EQ(nameOf(items->Next(1, nullptr, nullptr)), "E_POINTER");
-  EXPECT_EQ(nameOf(items->Clone(nullptr)), "E_POINTER");
 }
 
 TEST_F(CollectionObjectTest, EnumeratorKeepsTheItemsOfItsCreation) {

@@ -114,6 +114,14 @@ void expectRefused(const Outcome& outcome, HRESULT result, const std::wstring& d
   EXPECT_EQ(outcome.errorInfo, description);
 }
 
+ComPtr<IEnumVARIANT> enumeratorOf(const HostObject& collection) {
+  const Outcome outcome =
+      collection.invoke(DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {});
+  EXPECT_EQ(nameOf(outcome.result), "S_OK");
+  EXPECT_EQ(outcome.type(), VT_UNKNOWN);
+  return ComPtr<IUnknown>::sharing(outcome.value.get().punkVal).query<IEnumVARIANT>();
+}
+
 std::wstring textOfBoxShownBy(const std::function<void()>& work) {
   std::wstring text;
   EXPECT_TRUE(handleWindowDuring(work, isMessageBox, [&](HWND box) {

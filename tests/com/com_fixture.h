@@ -55,6 +55,9 @@ void expectError(const Outcome& outcome, int number, const std::wstring& descrip
 /// Expects that COM itself refuses the call, with a description for GetErrorInfo.
 void expectRefused(const Outcome& outcome, HRESULT result, const std::wstring& description);
 
+/// A new enumerator of a collection's items.
+ComPtr<IEnumVARIANT> enumeratorOf(const HostObject& collection);
+
 /// Runs the work while another thread closes the first message box of this process with its OK
 /// button, and returns the text of that box; fails the test when none appeared.
 std::wstring textOfBoxShownBy(const std::function<void()>& work);

@@ -37,18 +37,6 @@ class Releaser {
   UINT_PTR timer_;
 };
 
-TEST_F(InitTest, SecondInitFailsAndChangesNothing) {
-  object.put(L"SQLDSN", L"TlTestSite");
-  EXPECT_TRUE(object.call(L"Init").truth());
-  EXPECT_TRUE(object.get(L"Initialized").truth());
-  const HostObject configurations = object.get(L"colPACSConfig").object();
-  const HostObject workstations = object.get(L"colWS").object();
-  EXPECT_FALSE(object.call(L"Init").truth());
-  EXPECT_TRUE(areSame(object.get(L"colPACSConfig").object(), configurations));
-  EXPECT_TRUE(areSame(object.get(L"colWS").object(), workstations));
-  EXPECT_TRUE(object.get(L"Initialized").truth());
-}
-
 TEST_F(InitTest, MissingOfflineDatabaseIsToldAndInitFails) {
   object.put(L"UseOfflineDB", true);
   object.put(L"LocalTaloraDirectory", scratchPath(L"nowhere"));
@@ -60,18 +48,6 @@ TEST_F(InitTest, MissingOfflineDatabaseIsToldAndInitFails) {
             L"configurations in Stand Alone mode");
   EXPECT_FALSE(object.get(L"Initialized").truth());
   EXPECT_TRUE(object.get(L"colPACSConfig").object().isNothing());
-}
-
-TEST_F(InitTest, MissingNetworkDirectoryIsToldAndInitSucceeds) {
-  const std::wstring file = scratchPath(L"TALORA.INI");
-  writeBytes(file, "[System]\r\n");
-  object.put(L"SQLDSN", L"TlTestSite");
-  object.put(L"Talora_INIFile", file);
-  Outcome outcome;
-  const std::wstring text = textOfBoxShownBy([&] { outcome = object.call(L"Init"); });
-  EXPECT_TRUE(outcome.truth());
-  EXPECT_EQ(text,
-            L"Error - NetworkRootDir was not specified in the TALORA.INI Configuration file.");
 }
 
 TEST_F(InitTest, LogFileAndDepthReachTheLog) {
