@@ -46,48 +46,45 @@ void storeTyped(const VARIANT& place, const VARIANT& value) {
 
 }  // namespace
 
-template <>
-std::int16_t ArgumentConverter<std::int16_t>::convert(const VARIANT& value) {
-  return converted(value, VT_I2).get().iVal;
+void readArgument(const VARIANT& value, std::int16_t& result) {
+  result = converted(value, VT_I2).get().iVal;
 }
 
-template <>
-std::int32_t ArgumentConverter<std::int32_t>::convert(const VARIANT& value) {
-  return converted(value, VT_I4).get().lVal;
+void readArgument(const VARIANT& value, std::int32_t& result) {
+  result = converted(value, VT_I4).get().lVal;
 }
 
-template <>
-bool ArgumentConverter<bool>::convert(const VARIANT& value) {
-  return converted(value, VT_BOOL).get().boolVal != VARIANT_FALSE;
+void readArgument(const VARIANT& value, bool& result) {
+  result = converted(value, VT_BOOL).get().boolVal != VARIANT_FALSE;
 }
 
-template <>
-std::wstring ArgumentConverter<std::wstring>::convert(const VARIANT& value) {
-  if (const auto text = textIn(value)) return std::wstring(*text);
+void readArgument(const VARIANT& value, std::wstring& result) {
+  if (const auto text = textIn(value)) {
+    result = *text;
+    return;
+  }
   OwnedVariant text = converted(value, VT_BSTR);
   const ScopeExit wiping([&] { text.wipeText(); });
-  return std::wstring(textIn(text.get()).value_or(L""));
+  result = textIn(text.get()).value_or(L"");
 }
 
-template <>
-ComPtr<IUnknown> ArgumentConverter<ComPtr<IUnknown>>::convert(const VARIANT& value) {
+void readArgument(const VARIANT& value, ComPtr<IUnknown>& result) {
   const VARIANT& object = target(value);
   switch (object.vt) {
     case VT_DISPATCH:
     case VT_UNKNOWN:
-      return ComPtr<IUnknown>::sharing(object.punkVal);
+      result = ComPtr<IUnknown>::sharing(object.punkVal);
+      break;
     case VT_BYREF | VT_DISPATCH:
     case VT_BYREF | VT_UNKNOWN:
-      return ComPtr<IUnknown>::sharing(*object.ppunkVal);
+      result = ComPtr<IUnknown>::sharing(*object.ppunkVal);
+      break;
     default:
       throw ComError(DISP_E_TYPEMISMATCH);
   }
 }
 
-template <>
-const VARIANT* ArgumentConverter<const VARIANT*>::convert(const VARIANT& value) {
-  return &target(value);
-}
+void readArgument(const VARIANT& value, const VARIANT*& result) { result = &target(value); }
 
 Arguments::Arguments(const DISPPARAMS& passed, const Member& member)
     : passed_(passed),

@@ -17,36 +17,24 @@ namespace tlpacscfg {
 
 /// A VARIANT as the C++ type of a parameter; throws ComError with DISP_E_TYPEMISMATCH or
 /// DISP_E_OVERFLOW. A text is copied once, into the result.
-template <class Value>
-struct ArgumentConverter {
-  static Value convert(const VARIANT& value);
-};
-
-template <>
-std::int16_t ArgumentConverter<std::int16_t>::convert(const VARIANT& value);
-template <>
-std::int32_t ArgumentConverter<std::int32_t>::convert(const VARIANT& value);
-template <>
-bool ArgumentConverter<bool>::convert(const VARIANT& value);
-template <>
-std::wstring ArgumentConverter<std::wstring>::convert(const VARIANT& value);
+void readArgument(const VARIANT& value, std::int16_t& result);
+void readArgument(const VARIANT& value, std::int32_t& result);
+void readArgument(const VARIANT& value, bool& result);
+void readArgument(const VARIANT& value, std::wstring& result);
 /// Null for Nothing.
-template <>
-ComPtr<IUnknown> ArgumentConverter<ComPtr<IUnknown>>::convert(const VARIANT& value);
+void readArgument(const VARIANT& value, ComPtr<IUnknown>& result);
 /// The argument itself; a reference to a VARIANT is followed.
-template <>
-const VARIANT* ArgumentConverter<const VARIANT*>::convert(const VARIANT& value);
+void readArgument(const VARIANT& value, const VARIANT*& result);
 
 template <class Core>
-struct ArgumentConverter<std::shared_ptr<Core>> {
-  static std::shared_ptr<Core> convert(const VARIANT& value) {
-    const auto object = ArgumentConverter<ComPtr<IUnknown>>::convert(value);
-    if (!object) return nullptr;
-    const std::shared_ptr<void> core = unwrapObject(object, comClassOf<Core>());
-    if (!core) throw ComError(DISP_E_TYPEMISMATCH);
-    return std::static_pointer_cast<Core>(core);
-  }
-};
+void readArgument(const VARIANT& value, std::shared_ptr<Core>& result) {
+  ComPtr<IUnknown> object;
+  readArgument(value, object);
+  if (!object) return;
+  const std::shared_ptr<void> core = unwrapObject(object, comClassOf<Core>());
+  if (!core) throw ComError(DISP_E_TYPEMISMATCH);
+  result = std::static_pointer_cast<Core>(core);
+}
 
 /// The arguments of one call in the order of the parameters, whichever way the caller passed them:
 /// by position (last one first), by name, or left out.
@@ -62,11 +50,13 @@ class Arguments {
   template <class Value>
   Value get(std::size_t parameter) const {
     const std::size_t place = places_[parameter];
+    Value value{};
     try {
-      return ArgumentConverter<Value>::convert(passed_.rgvarg[place]);
+      readArgument(passed_.rgvarg[place], value);
     } catch (const ComError& error) {
       throw ComError(error.result(), static_cast<UINT>(place));
     }
+    return value;
   }
 
   /// Stores a result in a by-reference argument; any other argument is left alone.

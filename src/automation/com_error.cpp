@@ -2,6 +2,8 @@
 
 #include <oleauto.h>
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 
 #include "automation/com_ptr.h"
@@ -10,32 +12,28 @@
 namespace tlpacscfg {
 namespace {
 
+struct Description {
+  HRESULT result;
+  const wchar_t* text;
+};
+
+constexpr Description kDescriptions[] = {
+    {DISP_E_TYPEMISMATCH, L"Type mismatch"},
+    {DISP_E_OVERFLOW, L"Overflow"},
+    {DISP_E_BADPARAMCOUNT, L"Wrong number of arguments or invalid property assignment"},
+    {DISP_E_MEMBERNOTFOUND, L"Object doesn't support this property or method"},
+    {DISP_E_UNKNOWNNAME, L"Object doesn't support this property or method"},
+    {DISP_E_PARAMNOTFOUND, L"Named argument not found"},
+    {DISP_E_PARAMNOTOPTIONAL, L"Argument not optional"},
+    {E_POINTER, L"Invalid pointer"},
+    {E_INVALIDARG, L"Invalid procedure call or argument"},
+    {E_OUTOFMEMORY, L"Out of memory"},
+    {RPC_E_WRONG_THREAD, L"The component is in use on another thread"},
+};
+
 const wchar_t* describeResult(HRESULT result) {
-  switch (result) {
-    case DISP_E_TYPEMISMATCH:
-      return L"Type mismatch";
-    case DISP_E_OVERFLOW:
-      return L"Overflow";
-    case DISP_E_BADPARAMCOUNT:
-      return L"Wrong number of arguments or invalid property assignment";
-    case DISP_E_MEMBERNOTFOUND:
-    case DISP_E_UNKNOWNNAME:
-      return L"Object doesn't support this property or method";
-    case DISP_E_PARAMNOTFOUND:
-      return L"Named argument not found";
-    case DISP_E_PARAMNOTOPTIONAL:
-      return L"Argument not optional";
-    case E_POINTER:
-      return L"Invalid pointer";
-    case E_INVALIDARG:
-      return L"Invalid procedure call or argument";
-    case E_OUTOFMEMORY:
-      return L"Out of memory";
-    case RPC_E_WRONG_THREAD:
-      return L"The component is in use on another thread";
-    default:
-      return L"Automation error";
-  }
+  const auto found = std::ranges::find(kDescriptions, result, &Description::result);
+  return found == std::end(kDescriptions) ? L"Automation error" : found->text;
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "automation/late_bound.h"
 
-#include <algorithm>
 #include <string>
 #include <vector>
 

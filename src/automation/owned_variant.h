@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "automation/com_ptr.h"
@@ -17,13 +18,16 @@ class OwnedVariant {
  public:
   OwnedVariant() { VariantInit(&value_); }
   explicit OwnedVariant(std::wstring_view text);
-  explicit OwnedVariant(bool value);
-  explicit OwnedVariant(std::uint8_t number);
-  explicit OwnedVariant(std::int16_t number);
-  explicit OwnedVariant(std::int32_t number);
+  explicit OwnedVariant(bool value)
+      : OwnedVariant(VT_BOOL, &VARIANT::boolVal, value ? VARIANT_TRUE : VARIANT_FALSE) {}
+  explicit OwnedVariant(std::uint8_t number) : OwnedVariant(VT_UI1, &VARIANT::bVal, number) {}
+  explicit OwnedVariant(std::int16_t number) : OwnedVariant(VT_I2, &VARIANT::iVal, number) {}
+  explicit OwnedVariant(std::int32_t number) : OwnedVariant(VT_I4, &VARIANT::lVal, number) {}
   /// A null pointer becomes Nothing, not Empty.
-  explicit OwnedVariant(ComPtr<IDispatch> object);
-  explicit OwnedVariant(ComPtr<IUnknown> object);
+  explicit OwnedVariant(ComPtr<IDispatch> object)
+      : OwnedVariant(VT_DISPATCH, &VARIANT::pdispVal, object.detach()) {}
+  explicit OwnedVariant(ComPtr<IUnknown> object)
+      : OwnedVariant(VT_UNKNOWN, &VARIANT::punkVal, object.detach()) {}
   /// Without this, a pointer to characters would convert to bool.
   explicit OwnedVariant(const void*) = delete;
   /// All bits zero: Null, 0, False or an empty text, depending on the type.
@@ -59,6 +63,13 @@ class OwnedVariant {
   void wipeText();
 
  private:
+  template <class Value>
+  OwnedVariant(VARTYPE type, Value VARIANT::*member, std::type_identity_t<Value> value)
+      : OwnedVariant() {
+    value_.vt = type;
+    value_.*member = value;
+  }
+
   VARIANT value_;
 };
 

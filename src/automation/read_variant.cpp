@@ -2,6 +2,8 @@
 
 #include <oleauto.h>
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 
 namespace tlpacscfg {
@@ -41,28 +43,10 @@ const VARIANT& target(const VARIANT& value) {
 }
 
 bool isPlain(VARTYPE type) {
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-    case VT_I2:
-    case VT_UI2:
-    case VT_I4:
-    case VT_UI4:
-    case VT_I8:
-    case VT_UI8:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_R8:
-    case VT_CY:
-    case VT_DECIMAL:
-    case VT_DATE:
-    case VT_BOOL:
-    case VT_BSTR:
-      return true;
-    default:
-      return false;
-  }
+  constexpr VARTYPE kPlain[] = {VT_I1, VT_UI1,     VT_I2,   VT_UI2,  VT_I4,  VT_UI4,
+                                VT_I8, VT_UI8,     VT_INT,  VT_UINT, VT_R4,  VT_R8,
+                                VT_CY, VT_DECIMAL, VT_DATE, VT_BOOL, VT_BSTR};
+  return std::ranges::find(kPlain, type) != std::end(kPlain);
 }
 
 HRESULT convert(const VARIANT& value, VARTYPE type, OwnedVariant& result) {
