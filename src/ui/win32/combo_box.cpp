@@ -38,17 +38,9 @@ std::wstring ComboBox::textAt(int position) const {
 }
 
 void ComboBox::fitDroppedWidth() const {
-  const ScreenDc screen;
-  const auto font = reinterpret_cast<HFONT>(SendMessageW(combo_, WM_GETFONT, 0, 0));
-  const HGDIOBJ previous = SelectObject(screen.get(), font);
+  const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(combo_, WM_GETFONT, 0, 0));
   LONG widest = 0;
-  for (int i = 0; i < count(); ++i) {
-    const std::wstring text = textAt(i);
-    SIZE size{};
-    GetTextExtentPoint32W(screen.get(), text.c_str(), static_cast<int>(text.size()), &size);
-    widest = std::max(widest, size.cx);
-  }
-  SelectObject(screen.get(), previous);
+  for (int i = 0; i < count(); ++i) widest = std::max(widest, textSize(font, textAt(i)).cx);
   const int margins = GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE) + 4;
   SendMessageW(combo_, CB_SETDROPPEDWIDTH,
                static_cast<WPARAM>(widest) + static_cast<WPARAM>(margins), 0);

@@ -31,18 +31,6 @@ void Dialog::destroy() {
   if (window_) DestroyWindow(window_);
 }
 
-std::wstring Dialog::text(int controlId) const { return windowText(item(controlId)); }
-
-void Dialog::setText(int controlId, const std::wstring& text) const {
-  SetDlgItemTextW(window_, controlId, text.c_str());
-}
-
-void Dialog::enable(int controlId, bool enabled) const { EnableWindow(item(controlId), enabled); }
-
-void Dialog::show(int controlId, bool visible) const {
-  ShowWindow(item(controlId), visible ? SW_SHOWNA : SW_HIDE);
-}
-
 void Dialog::onCommand(int controlId, int) {
   if (controlId == IDCANCEL) onClose();
 }

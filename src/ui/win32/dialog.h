@@ -27,10 +27,10 @@ class Dialog {
   void destroy();
 
   HWND item(int controlId) const { return GetDlgItem(window_, controlId); }
-  std::wstring text(int controlId) const;
-  void setText(int controlId, const std::wstring& text) const;
-  void enable(int controlId, bool enabled) const;
-  void show(int controlId, bool visible) const;
+  void setText(int controlId, const std::wstring& text) const {
+    SetDlgItemTextW(window_, controlId, text.c_str());
+  }
+  void enable(int controlId, bool enabled) const { EnableWindow(item(controlId), enabled); }
 
  protected:
   virtual void onInit() {}

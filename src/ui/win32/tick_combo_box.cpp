@@ -3,7 +3,6 @@
 #include <uxtheme.h>
 #include <vsstyle.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "support/handle_win.h"

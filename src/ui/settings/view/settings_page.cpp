@@ -39,15 +39,6 @@ HGDIOBJ boldVariant(HWND window) {
   return CreateFontIndirectW(&description);
 }
 
-SIZE textSize(HGDIOBJ font, const std::wstring& text) {
-  const win32::ScreenDc screen;
-  const HGDIOBJ previous = SelectObject(screen.get(), font);
-  SIZE size{};
-  GetTextExtentPoint32W(screen.get(), text.c_str(), static_cast<int>(text.size()), &size);
-  SelectObject(screen.get(), previous);
-  return size;
-}
-
 }  // namespace
 
 void SettingsPage::create(HWND window) {
@@ -70,7 +61,7 @@ void SettingsPage::makeHeading(HWND heading) {
   RECT place{};
   GetWindowRect(heading, &place);
   MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&place), 2);
-  const SIZE size = textSize(bold_.get(), win32::windowText(heading));
+  const SIZE size = win32::textSize(bold_.get(), win32::windowText(heading));
   SetWindowPos(heading, nullptr, 0, 0, size.cx, place.bottom - place.top,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   const LONG gap = size.cy / 2;
