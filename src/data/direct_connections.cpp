@@ -2,8 +2,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <optional>
-#include <utility>
 
 #include "data/data_path.h"
 #include "data/mod_main.h"

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"

@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <map>
-#include <set>
 
 #include "com/com_fixture.h"
 #include "com/expected_members.h"

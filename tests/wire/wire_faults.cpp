@@ -1,4 +1,3 @@
-#include <utility>
 
 #include "harness/scratch.h"
 #include "support/text.h"

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <span>
-#include <string_view>
 
 /// Every control of the settings window: one table of names, kinds, pages, texts and tooltips. The
 /// resource ids belong to the window.
