@@ -50,7 +50,7 @@ std::int32_t userOf(std::wstring_view text) { return ValOrDefault(text, 0); }
 std::int64_t minutesSince1970(int year, int month, int day, int hour, int minute) {
   using namespace std::chrono;
   const sys_days date = std::chrono::year(year) / month / day;
-  return duration_cast<minutes>(date.time_since_epoch()).count() + hour * 60 + minute;
+  return duration_cast<minutes>(date.time_since_epoch()).count() + std::int64_t{60} * hour + minute;
 }
 
 /// Minutes since 1970 of "YYYY-MM-DD HH:MM...", days alone allowed; null for any other form.
@@ -85,7 +85,7 @@ bool isNow(std::wstring_view stored) {
 }
 
 std::wstring shown(const FieldValue& value) {
-  const std::wstring text = textOf(value);
+  std::wstring text = textOf(value);
   if (!std::holds_alternative<std::wstring>(value)) return text;
   constexpr std::size_t kMaxShown = 60;
   return L"'" + (text.size() > kMaxShown ? text.substr(0, kMaxShown) + L"..." : text) + L"'";
