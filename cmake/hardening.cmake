@@ -1,0 +1,23 @@
+# What makes a mistake harder to exploit, in everything that ships; tests/hardened asserts it in the
+# binaries. Sanitizers come without it.
+if(NOT TL_SANITIZE)
+  add_compile_options(-fstack-protector-strong)
+  if(WIN32)
+    add_link_options(
+      -fstack-protector-strong -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  else()
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    add_compile_options(-fstack-clash-protection -fcf-protection)
+    add_link_options(-pie -Wl,-z,relro,-z,now)
+  endif()
+endif()
+
+# tl_check_calls(target...): lets the service end when it misuses the C or C++ library. Not for the
+# component, where the checks would cost time at every cell.
+function(tl_check_calls)
+  if(NOT TL_SANITIZE AND NOT WIN32)
+    foreach(target IN LISTS ARGN)
+      target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS _FORTIFY_SOURCE=3)
+    endforeach()
+  endif()
+endfunction()
