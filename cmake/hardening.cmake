@@ -1,5 +1,5 @@
-# What makes a mistake harder to exploit, in everything that ships; tests/hardened asserts it in the
-# binaries. Sanitizers come without it.
+# What makes a mistake harder to exploit, in everything that ships; the test "hardened" asserts it in
+# the binaries. Sanitizers come without it.
 if(NOT TL_SANITIZE)
   add_compile_options(-fstack-protector-strong)
   if(WIN32)
