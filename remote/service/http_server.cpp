@@ -124,7 +124,7 @@ std::string HttpServer::answerOf(const httplib::Request& httpRequest) const {
   Exchange::current->tokenCheck = token == nullptr ? TokenCheck::Wrong : TokenCheck::Right;
   if (token == nullptr) throw Refusal(http_status::kWrongToken, "The token is wrong.");
   Exchange::current->token = token->name;
-  if (operation.writes && token->rights == Rights::Read) throw onlyReads();
+  if (operation.writes && token->rights == Rights::Read) throw changesForbidden();
   return operation.answer({options_, jobs_, metrics_, token->rights}, request);
 }
 

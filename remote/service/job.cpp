@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "odbc/connection.h"
@@ -16,6 +17,7 @@ namespace {
 constexpr std::chrono::seconds kLoginTimeout{10};
 
 constexpr const char* kQuery = "query";
+constexpr const char* kRead = "read";
 constexpr const char* kExecute = "execute";
 constexpr const char* kFiles = "files";
 
@@ -25,6 +27,18 @@ std::string flatObject(std::initializer_list<std::pair<const char*, std::string>
     text += (text.empty() ? "{" : ",") + quoted(name) + ":" + value;
   }
   return text + "}";
+}
+
+const char* nameOf(StatementKind kind) {
+  switch (kind) {
+    case StatementKind::Query:
+      return kQuery;
+    case StatementKind::Read:
+      return kRead;
+    case StatementKind::Execute:
+      break;
+  }
+  return kExecute;
 }
 
 const char* truth(bool value) { return value ? "true" : "false"; }
@@ -82,15 +96,20 @@ std::string run(const Request& job, const JobLimits& limits) {
   // client runs only afterwards.
   confine(directory, Access::ReadAndWrite);
   const std::wstring sql = job.text("sql");
-  if (job.utf8("job") == kQuery) return answerOf(connection.queryOnce(sql), limits.answerBytes);
-  connection.execute(sql);
-  return R"({"done":true})";
+  const std::string& kind = job.utf8("job");
+  if (kind == kExecute) {
+    connection.execute(sql);
+    return R"({"done":true})";
+  }
+  std::optional<odbc::Connection::Transaction> rolledBack;
+  if (kind == kRead) rolledBack.emplace(connection);
+  return answerOf(connection.queryOnce(sql), limits.answerBytes);
 }
 
 }  // namespace
 
 std::string jobOf(const Statement& statement) {
-  return flatObject({{"job", quoted(statement.kind == StatementKind::Query ? kQuery : kExecute)},
+  return flatObject({{"job", quoted(nameOf(statement.kind))},
                      {"connect", quoted(statement.connectString)},
                      {"directory", quoted(statement.directory)},
                      {"sql", quoted(statement.sql)}});

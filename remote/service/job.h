@@ -10,7 +10,11 @@
 namespace tlpacscfg::service {
 
 /// A job is work at which a driver or a disk may hang; as JSON it is a flat object.
-enum class StatementKind { Query, Execute };
+enum class StatementKind {
+  Query,
+  Read,  ///< A query of which no change stays.
+  Execute
+};
 
 struct Statement {
   StatementKind kind = StatementKind::Query;

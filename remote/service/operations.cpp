@@ -1,5 +1,6 @@
 #include "service/operations.h"
 
+#include "odbc/dialect.h"
 #include "service/directories.h"
 #include "service/job.h"
 #include "service/json_text.h"
@@ -26,7 +27,10 @@ std::string answerConnect(const Context&, const Request& request) {
 }
 
 std::string answerQuery(const Context& context, const Request& request) {
-  return run(StatementKind::Query, context, request);
+  if (context.rights == Rights::ReadAndWrite) return run(StatementKind::Query, context, request);
+  // A text could end the transaction that is to be rolled back.
+  if (!onlyReads(request.text("sql"))) throw changesForbidden();
+  return run(StatementKind::Read, context, request);
 }
 
 std::string answerExecute(const Context& context, const Request& request) {

@@ -20,7 +20,7 @@ namespace http_status {
 inline constexpr int kOk = 200;
 inline constexpr int kMalformed = 400;
 inline constexpr int kWrongToken = 401;
-inline constexpr int kOnlyReads = 403;
+inline constexpr int kForbidden = 403;
 inline constexpr int kUnknownOperation = 404;
 inline constexpr int kNotPost = 405;
 inline constexpr int kLengthRequired = 411;
@@ -35,8 +35,8 @@ inline Refusal tooLarge() {
   return {http_status::kFailed, "The result is larger than the service allows."};
 }
 
-inline Refusal onlyReads() {
-  return {http_status::kOnlyReads, "The token does not allow changes."};
+inline Refusal changesForbidden() {
+  return {http_status::kForbidden, "The token does not allow changes."};
 }
 
 /// The refusal that a client receives for the exception being handled.

@@ -142,7 +142,7 @@ Table Connection::query(std::wstring_view sql) {
 Table Connection::queryOnce(std::wstring_view sql) {
   Table table;
   const auto read = [&] { table = fetch(sql, Fetch::Cells); };
-  if (onlyReads(sql)) {
+  if (inTransaction_ || onlyReads(sql)) {
     recordingFailure(read);
   } else {
     asTransaction(read);

@@ -75,6 +75,7 @@ class Connection {
   Table query(std::wstring_view sql);
 
   /// The same for a foreign text, which is executed once, and as one transaction if it may write.
+  /// It joins a transaction that is open.
   Table queryOnce(std::wstring_view sql);
 
   /// Runs one or several statements in one transaction: all of them, or none. They join a

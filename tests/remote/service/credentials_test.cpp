@@ -2,10 +2,12 @@
 #include <sys/stat.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 
 #include "harness/scratch.h"
 #include "remote/service/service_fixture.h"
+#include "service/job.h"
 #include "service/private_file.h"
 #include "service/token.h"
 
@@ -15,6 +17,7 @@ namespace {
 using nlohmann::json;
 using service::OptionError;
 using service::Rights;
+using service::StatementKind;
 using service::TokenFile;
 using service::Tokens;
 
@@ -154,6 +157,39 @@ TEST_F(CredentialsTest, OneThatMayOnlyReadQueriesAndListsAndDoesNotExecute) {
   EXPECT_EQ(ask("query", query, kReading).body["tables"][0]["rows"][0][0], "READ-01");
   EXPECT_EQ(ask("execute", statement, kOther).status, 200);
   EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"0");
+}
+
+TEST_F(CredentialsTest, AQueryWithOneThatMayOnlyReadStoresNothing) {
+  addToken("bob", "read", kReading);
+  ASSERT_TRUE(service.start()) << service.log();
+  const auto queryWith = [&](const std::string& sql, const std::string& token) {
+    return ask("query", {{"database", "Talora"}, {"sql", sql}}, token).status;
+  };
+  const std::string insert = "INSERT INTO System_pc_names VALUES('A', '', 1)";
+  for (const std::string& text :
+       {insert + " RETURNING pc_name", "SELECT 1\r\n" + insert, "SELECT 1; COMMIT; " + insert,
+        "WITH x AS (SELECT 1) " + insert}) {
+    EXPECT_EQ(queryWith(text, kReading), 403) << text;
+  }
+  EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"0");
+  EXPECT_EQ(queryWith("SELECT pc_name FROM System_pc_names", kReading), 200);
+}
+
+TEST_F(CredentialsTest, AChangeThatIsNotRecognisedAsOneIsRolledBack) {
+  const auto performAs = [](StatementKind kind) {
+    const tlpacscfg::service::Request job(
+        tlpacscfg::service::jobOf({.kind = kind,
+                                   .connectString = "DSN=TlTestSite;",
+                                   .directory = std::getenv("TL_SCRATCH"),
+                                   .sql = "INSERT INTO System_pc_names VALUES('A', '', 1)"}));
+    tlpacscfg::service::perform(job, {.answerBytes = 1000});
+    std::_Exit(0);
+  };
+  // In a process of its own, as the service does it.
+  EXPECT_EXIT(performAs(StatementKind::Read), ::testing::ExitedWithCode(0), "");
+  EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"0");
+  EXPECT_EXIT(performAs(StatementKind::Query), ::testing::ExitedWithCode(0), "");
+  EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"1");
 }
 
 TEST_F(CredentialsTest, AreReadAgainWithoutARestart) {
