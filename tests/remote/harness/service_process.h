@@ -29,8 +29,6 @@ class ServiceProcess {
   std::vector<std::string> databases;
   std::vector<std::string> databaseFiles;
   std::vector<std::string> directories;
-  /// What the system allows it; 0: as many as this process.
-  unsigned maxOpenFiles = 0;
   std::vector<std::string> tokens;
 
   /// Runs in its process before it becomes the service.

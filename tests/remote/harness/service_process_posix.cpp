@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -122,10 +121,6 @@ void ServiceProcess::spawn(const std::vector<std::string>& arguments) {
   const int output = open(logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
   pid_ = fork();
   if (pid_ == 0) {
-    if (maxOpenFiles > 0) {
-      const rlimit limit{maxOpenFiles, maxOpenFiles};
-      setrlimit(RLIMIT_NOFILE, &limit);
-    }
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
     beforeStart();

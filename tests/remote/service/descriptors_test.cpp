@@ -12,6 +12,11 @@ namespace {
 
 class DescriptorsTest : public ServiceTest {
  protected:
+  /// What the system allows the service.
+  void limitFiles(rlim_t count) {
+    service.beforeStart = [limit = rlimit{count, count}] { setrlimit(RLIMIT_NOFILE, &limit); };
+  }
+
   /// So many silent connections, ten from each address.
   void hold(int count) {
     for (int i = 0; i < count; ++i) {
@@ -34,7 +39,7 @@ TEST_F(DescriptorsTest, AConnectionWithALargeNumberIsServed) {
 }
 
 TEST_F(DescriptorsTest, NoMoreConnectionsWaitThanTheLimitOfOpenFilesAllows) {
-  service.maxOpenFiles = 100;
+  limitFiles(100);
   ASSERT_TRUE(service.start()) << service.log();
   EXPECT_TRUE(service.logHolds("event=limited waiting=28 ")) << service.log();
   hold(200);
@@ -45,7 +50,7 @@ TEST_F(DescriptorsTest, NoMoreConnectionsWaitThanTheLimitOfOpenFilesAllows) {
 
 TEST_F(DescriptorsTest, ALimitThatLeavesNoPlaceIsReported) {
   service.writeConfiguration();
-  service.maxOpenFiles = 72;
+  limitFiles(72);
   EXPECT_EQ(service.runToEnd({"--config", service.configurationFile(), "--plain-http", "yes"}), 1);
   EXPECT_TRUE(service.logHolds("the limit of open files, 72, is too low for 8 workers"));
 }

@@ -153,6 +153,28 @@ void silence(int port, Random& random) {
   std::this_thread::sleep_for(std::chrono::milliseconds(below(random, 300)));
 }
 
+/// More than one address may have, most of them silent.
+void flood(int port, Random& random) {
+  std::vector<std::unique_ptr<RawClient>> clients;
+  for (int i = 0; i < 100; ++i) {
+    clients.push_back(std::make_unique<RawClient>(port));
+    if (i % 20 == 0) clients.back()->send("POST");
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(below(random, 300)));
+}
+
+void endlessStatement(int port, Random&) {
+  sendAndRead(port, query("WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) "
+                          "SELECT count(*) FROM c"));
+}
+
+void endlessRows(int port, Random&) {
+  sendAndRead(port, query("SELECT x FROM (WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL "
+                          "SELECT x + 1 FROM c) SELECT x FROM c)"));
+}
+
+void hugeCell(int port, Random&) { sendAndRead(port, query("SELECT hex(zeroblob(40000000))")); }
+
 void handshake(int port, Random& random) {
   std::string hello = "\x16\x03\x01";
   hello += static_cast<char>(random());
@@ -179,6 +201,10 @@ const std::vector<Attack>& attacks() {
       {"strange directory", strangeDirectory},
       {"drips", drips},
       {"silence", silence},
+      {"flood", flood},
+      {"endless statement", endlessStatement},
+      {"endless rows", endlessRows},
+      {"huge cell", hugeCell},
       {"TLS handshake", handshake},
   };
   return all;

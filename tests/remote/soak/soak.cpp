@@ -1,4 +1,5 @@
-// Attacks two services for some seconds while proper clients use them:
+// Attacks two services for some seconds while proper clients use them from another address, and has
+// them read their tokens and changing certificates again all the time:
 //   tlcommd-soak SECONDS [SEED]
 // Ends with 0 when every proper request was answered correctly, both services ended cleanly, and
 // neither leaked descriptors or revealed its token.
@@ -24,7 +25,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using nlohmann::json;
 
-constexpr int kAttackers = 6;
+constexpr int kAttackers = 12;
 constexpr int kProperClients = 2;
 
 std::atomic<int> failures = 0;
@@ -35,12 +36,24 @@ void require(bool condition, const std::string& what) {
   std::cerr << "FAILED: " << what << std::endl;
 }
 
+std::string directoryOf(const ServiceProcess& service) {
+  return std::filesystem::path(service.certificateFile()).parent_path().string() + "/";
+}
+
+std::string content(const std::string& file) {
+  std::ifstream stream(file);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 class ProperClient {
  public:
   ProperClient(const ServiceProcess& service, bool tls)
       : client_((tls ? "https://localhost:" : "http://localhost:") +
                 std::to_string(service.port())) {
-    if (tls) client_.set_ca_cert_path(service.certificateFile());
+    if (tls) client_.set_ca_cert_path(directoryOf(service) + "both.pem");
+    // The attackers have another address.
+    client_.set_interface("127.0.0.2");
+    client_.set_hostname_addr_map({{"localhost", "127.0.0.1"}});
     client_.set_read_timeout(120);
   }
 
@@ -76,6 +89,8 @@ class ProperClient {
                                      {"ignoreCase", true},
                                      {"directories", false},
                                      {"fullPaths", false}});
+    const httplib::Result health = client_.Get("/v1/health");
+    require(health && health->body == R"({"status":"up"})", "the service is not up");
     require(files == json::parse(R"({"files":["A.XML"]})"), "files came back as " + files.dump());
   }
 
@@ -108,7 +123,7 @@ std::string outcomeIn(const std::string& line) {
   require(event != line.npos, "a line that is not the service's own: " + line);
   if (event == line.npos) return line;
   const std::size_t status = line.find(" status=");
-  if (status == line.npos) return line.substr(event);
+  if (status == line.npos) return line.substr(event, line.find(" connections=") - event);
   const std::size_t failure = line.find(" failure=");
   return line.substr(status, line.find(' ', status + 1) - status) +
          (failure == line.npos ? "" : line.substr(failure));
@@ -127,8 +142,33 @@ void prepare(ServiceProcess& service, const std::string& scratch, bool tls) {
   service.databases = {"site = DSN=TlTestSite;"};
   service.databaseFiles = {"site = " + scratch};
   service.directories = {"Z:\\site = " + scratch + "/files"};
-  const std::vector<std::string> limits = {"--request-seconds", "2", "--response-seconds", "5"};
+  const std::vector<std::string> limits = {"--header-seconds",   "1", "--request-seconds",   "2",
+                                           "--response-seconds", "5", "--statement-seconds", "2"};
   require(tls ? service.startWithTls(limits) : service.start(limits), service.log());
+}
+
+constexpr const char* kCertificateFiles[] = {"certificate.pem", "key.pem"};
+
+/// Two certificates that the service may use in turn, and a file with both for clients.
+void makeCertificates(const ServiceProcess& service) {
+  const std::string own = directoryOf(service);
+  for (const char* number : {"0", "1"}) {
+    service.makeCertificate();
+    for (const char* file : kCertificateFiles)
+      std::filesystem::copy_file(own + file, own + number + file);
+  }
+  std::ofstream(own + "both.pem") << content(own + "0certificate.pem")
+                                  << content(own + "1certificate.pem");
+}
+
+/// Gives the service one of its two certificates and makes it read everything again.
+void reload(const ServiceProcess& service, int round) {
+  const std::string own = directoryOf(service);
+  for (const char* file : kCertificateFiles) {
+    std::filesystem::copy_file(own + std::to_string(round % 2) + file, own + file,
+                               std::filesystem::copy_options::overwrite_existing);
+  }
+  kill(service.pid(), SIGHUP);
 }
 
 void finish(ServiceProcess& service, std::size_t descriptorsBefore) {
@@ -153,6 +193,8 @@ int soak(int seconds, unsigned seed) {
   prepare(plain, scratch, false);
   prepare(tls, scratch, true);
   if (failures > 0) return EXIT_FAILURE;
+  makeCertificates(tls);
+  reload(tls, 0);
 
   ProperClient first(plain, false);
   first.ask("execute", {{"sql", "create table soak(name text)"}});
@@ -185,6 +227,13 @@ int soak(int seconds, unsigned seed) {
       }
     });
   }
+  threads.emplace_back([&] {
+    for (int round = 0; Clock::now() < deadline; ++round) {
+      reload(tls, round);
+      kill(plain.pid(), SIGHUP);
+      std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    }
+  });
   std::atomic<int> properRequests = 0;
   std::atomic<std::int64_t> slowest = 0;
   for (int number = 0; number < kProperClients; ++number) {
@@ -211,8 +260,11 @@ int soak(int seconds, unsigned seed) {
   std::cout << total << " attacks (" << refused << " found no connection or no end), "
             << properRequests << " proper requests, the slowest took " << slowest << " ms\n";
   require(refused == 0, "connections were refused or not ended");
-  ProperClient(plain, false).workOnce("last");
-  ProperClient(tls, true).workOnce("last of all");
+  for (const bool withTls : {false, true}) {
+    ProperClient client(withTls ? tls : plain, withTls);
+    client.workOnce("last");
+    std::cout << client.ask("status", json::object()).dump(1) << '\n';
+  }
   finish(plain, plainDescriptors);
   finish(tls, tlsDescriptors);
   std::cout << (failures == 0 ? "passed\n" : "There were failures.\n");
