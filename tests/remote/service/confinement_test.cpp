@@ -143,8 +143,11 @@ class ConfinedStatementTest : public ServiceTest {
     for (const std::string name : {"Talora", "Other"}) {
       const std::string directory = scratchUnixPath(name);
       std::filesystem::create_directory(directory);
-      service.databases.push_back(name + " = Driver={SQLite3};Database=" + directory + "/site.db;");
-      service.databaseFiles.push_back(name + " = " + directory);
+      std::string database = name;
+      database.append(" = Driver={SQLite3};Database=").append(directory).append("/site.db;");
+      service.databases.push_back(database);
+      service.databaseFiles.push_back(name);
+      service.databaseFiles.back().append(" = ").append(directory);
     }
   }
 
