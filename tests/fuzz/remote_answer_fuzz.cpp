@@ -42,12 +42,20 @@ void readOwn(FuzzedDataProvider& input) {
     text += cell ? service::quoted(toUtf8(*cell)) : "null";
     text += i % columns == columns - 1 ? "]" : ",";
   }
-  const std::vector<Table> tables = protocol::tablesIn(text + "]}]}");
+  const std::string end = "]}]}";
+  const std::vector<Table> tables = protocol::tablesIn(text + end);
   require(tables.size() == 1 && tables[0].columns() == columns && tables[0].rows() == rows,
           "a table keeps its size");
   for (std::size_t i = 0; i < rows * columns; ++i) {
     require(tables[0].at(i % columns, i / columns) == expected.at(i % columns, i / columns),
             "a cell arrives unchanged");
+  }
+  if (rows == 0) return;
+  text.insert(text.size() - 1, ",null");
+  try {
+    protocol::tablesIn(text + end);
+    require(false, "a row with too many cells makes no sense");
+  } catch (const client::ClientError&) {
   }
 }
 
