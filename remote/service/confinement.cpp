@@ -52,13 +52,13 @@ struct Ruleset {
 };
 constexpr std::uint64_t kReadFile = LANDLOCK_ACCESS_FS_READ_FILE;
 constexpr std::uint64_t kReadDirectory = LANDLOCK_ACCESS_FS_READ_DIR;
-constexpr std::uint64_t kExecute = LANDLOCK_ACCESS_FS_EXECUTE;
+constexpr std::uint64_t kExecuteFile = LANDLOCK_ACCESS_FS_EXECUTE;
 constexpr std::uint64_t kTruncate = 1 << 14;
 /// Of these rights only some are there in older versions.
 constexpr std::uint64_t kChange = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_MAKE_REG |
                                   LANDLOCK_ACCESS_FS_REMOVE_FILE | kTruncate;
 constexpr std::uint64_t kForFiles =
-    kReadFile | kExecute | LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
+    kReadFile | kExecuteFile | LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
 constexpr std::uint64_t kBindAndConnect = 3;
 constexpr std::uint64_t kAbstractSocketsAndSignals = 3;
 
@@ -109,7 +109,8 @@ class Landlock {
 /// A sanitizer reads the program and what the kernel knows of it, and writes what it has found.
 void allowSanitizers(Landlock& landlock) {
   landlock.allow("/proc", kReadFile | kReadDirectory);
-  landlock.allow(std::filesystem::read_symlink("/proc/self/exe").string(), kReadFile | kExecute);
+  landlock.allow(std::filesystem::read_symlink("/proc/self/exe").string(),
+                 kReadFile | kExecuteFile);
   for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
     const std::string options = std::getenv(name) ? std::getenv(name) : "";
     constexpr std::string_view kLogPath = "log_path=";
@@ -154,7 +155,7 @@ void confine(const std::string& directory, Access access) {
   Landlock landlock(version);
   for (const char* path :
        {"/usr", "/lib", "/lib64", "/opt", "/etc/ld.so.cache", "/etc/localtime"}) {
-    landlock.allow(path, kReadFile | kReadDirectory | kExecute);
+    landlock.allow(path, kReadFile | kReadDirectory | kExecuteFile);
   }
   for (const char* path : {"/dev/null", "/dev/zero", "/dev/random", "/dev/urandom"}) {
     landlock.allow(path, kReadFile | kChange);

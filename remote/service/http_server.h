@@ -5,6 +5,7 @@
 #include <atomic>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "service/connection.h"
 #include "service/credentials.h"
@@ -26,7 +27,9 @@ class HttpServer : private httplib::Server {
   Metrics& metrics() { return metrics_; }
 
   /// For the connections that follow; thread-safe.
-  void use(std::shared_ptr<const Credentials> credentials) { credentials_ = credentials; }
+  void use(std::shared_ptr<const Credentials> credentials) {
+    credentials_ = std::move(credentials);
+  }
 
  private:
   struct Exchange;

@@ -29,12 +29,6 @@ void drain(const StatementHandle& statement) {
   }
 }
 
-SQLSMALLINT columnCount(const StatementHandle& statement) {
-  SQLSMALLINT count = 0;
-  statement.verify(SQLNumResultCols(statement.get(), &count));
-  return count;
-}
-
 std::wstring dbmsName(const ConnectionHandle& connection) {
   std::array<SQLWCHAR, 128> name{};
   SQLSMALLINT bytes = 0;

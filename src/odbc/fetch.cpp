@@ -40,12 +40,6 @@ Encoding encodingOf(SQLSMALLINT type) {
   }
 }
 
-SQLUSMALLINT columnCount(const StatementHandle& statement) {
-  SQLSMALLINT count = 0;
-  statement.verify(SQLNumResultCols(statement.get(), &count));
-  return static_cast<SQLUSMALLINT>(count);
-}
-
 /// What the cells of a result may still hold.
 class Budget {
  public:
@@ -193,8 +187,8 @@ class CellFetch {
   /// nullopt for NULL.
   std::optional<std::u16string_view> read(SQLUSMALLINT column, Budget& budget) {
     text_.clear();
-    const std::size_t room = piece_.size() - 1;  // The driver adds a terminator.
-    for (bool whole = false; !whole;) {
+    for (;;) {
+      const std::size_t room = piece_.size() - 1;  // The driver adds a terminator.
       SQLLEN bytes = 0;
       const SQLRETURN code =
           SQLGetData(statement_.get(), column, SQL_C_WCHAR, piece_.data(),
@@ -207,10 +201,15 @@ class CellFetch {
         budget.takeCell(0);
         return std::nullopt;
       }
-      const std::size_t left = static_cast<std::size_t>(length) / sizeof(SQLWCHAR);
-      whole = length != SQL_NO_TOTAL && left <= room;
-      text_ += odbcView(piece_.data(), whole ? left : room);
+      const bool known = length != SQL_NO_TOTAL;
+      const std::size_t left =
+          known ? static_cast<std::size_t>(length) / sizeof(SQLWCHAR) : 3 * room;
+      text_ += odbcView(piece_.data(), std::min(left, room));
+      if (known && left <= room) break;
       if (text_.size() > budget.left()) throw ResultTooLarge();
+      // In as few pieces as possible, because some drivers convert the whole cell again for each;
+      // one character more than may come shows that the cell is too large.
+      piece_.resize(std::min(left - room, budget.left() - text_.size() + 1) + 1);
     }
     budget.takeCell(text_.size());
     return text_;
@@ -223,6 +222,12 @@ class CellFetch {
 };
 
 }  // namespace
+
+SQLUSMALLINT columnCount(const StatementHandle& statement) {
+  SQLSMALLINT count = 0;
+  statement.verify(SQLNumResultCols(statement.get(), &count));
+  return static_cast<SQLUSMALLINT>(count);
+}
 
 Table fetchBlocks(const StatementHandle& statement, RowArrays rowArrays,
                   const std::function<void()>& executeAgain, std::size_t maxCharacters) {

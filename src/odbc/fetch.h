@@ -19,6 +19,9 @@ class ResultTooLarge : public std::length_error {
 
 inline constexpr std::size_t kNoResultLimit = std::numeric_limits<std::size_t>::max();
 
+/// Of the statement's open result; 0 when it has none.
+SQLUSMALLINT columnCount(const StatementHandle& statement);
+
 /// Both give all rows of the statement's open result, every cell as text, which is never cut. They
 /// throw ResultTooLarge when the cells pass the limit; each counts as its text and a few characters
 /// more.

@@ -64,7 +64,10 @@ TEST_F(ConnectingTest, AServiceThatAcceptsTheTokenIsConnected) {
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Connecting to TlCommClient") +
                        debugLine(10, L"[TLPACSCFG] Storing database name:Talora") +
                        debugLine(7, L"[TLPACSCFG] TlCommClient connected successfully"));
-  EXPECT_NE(service.log().find("operation=/v1/connect status=200 "), std::string::npos);
+  // Written after the answer.
+  EXPECT_TRUE(eventually([&] {
+    return service.log().find("operation=/v1/connect status=200 ") != std::string::npos;
+  })) << service.log();
 }
 
 TEST_F(ConnectingTest, WithoutAHostAddressNoRequestIsSent) {

@@ -249,8 +249,11 @@ class ReportingTest : public ConfinedStatementTest {
   ReportingTest() {
     std::filesystem::create_directory(scratchUnixPath("findings"));
     service.beforeStart = [] {
-      const std::string options = "log_path=" + scratchUnixPath("findings/asan");
-      setenv("ASAN_OPTIONS", options.c_str(), 1);
+      const std::string options = "log_path=" + scratchUnixPath("findings/found");
+      // All in one program: the last that is read wins.
+      for (const char* const name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+        setenv(name, options.c_str(), 1);
+      }
     };
   }
 
