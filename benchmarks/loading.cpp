@@ -39,8 +39,9 @@ void measureLoading(const Site& site, Path path) {
 
 void measureServiceLoading(const Site& site) {
   std::shared_ptr<clsConfig> config;
+  const std::wstring listing = statementsAt(Path::Direct, kListStatement).front();
   compare("loading-service", site.workstations, site.repetitions,
-          initOf(site, Path::Service, config), initOf(site, Path::Direct, config));
+          initOf(site, Path::Service, config), {[&] { fetchAll(site, Path::Direct, listing); }});
   disconnect();
 }
 

@@ -38,37 +38,52 @@ void saveAsList(clsConfig& config) {
   }
 }
 
+/// The statements of closing the list alone, on a connection of their own.
+class BareSave {
+ public:
+  BareSave(const Site& site, const clsConfig& config, Path path)
+      : batches_(batchesOf(config, path)),
+        listing_(statementsAt(path, kListStatement).front()),
+        connection_(site.connectString(path)) {}
+
+  void saveUnchecked() {
+    for (const auto& batch : batches_) connection_.together([&] { execute(connection_, batch); });
+  }
+
+  void saveAsList() {
+    connection_.serializably([&] {
+      connection_.fetch(listing_);
+      for (const auto& batch : batches_) execute(connection_, batch);
+      connection_.fetch(listing_);
+    });
+  }
+
+ private:
+  const Batches batches_;
+  const std::wstring listing_;
+  bare::Connection connection_;
+};
+
 }  // namespace
 
 void measureSaving(const Site& site, Path path) {
   const std::shared_ptr<clsConfig> config = initialised(site, path);
-  const Batches batches = batchesOf(*config, path);
-  const std::wstring listing = statementsAt(path, kListStatement).front();
-  bare::Connection connection(site.connectString(path));
+  BareSave bare(site, *config, path);
   if (path == Path::Direct) {
     compare("saving", site.workstations, site.repetitions,
-            {[&] { config->m_colWorkstation->SaveAllWorkStationSettings(); }}, {[&] {
-              for (const auto& batch : batches) {
-                connection.together([&] { execute(connection, batch); });
-              }
-            }});
+            {[&] { config->m_colWorkstation->SaveAllWorkStationSettings(); }},
+            {[&] { bare.saveUnchecked(); }});
   }
   compare(path == Path::Direct ? "saving-checked" : "saving-server", site.workstations,
-          site.repetitions, {[&] { saveAsList(*config); }}, {[&] {
-            connection.serializably([&] {
-              connection.fetch(listing);
-              for (const auto& batch : batches) execute(connection, batch);
-              connection.fetch(listing);
-            });
-          }});
+          site.repetitions, {[&] { saveAsList(*config); }}, {[&] { bare.saveAsList(); }});
   disconnect();
 }
 
 void measureServiceSaving(const Site& site) {
-  const std::shared_ptr<clsConfig> direct = initialised(site);
-  const std::shared_ptr<clsConfig> remote = initialised(site, Path::Service);
-  compare("saving-service", site.workstations, site.repetitions, {[&] { saveAsList(*remote); }},
-          {[&] { saveAsList(*direct); }});
+  const std::shared_ptr<clsConfig> config = initialised(site, Path::Service);
+  BareSave bare(site, *config, Path::Direct);
+  compare("saving-service", site.workstations, site.repetitions, {[&] { saveAsList(*config); }},
+          {[&] { bare.saveAsList(); }});
   disconnect();
 }
 
