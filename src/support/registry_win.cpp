@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -36,7 +37,7 @@ std::optional<Value> read(Root root, const std::wstring& keyPath, const std::wst
   if (status != ERROR_SUCCESS) return std::nullopt;
   if (type == REG_SZ) {
     std::wstring text(bytes / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), data.data(), text.size() * sizeof(wchar_t));
+    std::copy_n(data.data(), text.size() * sizeof(wchar_t), reinterpret_cast<BYTE*>(text.data()));
     return text;
   }
   std::uint32_t number = 1;
