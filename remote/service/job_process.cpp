@@ -3,9 +3,9 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
-#include <sys/syscall.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -78,18 +78,9 @@ class FileActions {
 class Process {
  public:
   /// For a place that is taken.
-  Process(Places& places, std::vector<std::string> arguments, int input) : places_(places) {
-    try {
-      start(std::move(arguments), input);
-    } catch (...) {
-      places_.giveBack();
-      throw;
-    }
-  }
+  explicit Process(Places& places) : places_(places) {}
   ~Process() {
-    kill(id_, SIGKILL);
-    int status = 0;
-    if (hasEnded(kDyingTime) && waitpid(id_, &status, WNOHANG) == id_) {
+    if (id_ == 0 || end()) {
       places_.giveBack();
     } else {
       places_.giveBackAfter(id_);
@@ -98,15 +89,6 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
-  /// True when it ends within the time with the exit code 0.
-  bool succeeds(std::chrono::milliseconds time) const {
-    siginfo_t info{};
-    return hasEnded(time) &&
-           waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-           info.si_code == CLD_EXITED && info.si_status == 0;
-  }
-
- private:
   void start(std::vector<std::string> arguments, int input) {
     std::vector<char*> words;
     words.reserve(arguments.size() + 1);
@@ -126,6 +108,21 @@ class Process {
     end_.emplace(static_cast<int>(syscall(SYS_pidfd_open, id_, 0)));
   }
 
+  /// True when it ends within the time with the exit code 0.
+  bool succeeds(std::chrono::milliseconds time) const {
+    siginfo_t info{};
+    return hasEnded(time) &&
+           waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_code == CLD_EXITED && info.si_status == 0;
+  }
+
+ private:
+  /// Kills it; false when it does not end soon.
+  bool end() const {
+    kill(id_, SIGKILL);
+    return hasEnded(kDyingTime) && waitpid(id_, nullptr, WNOHANG) == id_;
+  }
+
   bool hasEnded(std::chrono::milliseconds time) const {
     pollfd end{end_->get(), POLLIN, 0};
     return poll(&end, 1, static_cast<int>(std::max<std::int64_t>(0, time.count()))) > 0 &&
@@ -133,7 +130,7 @@ class Process {
   }
 
   Places& places_;
-  pid_t id_ = 0;
+  pid_t id_ = 0;                   ///< 0 before it has started.
   std::optional<Descriptor> end_;  ///< Readable when the process has ended.
 };
 
@@ -245,14 +242,13 @@ std::string JobProcesses::run(const std::string& job) {
     case Places::Outcome::Lost:
       throw busy("The service waits for statements that cannot be ended.");
   }
+  Process process(places_);
   SocketPair sockets;
   const auto seconds = std::chrono::ceil<std::chrono::seconds>(deadline - Clock::now());
-  Process process(
-      places_,
-      {"tlcommd", kFirstArgument, std::to_string(getpid()),
-       std::to_string(std::max<std::int64_t>(1, seconds.count())),
-       std::to_string(options_.responseBytes), std::to_string(options_.memoryMegabytes)},
-      sockets.theirs.get());
+  process.start({"tlcommd", kFirstArgument, std::to_string(getpid()),
+                 std::to_string(std::max<std::int64_t>(1, seconds.count())),
+                 std::to_string(options_.responseBytes), std::to_string(options_.memoryMegabytes)},
+                sockets.theirs.get());
   sockets.theirs.close();
   Exchange exchange(sockets.ours.get(), stopSignal_, deadline + kGrace);
   exchange.send(job);

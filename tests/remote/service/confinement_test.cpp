@@ -301,6 +301,19 @@ TEST_F(ReportingTest, AFindingInAStatementReachesItsFile) {
 }
 #endif
 
+TEST_F(ConfinedStatementTest, OneThatCannotBeStartedTakesNoPlace) {
+  service.beforeStart = [] { denyCall(SYS_socketpair, EMFILE); };
+  // One place.
+  ASSERT_TRUE(service.start(
+      {"--statement-seconds", "1", "--memory-megabytes", "1024", "--total-megabytes", "2048"}))
+      << service.log();
+  for (int i = 0; i < 2; ++i) {
+    const ServiceAnswer refused = query("SELECT 1");
+    EXPECT_EQ(refused.status, 422);
+    EXPECT_EQ(refused.body["error"], "The service could not do that.");
+  }
+}
+
 TEST_F(ConfinedStatementTest, NoMoreRunThanTheMemoryForAllAllows) {
   startService(
       {"--statement-seconds", "1", "--memory-megabytes", "1024", "--total-megabytes", "3072"});
