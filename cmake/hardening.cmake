@@ -3,8 +3,13 @@
 if(NOT TL_SANITIZE)
   add_compile_options(-fstack-protector-strong)
   if(WIN32)
-    add_link_options(
-      -fstack-protector-strong -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+    add_link_options(-fstack-protector-strong -Wl,--dynamicbase,--nxcompat)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+      add_link_options(-Wl,--high-entropy-va)
+    else()
+      # There are no exception handlers on the stack, so that Windows may refuse any that it finds there.
+      add_link_options(-Wl,--no-seh)
+    endif()
   else()
     set(CMAKE_POSITION_INDEPENDENT_CODE ON)
     add_compile_options(-fstack-clash-protection -fcf-protection)
