@@ -2,6 +2,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "automation/com_object.h"
+#include "automation/com_ptr.h"
 #include "remote/harness/scripted_client.h"
 #include "support/text.h"
 
@@ -33,36 +35,9 @@ std::wstring typed(const VARIANT& value) {
   }
 }
 
-template <class Interface>
-class Counted : public Interface {
+class ScriptedObject final : public ComObject<IDispatch> {
  public:
-  explicit Counted(std::shared_ptr<State> state) : state_(std::move(state)) {}
-  virtual ~Counted() = default;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override {
-    *result = nullptr;
-    if (id != IID_IUnknown && id != __uuidof(Interface)) return E_NOINTERFACE;
-    *result = static_cast<Interface*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-
- protected:
-  const std::shared_ptr<State> state_;
-
- private:
-  ULONG references_ = 1;
-};
-
-class ScriptedObject final : public Counted<IDispatch> {
- public:
-  explicit ScriptedObject(std::shared_ptr<State> state) : Counted(std::move(state)) {
+  explicit ScriptedObject(std::shared_ptr<State> state) : state_(std::move(state)) {
     ++state_->objects;
   }
   ~ScriptedObject() override { --state_->objects; }
@@ -106,19 +81,22 @@ class ScriptedObject final : public Counted<IDispatch> {
     if (kind == DISPATCH_PROPERTYPUT) call.insert(0, L"put ");
     state_->calls.push_back(call + L")");
   }
+
+  const std::shared_ptr<State> state_;
 };
 
-class ScriptedFactory final : public Counted<IClassFactory> {
+class ScriptedFactory final : public ComObject<IClassFactory> {
  public:
-  using Counted::Counted;
+  explicit ScriptedFactory(std::shared_ptr<State> state) : state_(std::move(state)) {}
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** result) override {
-    auto* const object = new ScriptedObject(state_);
-    const HRESULT status = object->QueryInterface(id, result);
-    object->Release();
-    return status;
+    const auto object = ComPtr<IDispatch>::sharing(new ScriptedObject(state_));
+    return object->QueryInterface(id, result);
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+ private:
+  const std::shared_ptr<State> state_;
 };
 
 template <class Element>
@@ -147,10 +125,9 @@ ScriptedClient::ScriptedClient(Answers answers)
   if (FAILED(CLSIDFromProgID(L"TlCommClient.clsTlCommClient", &classId))) {
     throw std::runtime_error("The client is not registered.");
   }
-  auto* const factory = new ScriptedFactory(state_);
-  const HRESULT status = CoRegisterClassObject(classId, factory, CLSCTX_INPROC_SERVER,
+  const auto factory = ComPtr<IClassFactory>::sharing(new ScriptedFactory(state_));
+  const HRESULT status = CoRegisterClassObject(classId, factory.get(), CLSCTX_INPROC_SERVER,
                                                REGCLS_MULTIPLEUSE, &registration_);
-  factory->Release();
   if (FAILED(status)) throw std::runtime_error("CoRegisterClassObject failed");
 }
 
