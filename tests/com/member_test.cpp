@@ -40,7 +40,7 @@ ComPtr<ITypeInfo> typeOf(const wchar_t* id) {
   return type;
 }
 
-std::wstring nameOf(ITypeInfo& type, MEMBERID id = MEMBERID_NIL) {
+std::wstring memberName(ITypeInfo& type, MEMBERID id = MEMBERID_NIL) {
   BSTR name = nullptr;
   type.GetDocumentation(id, &name, nullptr, nullptr, nullptr);
   return take(name);
@@ -48,7 +48,7 @@ std::wstring nameOf(ITypeInfo& type, MEMBERID id = MEMBERID_NIL) {
 
 TYPEATTR attributesOf(ITypeInfo& type) {
   TYPEATTR* attributes = nullptr;
-  EXPECT_EQ(test::nameOf(type.GetTypeAttr(&attributes)), "S_OK");
+  EXPECT_EQ(nameOf(type.GetTypeAttr(&attributes)), "S_OK");
   const TYPEATTR copy = *attributes;
   type.ReleaseTypeAttr(attributes);
   return copy;
@@ -80,7 +80,7 @@ std::vector<Described> functionsOf(ITypeInfo& type) {
   std::vector<Described> functions;
   for (UINT i = 0; i < attributesOf(type).cFuncs; ++i) {
     FUNCDESC* description = nullptr;
-    EXPECT_EQ(test::nameOf(type.GetFuncDesc(i, &description)), "S_OK");
+    EXPECT_EQ(nameOf(type.GetFuncDesc(i, &description)), "S_OK");
     BSTR names[50] = {};
     UINT count = 0;
     type.GetNames(description->memid, names, 50, &count);
@@ -166,7 +166,7 @@ class MemberTest : public ComSiteTest {
 TEST_F(MemberTest, TypeLibraryHasItsOwnIdentifierAndName) {
   TLIBATTR* attributes = nullptr;
   const ComPtr<ITypeLib> types = library();
-  ASSERT_EQ(test::nameOf(types->GetLibAttr(&attributes)), "S_OK");
+  ASSERT_EQ(nameOf(types->GetLibAttr(&attributes)), "S_OK");
   EXPECT_EQ(textOf(attributes->guid), kLibraryId);
   EXPECT_EQ(attributes->wMajorVerNum, 1);
   EXPECT_EQ(attributes->wMinorVerNum, 0);
@@ -181,13 +181,13 @@ TEST_F(MemberTest, TypeLibraryHoldsEveryClassAndItsInterfaceAndNothingElse) {
   for (const ExpectedClass& expected : expectedClasses()) {
     SCOPED_TRACE(toUtf8(expected.name));
     const ComPtr<ITypeInfo> type = typeOf(expected.classId);
-    EXPECT_EQ(nameOf(*type.get()), expected.name);
+    EXPECT_EQ(memberName(*type.get()), expected.name);
     EXPECT_EQ(attributesOf(*type.get()).typekind, TKIND_COCLASS);
     const std::wstring name = expected.name;
     const bool creatable = name == L"clsConfig" || name == L"brnkregs";
     EXPECT_EQ((attributesOf(*type.get()).wTypeFlags & TYPEFLAG_FCANCREATE) != 0, creatable);
     const ComPtr<ITypeInfo> face = typeOf(expected.interfaceId);
-    EXPECT_EQ(nameOf(*face.get()), L"_" + name);
+    EXPECT_EQ(memberName(*face.get()), L"_" + name);
     EXPECT_EQ(attributesOf(*face.get()).typekind, TKIND_DISPATCH);
   }
 }
@@ -220,9 +220,9 @@ TEST_F(MemberTest, ParametersAreNumberedInTheirOrder) {
       std::vector<LPOLESTR> names = {name.data()};
       for (std::wstring& parameter : parameters) names.push_back(parameter.data());
       std::vector<DISPID> ids(names.size());
-      EXPECT_EQ(test::nameOf(object.get()->GetIDsOfNames(IID_NULL, names.data(),
-                                                         static_cast<UINT>(names.size()),
-                                                         LOCALE_USER_DEFAULT, ids.data())),
+      EXPECT_EQ(nameOf(object.get()->GetIDsOfNames(IID_NULL, names.data(),
+                                                   static_cast<UINT>(names.size()),
+                                                   LOCALE_USER_DEFAULT, ids.data())),
                 "S_OK");
       for (std::size_t i = 1; i < ids.size(); ++i) {
         EXPECT_EQ(ids[i], static_cast<DISPID>(i - 1));
@@ -238,7 +238,7 @@ TEST_F(MemberTest, EveryPropertyReadsAsTheTypeThatTheLibraryNames) {
       if (function.kind != L'G') continue;
       SCOPED_TRACE(toUtf8(expected.name + (L"." + function.name)));
       const Outcome read = object.invoke(function.id, DISPATCH_PROPERTYGET, {});
-      EXPECT_EQ(test::nameOf(read.result), "S_OK");
+      EXPECT_EQ(nameOf(read.result), "S_OK");
       if (function.result == VT_PTR) {
         EXPECT_EQ(read.type(), VT_DISPATCH);
       } else if (function.result != VT_VARIANT) {
@@ -297,20 +297,20 @@ TEST_F(MemberTest, ObjectsLeadToTheirTypeInformation) {
     SCOPED_TRACE(toUtf8(expected.name));
     const HostObject object = objectOf(expected.name);
     UINT count = 0;
-    EXPECT_EQ(test::nameOf(object.get()->GetTypeInfoCount(&count)), "S_OK");
+    EXPECT_EQ(nameOf(object.get()->GetTypeInfoCount(&count)), "S_OK");
     EXPECT_EQ(count, 1U);
     ComPtr<ITypeInfo> face;
-    ASSERT_EQ(test::nameOf(object.get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, face.out())), "S_OK");
+    ASSERT_EQ(nameOf(object.get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, face.out())), "S_OK");
     EXPECT_EQ(textOf(attributesOf(*face.get()).guid), expected.interfaceId);
 
     ComPtr<IProvideClassInfo> provider;
-    ASSERT_EQ(test::nameOf(object.get()->QueryInterface(IID_IProvideClassInfo,
-                                                        reinterpret_cast<void**>(provider.out()))),
+    ASSERT_EQ(nameOf(object.get()->QueryInterface(IID_IProvideClassInfo,
+                                                  reinterpret_cast<void**>(provider.out()))),
               "S_OK");
     ComPtr<ITypeInfo> type;
-    ASSERT_EQ(test::nameOf(provider->GetClassInfo(type.out())), "S_OK");
+    ASSERT_EQ(nameOf(provider->GetClassInfo(type.out())), "S_OK");
     EXPECT_EQ(textOf(attributesOf(*type.get()).guid), expected.classId);
-    EXPECT_EQ(nameOf(*type.get()), expected.name);
+    EXPECT_EQ(memberName(*type.get()), expected.name);
   }
 }
 
@@ -320,16 +320,15 @@ TEST_F(MemberTest, ObjectsOfferTheInterfacesOfTheirClassAndSayThatTheyDescribeEr
     const HostObject object = objectOf(expected.name);
     const GUID face = guidOf(expected.interfaceId);
     ComPtr<IDispatch> dispatch;
-    EXPECT_EQ(
-        test::nameOf(object.get()->QueryInterface(face, reinterpret_cast<void**>(dispatch.out()))),
-        "S_OK");
-    ComPtr<ISupportErrorInfo> errors;
-    ASSERT_EQ(test::nameOf(object.get()->QueryInterface(IID_ISupportErrorInfo,
-                                                        reinterpret_cast<void**>(errors.out()))),
+    EXPECT_EQ(nameOf(object.get()->QueryInterface(face, reinterpret_cast<void**>(dispatch.out()))),
               "S_OK");
-    EXPECT_EQ(test::nameOf(errors->InterfaceSupportsErrorInfo(IID_IDispatch)), "S_OK");
-    EXPECT_EQ(test::nameOf(errors->InterfaceSupportsErrorInfo(face)), "S_OK");
-    EXPECT_EQ(test::nameOf(errors->InterfaceSupportsErrorInfo(IID_IPersist)), "S_FALSE");
+    ComPtr<ISupportErrorInfo> errors;
+    ASSERT_EQ(nameOf(object.get()->QueryInterface(IID_ISupportErrorInfo,
+                                                  reinterpret_cast<void**>(errors.out()))),
+              "S_OK");
+    EXPECT_EQ(nameOf(errors->InterfaceSupportsErrorInfo(IID_IDispatch)), "S_OK");
+    EXPECT_EQ(nameOf(errors->InterfaceSupportsErrorInfo(face)), "S_OK");
+    EXPECT_EQ(nameOf(errors->InterfaceSupportsErrorInfo(IID_IPersist)), "S_FALSE");
   }
 }
 

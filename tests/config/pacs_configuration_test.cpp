@@ -37,9 +37,6 @@ const std::wstring kUpdate =
     L"flag14 = 31, flag15 = 32, flag16 = 33, string5 = 'F34', flag17 = 35, flag18 = 36\r\n"
     L"WHERE config_id = 101";
 
-const std::wstring kMark =
-    L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)";
-
 class RecordTest : public SiteTest {
  protected:
   RecordTest() {

@@ -11,9 +11,6 @@
 namespace tlpacscfg::test {
 namespace {
 
-const std::wstring kMark =
-    L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)";
-
 class EditingTest : public SiteTest {
  protected:
   EditingTest() { modMain.g_objConfig = std::make_shared<HostSettings>(config); }

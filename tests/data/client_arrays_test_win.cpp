@@ -137,7 +137,7 @@ class RandomArray {
 
 std::optional<Table> read(const VARIANT& value) {
   try {
-    return tableOf(value);
+    return tlpacscfg::tableOf(value);
   } catch (const RunTimeError&) {
     return std::nullopt;
   }

@@ -18,15 +18,16 @@ class ExecuteSqlTest : public SiteTest {
   std::wstring count() const { return *site.value(L"SELECT count(*) FROM System_pc_names"); }
 };
 
-const std::wstring kInsert = L"INSERT INTO System_pc_names VALUES('PC1', 'GETDATE()', 1)";
+const std::wstring kInsertWorkstation =
+    L"INSERT INTO System_pc_names VALUES('PC1', 'GETDATE()', 1)";
 
 TEST_F(ExecuteSqlTest, AStatementRunsOnTheOpenConnectionAndIsLogged) {
   connect();
   logOn();
-  ExecuteSQL(kInsert);
+  ExecuteSQL(kInsertWorkstation);
   EXPECT_EQ(site.rows(L"SELECT * FROM System_pc_names"), (ProbeRows{{L"PC1", L"GETDATE()", L"1"}}));
   EXPECT_EQ(log(), debugLine(9, L"[TLPACSCFG] Executing query") +
-                       debugLine(10, L"[TLPACSCFG] Query:\r\n" + kInsert));
+                       debugLine(10, L"[TLPACSCFG] Query:\r\n" + kInsertWorkstation));
 }
 
 TEST_F(ExecuteSqlTest, TheResultOfAStatementIsDiscarded) {
@@ -51,7 +52,7 @@ TEST_F(ExecuteSqlTest, OfflineNothingRunsAndNothingIsLogged) {
   modMain.g_blnOfflineConnected = true;
   modMain.g_conOffline = modMain.g_conSql;
   logOn();
-  ExecuteSQL(kInsert);
+  ExecuteSQL(kInsertWorkstation);
   EXPECT_EQ(count(), L"0");
   EXPECT_FALSE(fileExists(scratchPath(L"component.log")));
 }
@@ -60,8 +61,8 @@ TEST_F(ExecuteSqlTest, TheRemoteClientIsUsedInsteadOfTheOpenConnection) {
   connect();
   const auto client = connectFakeClient(L"talora");
   client->executes = false;
-  EXPECT_NO_THROW(ExecuteSQL(kInsert));
-  EXPECT_EQ(client->calls.front(), L"SQLExecuteText(talora, " + kInsert + L")");
+  EXPECT_NO_THROW(ExecuteSQL(kInsertWorkstation));
+  EXPECT_EQ(client->calls.front(), L"SQLExecuteText(talora, " + kInsertWorkstation + L")");
   EXPECT_EQ(count(), L"0");
 }
 
@@ -93,20 +94,20 @@ TEST_F(ExecuteSqlTest, AnErrorInALaterStatementLeavesTheDatabaseAsItWas) {
 
 TEST_F(ExecuteSqlTest, AnErrorInAnEarlierStatementKeepsTheLaterOnesFromRunning) {
   connect();
-  EXPECT_THROW(ExecuteSQL(L"DELETE FROM Missing\r\n\r\n" + kInsert), odbc::Error);
+  EXPECT_THROW(ExecuteSQL(L"DELETE FROM Missing\r\n\r\n" + kInsertWorkstation), odbc::Error);
   EXPECT_EQ(count(), L"0");
 }
 
 TEST_F(ExecuteSqlTest, AViolatedConstraintFailsTheStatement) {
   addWorkstation(L"PC1");
   connect();
-  EXPECT_THROW(ExecuteSQL(kInsert), odbc::Error);
+  EXPECT_THROW(ExecuteSQL(kInsertWorkstation), odbc::Error);
 }
 
 TEST_F(ExecuteSqlTest, AnUnwritableLogKeepsTheStatementFromRunning) {
   connect();
   logTo(scratchPath(L"missing/directory.log"));
-  EXPECT_RUNTIME_ERROR(ExecuteSQL(kInsert), 75, L"Path/File access error");
+  EXPECT_RUNTIME_ERROR(ExecuteSQL(kInsertWorkstation), 75, L"Path/File access error");
   EXPECT_EQ(count(), L"0");
 }
 

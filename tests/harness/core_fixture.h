@@ -16,6 +16,9 @@ namespace tlpacscfg::test {
 inline constexpr const wchar_t* kNow = L"2026-01-05 09:08:07.065";
 inline constexpr const wchar_t* kNowInRows = L"2026-01-05 09:08:07";
 inline constexpr const wchar_t* kComputer = L"READ-01";
+/// What tells offline copies of the database that they are out of date.
+inline const std::wstring kMark =
+    L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)";
 
 /// Fresh module-wide state, an empty directory, and a system that shows nothing.
 class CoreTest : public ::testing::Test {

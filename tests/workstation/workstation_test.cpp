@@ -52,9 +52,6 @@ class WorkstationsTest : public SiteTest {
   colWorkstation workstations;
 };
 
-const std::wstring kMark =
-    L"INSERT INTO System_offline_db_updates VALUES(-1, 3, GETDATE(), 0, NULL)";
-
 TEST_F(WorkstationsTest, ANewWorkstationIsEmpty) {
   const clsWorkstation workstation;
   EXPECT_EQ(workstation.configID, 0);

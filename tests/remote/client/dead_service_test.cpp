@@ -9,8 +9,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
-
 /// A dead service fails one call after the time-out.
 class DeadServiceTest : public RawClientTest {
  protected:

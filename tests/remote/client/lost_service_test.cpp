@@ -16,7 +16,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
 const Reply kNoRows = {Treatment::Answer, R"({"tables": [{"columns": 4, "rows": []}]})"};
 const Reply kDone = {Treatment::Answer, R"({"done": true})"};
 const Reply kSilence = {Treatment::Silence};

@@ -30,8 +30,6 @@ SAFEARRAY* WINAPI scarceArray(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bou
   return failsNow() ? nullptr : SafeArrayCreate(type, dimensions, bounds);
 }
 
-const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
-
 class ScarceMemoryTest : public RawClientTest {
  protected:
   HMODULE library = GetModuleHandleW(L"TlCommClient.dll");

@@ -5,7 +5,6 @@
 namespace tlpacscfg::test {
 namespace {
 
-const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
 const Reply kGivesOne = {Treatment::Answer, R"({"tables": [{"columns": 1, "rows": [["1"]]}]})"};
 const std::wstring kInTime = L"The service did not answer in time.";
 

@@ -13,7 +13,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
 constexpr int kSeconds = 10;
 constexpr UINT kSent = WM_APP + 1;
 constexpr LRESULT kReceived = 4711;

@@ -22,6 +22,9 @@ struct Reply {
   std::string json = {};
 };
 
+/// What a client that connects expects.
+inline const Reply kConnects = {Treatment::Answer, R"({"service": "tlcommd", "version": 1})"};
+
 /// A local port that gives one reply to each connection, in order; further connections get the last
 /// reply again.
 class ScriptedService {

@@ -82,7 +82,7 @@ struct Expectation {
 using Oracle = std::map<Control, Expectation>;
 
 /// The columns of the table of vendor formats.
-enum class Column { Ge, Custom, Broker, Other };
+enum class VendorColumn { Ge, Custom, Broker, Other };
 
 constexpr std::int16_t kCodesByPosition[] = {0, 1, 2, 3, 9, 7, 4, 5, 8};
 
@@ -98,30 +98,30 @@ Oracle oracleOf(const Inputs& in) {
       in.files == 0 && in.vendorPosition >= 0 &&
       (kCodesByPosition[in.vendorPosition] == 7 || kCodesByPosition[in.vendorPosition] == 9);
   const int code = fallback || in.vendorPosition < 0 ? 0 : kCodesByPosition[in.vendorPosition];
-  const Column column = code == 2                ? Column::Ge
-                        : code == 7 || code == 9 ? Column::Custom
-                        : code == 4 || code == 5 ? Column::Broker
-                                                 : Column::Other;
-  const bool broker = column == Column::Broker;
-  const int mapping = column == Column::Ge ? 0 : in.mapping;
+  const VendorColumn column = code == 2                ? VendorColumn::Ge
+                              : code == 7 || code == 9 ? VendorColumn::Custom
+                              : code == 4 || code == 5 ? VendorColumn::Broker
+                                                       : VendorColumn::Other;
+  const bool broker = column == VendorColumn::Broker;
+  const int mapping = column == VendorColumn::Ge ? 0 : in.mapping;
   if (fallback) oracle[cmbVendorType].position = 0;
 
-  oracle[chkUserLogon].enabled = column != Column::Ge;
+  oracle[chkUserLogon].enabled = column != VendorColumn::Ge;
   oracle[chkUserLogon].ticked = mapping != 0;
-  if (column == Column::Ge) {
+  if (column == VendorColumn::Ge) {
     for (const Control option : {radLogonMapPACS_0, radLogonMapPACS_1, radLogonMapCorvane_0,
                                  radLogonMapCorvane_1, radLogonMapCorvane_2}) {
       expectCleared(oracle, option);
     }
   }
   oracle[cmbContextUpdate].enabled = broker;
-  oracle[cmbResPassword].enabled = column == Column::Custom || column == Column::Other;
+  oracle[cmbResPassword].enabled = column == VendorColumn::Custom || column == VendorColumn::Other;
   for (const Control control :
        {lblConfigurationFile, lblCustomConfigOptions, cmbXMLConfugrationFile}) {
-    oracle[control].visible = column == Column::Custom;
+    oracle[control].visible = column == VendorColumn::Custom;
   }
   oracle[cmbXMLConfugrationFile].position =
-      column == Column::Custom && in.filePosition < 0 ? 0 : in.filePosition;
+      column == VendorColumn::Custom && in.filePosition < 0 ? 0 : in.filePosition;
   oracle[cmbStartPACS].enabled = !broker;
   if (broker) oracle[cmbStartPACS].position = 0;
   for (const Control control :
