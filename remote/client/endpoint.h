@@ -1,15 +1,11 @@
 #pragma once
 
-#include <windows.h>
-
-#include <winhttp.h>
-
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
 #include "client/settings.h"
-#include "support/handle_win.h"
 
 namespace tlpacscfg::client {
 
@@ -21,7 +17,7 @@ struct Answer {
 /// A service on its host and port. Every failure throws ClientError.
 class Endpoint {
  public:
-  Endpoint(Settings settings, const std::wstring& host, INTERNET_PORT port,
+  Endpoint(Settings settings, const std::wstring& host, std::uint16_t port,
            std::chrono::seconds timeout);
 
   /// Sends a JSON text and returns the answer. The time-out covers the whole exchange, from the

@@ -1,6 +1,7 @@
 #include "client/session.h"
 
 #include <new>
+#include <utility>
 
 #include "client/client_error.h"
 #include "client/protocol.h"
@@ -36,7 +37,7 @@ std::string ask(Endpoint& endpoint, const wchar_t* operation,
 
 }  // namespace
 
-Session::Session() {
+Session::Session(SettingsOfHost settingsOf) : settingsOf_(std::move(settingsOf)) {
   // Reporting that memory has run out must not allocate.
   lastError_.reserve(kOutOfMemory.size());
 }
@@ -81,8 +82,8 @@ bool Session::ConnectToService(const std::wstring& application, const std::wstri
     const std::int32_t portNumber = numberWithin(port, 65535, L"The port is not a number.");
     const std::chrono::seconds seconds(
         numberWithin(timeout, kMaxSeconds, L"The time-out is not a number of seconds."));
-    auto endpoint = std::make_unique<Endpoint>(readSettings(host), host,
-                                               static_cast<INTERNET_PORT>(portNumber), seconds);
+    auto endpoint = std::make_unique<Endpoint>(settingsOf_(host), host,
+                                               static_cast<std::uint16_t>(portNumber), seconds);
     ask(*endpoint, L"connect", {{"application", application}});
     endpoint_ = std::move(endpoint);
     return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,7 +19,10 @@ class Session {
     bool recurse, sorted, ignoreCase, directories, fullPaths;
   };
 
-  Session();
+  /// How this computer reaches a host; throws ClientError.
+  using SettingsOfHost = std::function<Settings(const std::wstring& host)>;
+
+  explicit Session(SettingsOfHost settingsOf);
 
   bool ConnectToService(const std::wstring& application, const std::wstring& host,
                         const std::wstring& port, const std::wstring& timeout);
@@ -40,6 +44,7 @@ class Session {
   Result attempt(Result failed, Work work);
   Endpoint& endpoint() const;
 
+  SettingsOfHost settingsOf_;
   std::unique_ptr<Endpoint> endpoint_;
   std::vector<Table> tables_;
   std::wstring lastError_;

@@ -19,8 +19,9 @@ struct Settings {
   std::vector<Fingerprint> fingerprints;
 };
 
-/// Reads the values below SOFTWARE\TlCommClient\HOST of the user, with those of the machine as a
-/// fallback: no other host gets the token. Throws ClientError for missing or invalid values.
+/// On Windows: reads the values below SOFTWARE\TlCommClient\HOST of the user, with those of the
+/// machine as a fallback: no other host gets the token. Throws ClientError for missing or invalid
+/// values.
 Settings readSettings(const std::wstring& host);
 
 /// 64 hexadecimal digits, with or without colons between the bytes; nullopt for other texts.

@@ -59,8 +59,7 @@ struct ServiceOptions {
   std::map<std::string, Database> databases;
   std::vector<SharedDirectory> directories;
 
-  /// What --help or --version prints instead of serving.
-  std::string answer;
+  bool help = false;
 
   /// The service is one process of those that share the memory.
   std::size_t jobsAtATime() const { return totalMegabytes / memoryMegabytes - 1; }

@@ -106,6 +106,11 @@ class StandAlonePath : public DataPath {
     if (!modMain.g_blnOfflineConnected || !modMain.g_conOffline) return nullptr;
     return openSharedResult(modMain.g_conOffline, sql);
   }
+
+  Table query(const std::wstring& sql) const override {
+    if (!modMain.g_conOffline) raise(ErrorNumber::ObjectNotSet);
+    return modMain.g_conOffline->query(sql);
+  }
 };
 
 }  // namespace

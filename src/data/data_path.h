@@ -56,7 +56,7 @@ class DataPath {
   /// The same for one statement whose result goes into the shared result set, without log lines.
   virtual void executeIntoSharedResult(const std::wstring& sql) const { execute(sql); }
 
-  /// For the windows, which must not miss a failure: these throw RunTimeError for whatever fails.
+  /// For callers that must not miss a failure: these throw RunTimeError for whatever fails.
   virtual Table query(const std::wstring& /*sql*/) const { return Table(); }
   virtual void require(const std::wstring& sql) const { execute(sql); }
   /// The connection whose transaction a command can be; null where there is none.

@@ -62,10 +62,8 @@ bool fileExists(const std::wstring& file) {
   return !file.empty() && std::filesystem::exists(std::filesystem::path(toUtf16(file)), ignored);
 }
 
-}  // namespace
-
-std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
-                                                    std::chrono::seconds loginTimeout) {
+std::shared_ptr<odbc::Connection> openServer(const HostSettings& config,
+                                             std::chrono::seconds loginTimeout, bool registered) {
   const std::wstring user = loginName(config);
   constexpr std::size_t kFixedPieces = 100;
   ConnectString parameters(kFixedPieces +
@@ -75,7 +73,6 @@ std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
   parameters.appendValue(user);
   parameters.append(L";PWD=");
   parameters.appendValue(trimBlanks(config.Password));
-  const bool registered = DSNDatabaseExists(config.SQLDSN);
   if (!registered) {
     parameters.append(L";Database=");
     parameters.appendValue(config.SqlDbName);
@@ -91,6 +88,26 @@ std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
                                          odbc::Prompt::Never, parameters.text());
   connection->limitStatements({.time = kStatementTime});
   return connection;
+}
+
+}  // namespace
+
+std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
+                                                    std::chrono::seconds loginTimeout) {
+  return openServer(config, loginTimeout, DSNDatabaseExists(config.SQLDSN));
+}
+
+std::shared_ptr<odbc::Connection> openDataSource(const HostSettings& config,
+                                                 std::chrono::seconds loginTimeout) {
+  return openServer(config, loginTimeout, true);
+}
+
+std::shared_ptr<odbc::Connection> openAccessFile(const std::wstring& file) {
+  const auto environment = std::make_shared<const odbc::Environment>(odbc::CursorLibrary::Used,
+                                                                     std::chrono::seconds(10));
+  return std::make_shared<odbc::Connection>(
+      environment, L"", odbc::Prompt::ForMissingInformation,
+      L"UID=;PWD=;DRIVERID=25;Driver={Microsoft Access Driver (*.mdb)};DBQ=" + file + L";");
 }
 
 bool ConnectToDatabase(const HostSettings& config) {
@@ -121,12 +138,8 @@ bool ConnectToOfflineDatabase(const HostSettings&) {
                                L"Cannot load PACS configurations in Stand Alone mode"});
       return false;
     }
-    modMain.g_envOffline = std::make_shared<const odbc::Environment>(odbc::CursorLibrary::Used,
-                                                                     std::chrono::seconds(10));
-    modMain.g_conOffline = std::make_shared<odbc::Connection>(
-        modMain.g_envOffline, L"", odbc::Prompt::ForMissingInformation,
-        L"UID=;PWD=;DRIVERID=25;Driver={Microsoft Access Driver (*.mdb)};DBQ=" +
-            modMain.g_strOfflineDbPath + L";");
+    modMain.g_conOffline = openAccessFile(modMain.g_strOfflineDbPath);
+    modMain.g_envOffline = modMain.g_conOffline->environment();
     modMain.g_blnOfflineConnected = true;
     return true;
   } catch (const std::exception& error) {

@@ -21,6 +21,13 @@ inline constexpr std::chrono::seconds kReopeningTime{15};
 std::shared_ptr<odbc::Connection> openSqlConnection(const HostSettings& config,
                                                     std::chrono::seconds loginTimeout);
 
+/// A connection to a data source by its name, whether or not it is registered as a site's.
+std::shared_ptr<odbc::Connection> openDataSource(const HostSettings& config,
+                                                 std::chrono::seconds loginTimeout);
+
+/// A connection to an Access file, which is only read. Throws odbc::Error.
+std::shared_ptr<odbc::Connection> openAccessFile(const std::wstring& file);
+
 /// True when the connection is open afterwards; a failure is shown in a message box. Only a log
 /// file that cannot be written throws, before anything else is tried.
 bool ConnectToDatabase(const HostSettings& config);

@@ -1,9 +1,7 @@
 #include "automation/com_class.h"
 #include "automation/com_server.h"
-#include "automation/guid_text.h"
 #include "automation/member_table.h"
 #include "automation/safe_array.h"
-#include "client/identity.h"
 #include "client/session.h"
 
 namespace tlpacscfg {
@@ -11,7 +9,9 @@ namespace {
 
 using client::Session;
 
-constexpr CLSID kClass = guidOf(client::kClassId);
+// {40414A13-F055-4316-AF2D-8813F074449E}
+constexpr CLSID kClassId = {
+    0x40414A13, 0xF055, 0x4316, {0xAF, 0x2D, 0x88, 0x13, 0xF0, 0x74, 0x44, 0x9E}};
 
 class Methods {
  public:
@@ -105,14 +105,15 @@ std::vector<Member> members() {
 }
 
 const CreatableClass kClasses[] = {
-    {kClass, client::kProgId, [] { return wrap(std::make_shared<Session>()); }},
+    {kClassId, L"TlCommClient.clsTlCommClient",
+     [] { return wrap(std::make_shared<Session>(client::readSettings)); }},
 };
 
 }  // namespace
 
 template <>
 const ComClass& comClassOf<Session>() {
-  static const ComClass type{kClass, IID_IDispatch, members()};
+  static const ComClass type{kClassId, IID_IDispatch, members()};
   return type;
 }
 

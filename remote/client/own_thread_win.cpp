@@ -1,4 +1,4 @@
-#include "client/own_thread.h"
+#include "client/own_thread_win.h"
 
 #include <windows.h>
 

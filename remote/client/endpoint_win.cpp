@@ -1,16 +1,19 @@
-#include "client/endpoint.h"
+#include <windows.h>
 
 #include <bcrypt.h>
 #include <wincrypt.h>
+#include <winhttp.h>
 
 #include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "client/client_error.h"
-#include "client/own_thread.h"
+#include "client/endpoint.h"
+#include "client/own_thread_win.h"
 #include "shared/limits.h"
 #include "shared/loopback.h"
+#include "support/handle_win.h"
 #include "support/text.h"
 
 namespace tlpacscfg::client {
@@ -141,7 +144,7 @@ void keepLibraryLoaded() {
 
 /// The handles and settings of one service.
 struct Endpoint::Connection {
-  Connection(Settings used, const std::wstring& host, INTERNET_PORT port)
+  Connection(Settings used, const std::wstring& host, std::uint16_t port)
       : settings(std::move(used)) {
     if (settings.plainHttp && !remote::isLoopback(host)) {
       throw ClientError(L"Without TLS only a service on this computer is used.");
@@ -261,7 +264,7 @@ class Endpoint::Call {
   std::exception_ptr failure_;
 };
 
-Endpoint::Endpoint(Settings settings, const std::wstring& host, INTERNET_PORT port,
+Endpoint::Endpoint(Settings settings, const std::wstring& host, std::uint16_t port,
                    std::chrono::seconds timeout)
     : connection_(std::make_shared<Connection>(std::move(settings), host, port)),
       timeout_(timeout) {}

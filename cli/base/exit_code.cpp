@@ -1,0 +1,33 @@
+#include "cli/base/exit_code.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+struct Row {
+  ExitCode code;
+  const char* meaning;
+};
+
+constexpr Row kRows[] = {
+    {ExitCode::Done, "Done; for diff and plan: there is no difference."},
+    {ExitCode::Differences, "diff and plan: there are differences."},
+    {ExitCode::Usage,
+     "The command line, or a file that it names, cannot be used. Nothing was done."},
+    {ExitCode::Findings, "check and doctor: something is wrong with the site."},
+    {ExitCode::Conflict, "Somebody else changed a row meanwhile. Nothing was written."},
+    {ExitCode::NoConnection,
+     "There is no connection to the database or the service, or it was lost."},
+    {ExitCode::Refused, "The database refused a statement. Nothing was written."},
+};
+
+}  // namespace
+
+std::string exitCodesText() {
+  std::string text = "Exit codes:\n\n";
+  for (const Row& row : kRows) {
+    text += "  " + std::to_string(static_cast<int>(row.code)) + "  " + row.meaning + "\n";
+  }
+  return text;
+}
+
+}  // namespace tlpacscfg::cli

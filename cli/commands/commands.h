@@ -1,0 +1,14 @@
+#pragma once
+
+#include "cli/program/command.h"
+
+namespace tlpacscfg::cli {
+
+/// Every command of the program, in the order of its help.
+Commands allCommands();
+
+// Each in the file of its name.
+std::unique_ptr<Command> listCommand();
+std::unique_ptr<Command> showCommand();
+
+}  // namespace tlpacscfg::cli

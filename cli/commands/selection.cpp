@@ -1,0 +1,125 @@
+#include "cli/commands/selection.h"
+
+#include <algorithm>
+
+#include "cli/base/console.h"
+#include "cli/base/failure.h"
+#include "cli/base/suggestion.h"
+#include "cli/formats/fields.h"
+#include "config/columns.h"
+#include "config/summary_texts.h"
+#include "support/conversions.h"
+#include "support/text.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+bool fitsFolded(std::wstring_view text, std::wstring_view pattern) {
+  if (pattern.empty()) return text.empty();
+  if (pattern.front() == L'*') {
+    return fitsFolded(text, pattern.substr(1)) ||
+           (!text.empty() && fitsFolded(text.substr(1), pattern));
+  }
+  if (text.empty()) return false;
+  return (pattern.front() == L'?' || pattern.front() == text.front()) &&
+         fitsFolded(text.substr(1), pattern.substr(1));
+}
+
+}  // namespace
+
+Site::Configuration findConfiguration(const Site& site, const std::string& word) {
+  const std::wstring wanted = fromUtf8(word);
+  if (IsAllDigits(wanted)) {
+    // No larger number is one of a configuration.
+    constexpr std::size_t kMaxDigits = 9;
+    if (wanted.size() > kMaxDigits) return nullptr;
+    const std::int32_t number = toInt32(wanted);
+    return number <= INT16_MAX ? site.find(static_cast<std::int16_t>(number)) : nullptr;
+  }
+  Site::Configuration found;
+  for (const auto& record : site.configurations) {
+    if (!equalIgnoringCase(trimBlanks(record->Description), trimBlanks(wanted))) continue;
+    if (found) {
+      throw Failure(ExitCode::Usage, "Several configurations are called '" + word +
+                                         "', for example " + std::to_string(found->configID) +
+                                         " and " + std::to_string(record->configID) +
+                                         ". Use the number.");
+    }
+    found = record;
+  }
+  return found;
+}
+
+Site::Configuration requireConfiguration(const Site& site, const std::string& word) {
+  if (auto found = findConfiguration(site, word)) return found;
+  std::vector<std::string> known;
+  for (const auto& record : site.configurations) known.push_back(toUtf8(record->Description));
+  throw Failure(ExitCode::Usage,
+                "There is no configuration '" + word + "'." + suggestion(word, known));
+}
+
+const SiteWorkstation* findWorkstation(const Site& site, const std::string& name) {
+  const std::wstring wanted = fromUtf8(name);
+  const auto found =
+      std::ranges::find_if(site.workstations, [&](const SiteWorkstation& workstation) {
+        return equalIgnoringCase(workstation.name, trimBlanks(wanted));
+      });
+  return found == site.workstations.end() ? nullptr : &*found;
+}
+
+bool fits(std::wstring_view text, std::wstring_view pattern) {
+  return fitsFolded(upperCase(text), upperCase(pattern));
+}
+
+FieldFilter::FieldFilter(const std::string& condition)
+    : column_(columnNamed(condition.substr(0, condition.find('=')))) {
+  const std::size_t equals = condition.find('=');
+  if (equals == condition.npos) {
+    throw Failure(ExitCode::Usage, "'" + condition + "' is not a condition. Write FIELD=VALUE.");
+  }
+  const std::string value = condition.substr(equals + 1);
+  if (isText(column_.field)) {
+    pattern_ = fromUtf8(value);
+  } else {
+    value_ = valueIn(column_, value);
+  }
+}
+
+bool FieldFilter::accepts(const clsPACSConfiguration& record) const {
+  const FieldValue value = valueOf(record, column_.field);
+  const auto* const text = std::get_if<std::wstring>(&value);
+  return text != nullptr ? fits(*text, pattern_) : value == value_;
+}
+
+Listing listingOf(const Site& site, const std::vector<const SiteWorkstation*>& workstations) {
+  Listing listing{.kind = "workstations",
+                  .columns = {{"workstation", "Workstation"},
+                              {"configuration", "Number"},
+                              {"description", "Configuration"}},
+                  .rows = {}};
+  listing.rows.reserve(workstations.size());
+  for (const SiteWorkstation* const workstation : workstations) {
+    const auto configID = workstation->configID;
+    Value number, description;
+    if (!configID) {
+      number = toUtf8(*workstation->assigned);
+      description = "(not a number)";
+    } else if (*configID != 0) {
+      number = std::int64_t{*configID};
+      const auto record = site.find(*configID);
+      description = record ? toUtf8(record->Description) : "(does not exist)";
+    }
+    listing.rows.push_back({toUtf8(workstation->name), number, description});
+  }
+  return listing;
+}
+
+bool reportUnreadable(const Site& site) {
+  for (const UnreadableConfiguration& row : site.unreadable) {
+    say("tlpacscfg: configuration " + toUtf8(row.configID) +
+        " cannot be read: " + toUtf8(row.error.description()));
+  }
+  return !site.unreadable.empty();
+}
+
+}  // namespace tlpacscfg::cli

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/base/option.h"
+
+namespace tlpacscfg::cli {
+
+/// How the site's data are reached, and who says so.
+struct ConnectionOptions {
+  std::string server;
+  std::string database;
+  std::string user;
+  std::string dataSource;
+  std::string sqliteFile;
+  std::string offlineFile;
+  std::string service;
+  std::string fingerprint;
+  bool plainHttp = false;
+
+  std::string site;
+  std::string settingsFile;
+
+  std::string passwordFile;
+  bool passwordFromInput = false;
+
+  std::string iniFile;
+  std::string rootDirectory;
+  int timeout = 15;
+  int userId = 0;
+};
+
+/// The lines of the option table that fill it.
+std::vector<Option> optionsOf(ConnectionOptions& options);
+
+}  // namespace tlpacscfg::cli

@@ -1,0 +1,106 @@
+#include "cli/connection/settings_file.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "cli/formats/files.h"
+#include "cli/base/console.h"
+#include "cli/base/failure.h"
+#include "cli/base/suggestion.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t\r");
+  if (first == text.npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+void set(const Option& option, const std::string& value, const std::string& place) {
+  if (auto* const flag = std::get_if<bool*>(&option.target)) {
+    if (value != "yes" && value != "no") {
+      throw Failure(ExitCode::Usage, place + ": write yes or no.");
+    }
+    **flag = **flag || value == "yes";
+  } else if (auto* const text = std::get_if<std::string*>(&option.target)) {
+    if ((*text)->empty()) **text = value;
+  } else if (auto* const number = std::get_if<int*>(&option.target)) {
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), **number);
+    if (error != std::errc{} || end != value.data() + value.size()) {
+      throw Failure(ExitCode::Usage, place + ": '" + value + "' is not a number.");
+    }
+  }
+}
+
+/// An option without its dashes, that a site may have.
+std::vector<std::string> settingNames(const std::vector<Option>& options) {
+  std::vector<std::string> names;
+  for (const Option& option : options) {
+    const std::string name = option.names.substr(2);
+    if (name != "site" && name != "settings" && name != "password-stdin") names.push_back(name);
+  }
+  return names;
+}
+
+}  // namespace
+
+std::string ownSettingsFile() {
+#ifdef _WIN32
+  const auto base = environmentValue("APPDATA");
+  return base ? *base + "\\tlpacscfg\\sites.ini" : std::string();
+#else
+  if (const auto base = environmentValue("XDG_CONFIG_HOME")) return *base + "/tlpacscfg/sites.ini";
+  const auto home = environmentValue("HOME");
+  return home ? *home + "/.config/tlpacscfg/sites.ini" : std::string();
+#endif
+}
+
+ConnectionOptions withSiteSettings(ConnectionOptions options) {
+  if (options.site.empty()) return options;
+  const std::string file = options.settingsFile.empty() ? ownSettingsFile() : options.settingsFile;
+  const std::string content = readFile(file);
+  const std::vector<Option> table = optionsOf(options);
+  const std::vector<std::string> names = settingNames(table);
+  const int timeoutBefore = options.timeout, userBefore = options.userId;
+  const ConnectionOptions defaults;
+  std::vector<std::string> sites;
+  bool found = false, inSite = false;
+  std::size_t number = 0;
+  std::string_view rest = content;
+  while (!rest.empty()) {
+    ++number;
+    const std::string_view line = trimmed(rest.substr(0, rest.find('\n')));
+    rest.remove_prefix(
+        std::min(rest.size(), rest.find('\n') == rest.npos ? rest.size() : rest.find('\n') + 1));
+    if (line.empty() || line.front() == '#' || line.front() == ';') continue;
+    if (line.front() == '[') {
+      sites.emplace_back(trimmed(line.substr(1, line.find(']') - 1)));
+      inSite = sites.back() == options.site;
+      found = found || inSite;
+      continue;
+    }
+    if (!inSite) continue;
+    const std::string place = file + ":" + std::to_string(number);
+    const std::size_t equals = line.find('=');
+    const std::string name(trimmed(line.substr(0, equals)));
+    const auto known = std::ranges::find(names, name);
+    if (equals == line.npos || known == names.end()) {
+      throw Failure(ExitCode::Usage, place + ": '" + name + "' is not a setting." +
+                                         (name == "password" ? " Write password-file = FILE."
+                                                             : suggestion(name, names)));
+    }
+    const auto option = std::ranges::find(table, "--" + name, &Option::names);
+    set(*option, std::string(trimmed(line.substr(equals + 1))), place);
+  }
+  if (!found) {
+    throw Failure(ExitCode::Usage, "There is no site '" + options.site + "' in " + file + "." +
+                                       suggestion(options.site, sites));
+  }
+  // The command line takes precedence.
+  if (timeoutBefore != defaults.timeout) options.timeout = timeoutBefore;
+  if (userBefore != defaults.userId) options.userId = userBefore;
+  return options;
+}
+
+}  // namespace tlpacscfg::cli

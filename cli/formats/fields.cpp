@@ -1,0 +1,113 @@
+#include "cli/formats/fields.h"
+
+#include <algorithm>
+
+#include "cli/base/failure.h"
+#include "cli/base/suggestion.h"
+#include "config/option_tables.h"
+#include "support/conversions.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
+#include "ui/settings/values/settings_binding.h"
+#include "ui/settings/values/settings_options.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+constexpr tlpacscfg::Option kFlags[] = {{L"no", 0}, {L"yes", 1}};
+
+/// The codes of a column and their texts; empty for texts and plain numbers.
+CodeTable codesOf(const Column& column) {
+  const auto binding = std::ranges::find(bindings(), column.field, &Binding::field);
+  if (binding == bindings().end()) return {};
+  switch (binding->conversion) {
+    case Conversion::Tick:
+      return kFlags;
+    case Conversion::Code:
+    case Conversion::Position:
+      return optionsOf(binding->control);
+    case Conversion::LogonMapping:
+      return kUserMappings;
+    case Conversion::ContextChange:
+      return kContextChanges;
+    case Conversion::OptionIndex:
+      return kMultiAccess;
+    default:
+      return {};
+  }
+}
+
+FieldValue numberIn(const Column& column, const std::wstring& text) {
+  if (std::holds_alternative<std::int32_t clsPACSConfiguration::*>(column.field)) {
+    return toInt32(text);
+  }
+  return toInt16(text);
+}
+
+std::wstring codesOfNames(const std::wstring& list) {
+  std::wstring codes;
+  for (const std::wstring_view piece : split(list, L',')) {
+    const auto field = std::ranges::find_if(
+        kDictationFields, [&](const tlpacscfg::Option& option) { return option.text == piece; });
+    if (field == std::end(kDictationFields)) continue;
+    codes += (codes.empty() ? L"" : L",") + decimal(field->code);
+  }
+  return codes;
+}
+
+}  // namespace
+
+const Column& columnNamed(const std::string& name) {
+  const std::wstring wanted = fromUtf8(name);
+  std::vector<std::string> known;
+  for (const Column& column : columns()) {
+    const bool same = equalIgnoringCase(column.property, wanted) ||
+                      equalIgnoringCase(column.name, wanted) ||
+                      equalIgnoringCase(captionOf(column), wanted);
+    if (same) return column;
+    known.push_back(toUtf8(column.property));
+  }
+  throw Failure(ExitCode::Usage, "There is no field '" + name + "'." + suggestion(name, known));
+}
+
+std::string wordsOf(const Column& column, const FieldValue& value) {
+  if (const auto* code = std::get_if<std::int16_t>(&value)) {
+    const CodeTable table = codesOf(column);
+    const auto option = std::ranges::find(table, *code, &tlpacscfg::Option::code);
+    if (option != table.end()) return toUtf8(option->text);
+  }
+  return toUtf8(tlpacscfg::textOf(value));
+}
+
+std::string wordsOf(const Column& column, const clsPACSConfiguration& record) {
+  return wordsOf(column, valueOf(record, column.field));
+}
+
+FieldValue valueIn(const Column& column, const std::string& text) {
+  const std::wstring wide = fromUtf8(text);
+  if (isText(column.field)) return wide;
+  std::vector<std::string> known;
+  for (const tlpacscfg::Option& option : codesOf(column)) {
+    if (equalIgnoringCase(option.text, wide)) return option.code;
+    known.push_back(toUtf8(option.text));
+  }
+  try {
+    return numberIn(column, wide);
+  } catch (const RunTimeError& error) {
+    throw Failure(ExitCode::Usage, toUtf8(column.property) + ": '" + text +
+                                       "' is no value of it (" + toUtf8(error.description()) +
+                                       ")." + suggestion(text, known));
+  }
+}
+
+std::string summaryOf(const clsPACSConfiguration& record) {
+  try {
+    return toUtf8(record.getAllValuesFormatted());
+  } catch (const RunTimeError&) {
+    clsPACSConfiguration printable = record;
+    printable.MultiAccessFields = codesOfNames(record.MultiAccessFields);
+    return toUtf8(printable.getAllValuesFormatted());
+  }
+}
+
+}  // namespace tlpacscfg::cli

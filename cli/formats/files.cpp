@@ -1,0 +1,45 @@
+#include "cli/formats/files.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "cli/base/failure.h"
+
+namespace tlpacscfg::cli {
+
+std::filesystem::path pathOf(std::string_view utf8) {
+  return {std::u8string(utf8.begin(), utf8.end())};
+}
+
+std::string utf8Of(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+std::string readFile(const std::string& file) {
+  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
+  std::error_code ignored;
+  std::ifstream stream(pathOf(file), std::ios::binary);
+  if (!stream || std::filesystem::is_directory(pathOf(file), ignored)) {
+    throw Failure(ExitCode::Usage, "The file '" + file + "' cannot be read.");
+  }
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void writeFile(const std::filesystem::path& file, std::string_view content) {
+  std::filesystem::path unfinished = file;
+  unfinished += ".new";
+  {
+    std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
+    stream.write(content.data(), static_cast<std::streamsize>(content.size()));
+    stream.close();
+    if (!stream)
+      throw Failure(ExitCode::Usage, "The file '" + utf8Of(file) + "' cannot be written.");
+  }
+  std::error_code error;
+  std::filesystem::rename(unfinished, file, error);
+  if (error) throw Failure(ExitCode::Usage, "The file '" + utf8Of(file) + "' cannot be written.");
+}
+
+}  // namespace tlpacscfg::cli

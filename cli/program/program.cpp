@@ -1,0 +1,167 @@
+#include "cli/program/program.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli/base/console.h"
+#include "cli/base/failure.h"
+#include "cli/base/suggestion.h"
+#include "cli/program/context.h"
+#include "host/version.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+constexpr const char* kConnectionGroup = "Connection";
+constexpr const char* kOutputGroup = "Output";
+constexpr const char* kHelpHint = "Read 'tlpacscfg --help' or 'tlpacscfg COMMAND --help'.";
+
+void add(CLI::App& app, const Option& option, const char* group = nullptr) {
+  CLI::Option* added = nullptr;
+  if (auto* const flag = std::get_if<bool*>(&option.target)) {
+    added = app.add_flag(option.names, **flag, option.help);
+  } else if (auto* const text = std::get_if<std::string*>(&option.target)) {
+    added = app.add_option(option.names, **text, option.help);
+  } else if (auto* const number = std::get_if<int*>(&option.target)) {
+    added = app.add_option(option.names, **number, option.help);
+  } else {
+    added = app.add_option(option.names, **std::get_if<std::vector<std::string>*>(&option.target),
+                           option.help);
+    // An option takes one value each time it is given; arguments are all that stand there.
+    if (!option.isArgument()) added->allow_extra_args(false);
+  }
+  if (!option.value.empty()) added->type_name(option.value);
+  if (option.isArgument()) added->type_name("");
+  if (option.required) added->required();
+  if (!option.choices.empty()) added->check(CLI::IsMember(option.choices));
+  if (group != nullptr) added->group(group);
+}
+
+/// The command line as the library sees it, made from the tables.
+class Parser {
+ public:
+  Parser(const Commands& commands, const std::vector<Option>& connection,
+         const std::vector<Option>& output)
+      : app_("Looks after the integration configurations and workstations of a site.",
+             "tlpacscfg") {
+    // What a command does not know is an option of the program.
+    app_.fallthrough();
+    app_.require_subcommand(0, 1);
+    app_.set_version_flag("--version", std::to_string(kVersionMajor) + "." +
+                                           std::to_string(kVersionMinor) + "." +
+                                           std::to_string(kVersionRevision));
+    for (const Option& option : connection) add(app_, option, kConnectionGroup);
+    for (const Option& option : output) add(app_, option, kOutputGroup);
+    for (const auto& command : commands) {
+      const CommandHelp help = command->help();
+      CLI::App* const parsed = app_.add_subcommand(help.name, help.summary);
+      parsed->footer("Examples:\n" + std::string(help.examples));
+      for (const Option& option : command->options()) add(*parsed, option);
+    }
+    app_.footer(
+        "Read 'tlpacscfg COMMAND --help' for a command, 'tlpacscfg help exit-codes' for scripts.");
+  }
+
+  /// The name of the command; empty when help was asked for and printed, or none is given. Throws
+  /// Failure.
+  std::string parse(std::vector<std::string> arguments) {
+    requireKnownOptions(arguments);
+    std::ranges::reverse(arguments);
+    try {
+      app_.parse(std::move(arguments));
+    } catch (const CLI::Success& asked) {
+      app_.exit(asked, std::cout, std::cerr);
+      return {};
+    } catch (const CLI::ExtrasError&) {
+      throw Failure(ExitCode::Usage, unknownWord());
+    } catch (const CLI::ParseError& error) {
+      throw Failure(ExitCode::Usage, error.what() + std::string("\n") + kHelpHint);
+    }
+    const auto chosen = app_.get_subcommands();
+    if (chosen.empty())
+      throw Failure(ExitCode::Usage, "There is no command. " + std::string(kHelpHint));
+    return chosen.front()->get_name();
+  }
+
+  std::string helpText(const std::string& command) const {
+    return command.empty() ? app_.help() : app_.get_subcommand(command)->help("tlpacscfg");
+  }
+
+ private:
+  /// Before the library, which would complain about the value that follows.
+  void requireKnownOptions(const std::vector<std::string>& arguments) const {
+    std::vector<std::string> known = optionNames(app_);
+    for (const CLI::App* command : app_.get_subcommands(nullptr)) {
+      const std::vector<std::string> own = optionNames(*command);
+      known.insert(known.end(), own.begin(), own.end());
+    }
+    for (const std::string& argument : arguments) {
+      if (argument == "--") return;
+      const std::string name = argument.substr(0, argument.find('='));
+      if (!name.starts_with("--") || std::ranges::find(known, name) != known.end()) continue;
+      throw Failure(ExitCode::Usage,
+                    "There is no option '" + name + "'." + suggestion(name, known));
+    }
+  }
+
+  std::string unknownWord() const {
+    const std::string word = app_.remaining(true).front();
+    const auto chosen = app_.get_subcommands();
+    if (!chosen.empty()) {
+      return "'" + chosen.front()->get_name() + "' does not take '" + word + "'.\n" + kHelpHint;
+    }
+    std::vector<std::string> names;
+    for (const CLI::App* command : app_.get_subcommands(nullptr)) {
+      names.push_back(command->get_name());
+    }
+    return "There is no command '" + word + "'." + suggestion(word, names);
+  }
+
+  static std::vector<std::string> optionNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
+    return names;
+  }
+
+  CLI::App app_;
+};
+
+ExitCode failed(ExitCode code, const std::string& message) {
+  say("tlpacscfg: " + message);
+  return code;
+}
+
+ExitCode runReported(const Commands& commands, const std::vector<std::string>& arguments) {
+  Context context{
+      .connection = {}, .output = {}, .commands = commands, .globalOptions = {}, .helpText = {}};
+  const std::vector<Option> connection = optionsOf(context.connection);
+  const std::vector<Option> output = optionsOf(context.output);
+  context.globalOptions = connection;
+  context.globalOptions.insert(context.globalOptions.end(), output.begin(), output.end());
+  Parser parser(commands, connection, output);
+  context.helpText = [&](const std::string& command) { return parser.helpText(command); };
+  const std::string name = parser.parse(arguments);
+  if (name.empty()) return ExitCode::Done;
+  const auto command = std::ranges::find_if(
+      commands, [&](const auto& candidate) { return candidate->help().name == name; });
+  return (*command)->run(context);
+}
+
+}  // namespace
+
+ExitCode runProgram(const Commands& commands, const std::vector<std::string>& arguments) {
+  try {
+    const ExitCode code = runReported(commands, arguments);
+    std::cout.flush();
+    if (!std::cout) throw Failure(ExitCode::Usage, "Standard output cannot be written.");
+    return code;
+  } catch (const Failure& failure) {
+    return failed(failure.code(), failure.what());
+  } catch (const std::exception& error) {
+    return failed(ExitCode::Usage, error.what());
+  }
+}
+
+}  // namespace tlpacscfg::cli

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "config/pacs_configuration.h"
+#include "support/runtime_error.h"
+
+/// The site as it is stored, for tools that look at all of it. Unlike a load of the windows, a row
+/// that cannot be read does not end the reading, and no row is lost because of its key.
+namespace tlpacscfg {
+
+struct UnreadableConfiguration {
+  std::wstring configID;  ///< As stored; "Null" for none.
+  RunTimeError error;
+};
+
+struct SiteWorkstation {
+  std::wstring name;
+  /// As stored; null when no row assigns a configuration.
+  std::optional<std::wstring> assigned;
+  /// 0: none. Null for a text that is no number of a configuration.
+  std::optional<std::int16_t> configID;
+  std::optional<std::int16_t> flag2;  ///< Null when it is not a number.
+};
+
+struct Site {
+  using Configuration = std::shared_ptr<const clsPACSConfiguration>;
+
+  std::vector<Configuration> configurations;  ///< By number.
+  std::vector<UnreadableConfiguration> unreadable;
+  std::vector<SiteWorkstation> workstations;  ///< In the order of the source.
+
+  /// The first with the number; null when there is none.
+  Configuration find(std::int16_t configID) const;
+};
+
+/// Reads through the data path that is open, or from the local file in stand-alone mode. Throws
+/// RunTimeError when the database does not answer.
+std::vector<SiteWorkstation> readWorkstations();
+Site readSite();
+
+}  // namespace tlpacscfg
