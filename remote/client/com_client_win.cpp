@@ -1,7 +1,9 @@
 #include "automation/com_class.h"
 #include "automation/com_server.h"
+#include "automation/guid_text.h"
 #include "automation/member_table.h"
 #include "automation/safe_array.h"
+#include "client/identity.h"
 #include "client/session.h"
 
 namespace tlpacscfg {
@@ -9,9 +11,7 @@ namespace {
 
 using client::Session;
 
-// {40414A13-F055-4316-AF2D-8813F074449E}
-constexpr CLSID kClassId = {
-    0x40414A13, 0xF055, 0x4316, {0xAF, 0x2D, 0x88, 0x13, 0xF0, 0x74, 0x44, 0x9E}};
+constexpr CLSID kClass = guidOf(client::kClassId);
 
 class Methods {
  public:
@@ -105,7 +105,7 @@ std::vector<Member> members() {
 }
 
 const CreatableClass kClasses[] = {
-    {kClassId, L"TlCommClient.clsTlCommClient",
+    {kClass, client::kProgId,
      [] { return wrap(std::make_shared<Session>(client::readSettings)); }},
 };
 
@@ -113,7 +113,7 @@ const CreatableClass kClasses[] = {
 
 template <>
 const ComClass& comClassOf<Session>() {
-  static const ComClass type{kClassId, IID_IDispatch, members()};
+  static const ComClass type{kClass, IID_IDispatch, members()};
   return type;
 }
 

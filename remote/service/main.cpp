@@ -153,8 +153,8 @@ int main(int count, char** arguments) {
     const std::vector<std::string> words(arguments + 1, arguments + count);
     if (const std::optional<int> code = serveJob(words)) return *code;
     const ServiceOptions options = readOptions(words);
-    if (options.help) {
-      std::cout << helpText();
+    if (!options.answer.empty()) {
+      std::cout << options.answer;
       return 0;
     }
     return run(options, words);

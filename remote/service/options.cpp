@@ -189,8 +189,8 @@ ServiceOptions readOptions(const std::vector<std::string>& arguments) {
   ServiceOptions options;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
-    if (argument == "--help") {
-      options.help = true;
+    if (argument == "--help" || argument == "--version") {
+      options.answer = argument == "--help" ? helpText() : "tlcommd " TL_VERSION "\n";
       return options;
     }
     if (!argument.starts_with("--")) throw OptionError("'" + argument + "' is no option");
@@ -222,6 +222,7 @@ ServiceOptions readOptions(const std::vector<std::string>& arguments) {
 std::string helpText() {
   std::string help =
       "tlcommd --config FILE [--SETTING VALUE]...\n"
+      "tlcommd --help | --version\n"
       "\n"
       "Serves databases and directory listings to remote data clients.\n"
       "\n"

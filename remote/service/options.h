@@ -59,7 +59,8 @@ struct ServiceOptions {
   std::map<std::string, Database> databases;
   std::vector<SharedDirectory> directories;
 
-  bool help = false;
+  /// What --help or --version prints instead of serving.
+  std::string answer;
 
   /// The service is one process of those that share the memory.
   std::size_t jobsAtATime() const { return totalMegabytes / memoryMegabytes - 1; }

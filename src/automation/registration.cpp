@@ -3,27 +3,17 @@
 #include <oleauto.h>
 #include <olectl.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
-#include <vector>
 
 #include "automation/com_module.h"
 #include "automation/com_server.h"
+#include "automation/registration_entries.h"
 #include "support/handle_win.h"
 
 namespace tlpacscfg {
 namespace {
-
-constexpr WORD kLibraryMajor = 1;
-constexpr WORD kLibraryMinor = 0;
-constexpr const wchar_t* kClassVersion = L".1";
-
-/// One value below HKEY_CLASSES_ROOT; an empty name is the key's default value.
-struct Entry {
-  std::wstring key;
-  std::wstring name;
-  std::wstring value;
-};
 
 std::wstring textOf(REFGUID id) {
   std::array<wchar_t, 39> text{};
@@ -31,44 +21,14 @@ std::wstring textOf(REFGUID id) {
   return text.data();
 }
 
-std::wstring classKey(const CreatableClass& type) { return L"CLSID\\" + textOf(type.id); }
-
-/// A server with a type library has versions of its classes.
-bool isVersioned() { return comServer().typeLibrary != nullptr; }
-
-std::wstring versioned(const std::wstring& progId) { return progId + kClassVersion; }
-
-std::vector<Entry> entriesOf(const CreatableClass& type) {
-  const std::wstring key = classKey(type);
-  const std::wstring progId = type.progId;
-  std::vector<Entry> entries = {
-      {progId, L"", progId},
-      {progId + L"\\CLSID", L"", textOf(type.id)},
-      {key, L"", progId},
-      {key + L"\\InprocServer32", L"", modulePath()},
-      {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-      {key + L"\\ProgID", L"", isVersioned() ? versioned(progId) : progId},
-  };
-  if (isVersioned()) {
-    const std::wstring library =
-        std::to_wstring(kLibraryMajor) + L"." + std::to_wstring(kLibraryMinor);
-    const Entry more[] = {
-        {progId + L"\\CurVer", L"", versioned(progId)},
-        {versioned(progId), L"", progId},
-        {versioned(progId) + L"\\CLSID", L"", textOf(type.id)},
-        {key + L"\\VersionIndependentProgID", L"", progId},
-        {key + L"\\TypeLib", L"", textOf(*comServer().typeLibrary)},
-        {key + L"\\Version", L"", library},
-        {key + L"\\Programmable", L"", L""},
-    };
-    entries.insert(entries.end(), std::begin(more), std::end(more));
-  }
-  return entries;
+RegisteredClass registered(const CreatableClass& type) {
+  const GUID* const library = comServer().typeLibrary;
+  return {textOf(type.id), type.progId, library ? textOf(*library) : std::wstring()};
 }
 
 using Key = UniqueHandle<HKEY, RegCloseKey>;
 
-bool write(const Entry& entry) {
+bool write(const RegistryEntry& entry) {
   HKEY handle = nullptr;
   if (RegCreateKeyExW(HKEY_CLASSES_ROOT, entry.key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
                       &handle, nullptr) != ERROR_SUCCESS) {
@@ -86,12 +46,12 @@ bool removeTree(const std::wstring& key) {
 }
 
 bool registerClasses() {
-  for (const CreatableClass& type : comServer().classes) {
-    for (const Entry& entry : entriesOf(type)) {
-      if (!write(entry)) return false;
-    }
-  }
-  return true;
+  const std::wstring path = modulePath();
+  return std::ranges::all_of(comServer().classes, [&](const CreatableClass& creatable) {
+    const RegisteredClass type = registered(creatable);
+    return std::ranges::all_of(nameEntries(type), write) &&
+           std::ranges::all_of(serverEntries(type, path), write);
+  });
 }
 
 bool registerTypeLibrary() {
@@ -114,7 +74,7 @@ bool unregisterTypeLibrary() {
   const GUID* const library = comServer().typeLibrary;
   if (!library || !keyExists(L"TypeLib\\" + textOf(*library))) return true;
   return SUCCEEDED(
-      UnRegisterTypeLib(*library, kLibraryMajor, kLibraryMinor, LOCALE_NEUTRAL, kKind));
+      UnRegisterTypeLib(*library, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, kKind));
 }
 
 }  // namespace
@@ -127,9 +87,9 @@ HRESULT registerServer() {
 
 HRESULT unregisterServer() {
   bool removed = unregisterTypeLibrary();
-  for (const CreatableClass& type : comServer().classes) {
-    const std::wstring progId = type.progId;
-    for (const std::wstring& key : {progId, versioned(progId), classKey(type)}) {
+  for (const CreatableClass& creatable : comServer().classes) {
+    const RegisteredClass type = registered(creatable);
+    for (const std::wstring& key : {type.progId, versionedProgId(type), classKey(type)}) {
       if (!removeTree(key)) removed = false;
     }
   }

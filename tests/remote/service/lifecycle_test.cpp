@@ -59,6 +59,11 @@ TEST_F(LifecycleTest, HelpNamesEverySetting) {
   }
 }
 
+TEST_F(LifecycleTest, VersionIsPrinted) {
+  EXPECT_EQ(service.runToEnd({"--version"}), 0);
+  EXPECT_TRUE(service.logHolds("tlcommd " TL_VERSION "\n"));
+}
+
 TEST_F(LifecycleTest, SettingsThatAreNotSafeAreRefused) {
   service.writeConfiguration();
   const std::string file = service.configurationFile();
