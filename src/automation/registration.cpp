@@ -62,19 +62,30 @@ bool registerTypeLibrary() {
          SUCCEEDED(RegisterTypeLib(library.get(), path.data(), nullptr));
 }
 
-bool keyExists(const std::wstring& path) {
+bool keyExists(const std::wstring& path, REGSAM view = 0) {
   HKEY key = nullptr;
-  const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key);
+  const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ | view, &key);
   const Key owned(status == ERROR_SUCCESS ? key : nullptr);
   return status == ERROR_SUCCESS;
 }
 
+constexpr bool k64Bit = sizeof(void*) == 8;
+
+/// The 64-bit and the 32-bit component share the program identifiers; each has class keys of its
+/// own.
+bool otherComponentHas(const RegisteredClass& type) {
+  return keyExists(classKey(type), k64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY);
+}
+
 bool unregisterTypeLibrary() {
-  constexpr SYSKIND kKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
   const GUID* const library = comServer().typeLibrary;
-  if (!library || !keyExists(L"TypeLib\\" + textOf(*library))) return true;
-  return SUCCEEDED(
-      UnRegisterTypeLib(*library, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, kKind));
+  if (!library) return true;
+  const std::wstring version =
+      std::to_wstring(kTypeLibraryMajor) + L"." + std::to_wstring(kTypeLibraryMinor);
+  const std::wstring kind = k64Bit ? L"\\0\\win64" : L"\\0\\win32";
+  if (!keyExists(L"TypeLib\\" + textOf(*library) + L"\\" + version + kind)) return true;
+  return SUCCEEDED(UnRegisterTypeLib(*library, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL,
+                                     k64Bit ? SYS_WIN64 : SYS_WIN32));
 }
 
 }  // namespace
@@ -89,7 +100,9 @@ HRESULT unregisterServer() {
   bool removed = unregisterTypeLibrary();
   for (const CreatableClass& creatable : comServer().classes) {
     const RegisteredClass type = registered(creatable);
-    for (const std::wstring& key : {type.progId, versionedProgId(type), classKey(type)}) {
+    if (!removeTree(classKey(type))) removed = false;
+    if (otherComponentHas(type)) continue;
+    for (const std::wstring& key : {type.progId, versionedProgId(type)}) {
       if (!removeTree(key)) removed = false;
     }
   }

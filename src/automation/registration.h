@@ -8,7 +8,8 @@ namespace tlpacscfg {
 /// nothing stays registered.
 HRESULT registerServer();
 
-/// Removes every key that registration made. Succeeds when there is none.
+/// Removes every key that registration made, but for those that the component for the other kind of
+/// programs, 64-bit or 32-bit, needs while it is registered. Succeeds when there is none.
 HRESULT unregisterServer();
 
 }  // namespace tlpacscfg
