@@ -85,8 +85,7 @@ Connection::Connection(std::shared_ptr<const Environment> environment, std::wstr
   try {
     dialect_ = dialectOf(dbmsName(handle_));
   } catch (const Error& error) {
-    // unixODBC's cursor library has no UTF-16 functions. It is not needed: rows are only read
-    // forward, which every driver can do.
+    // unixODBC's cursor library has no UTF-16 functions. It is not needed either.
     const bool refused = error.sqlState() == L"IM001";
     if (!refused || environment_->cursorLibrary() == CursorLibrary::NotUsed) throw;
     open(CursorLibrary::NotUsed, prompt, text);
@@ -98,7 +97,8 @@ void Connection::open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_v
   handle_ = ConnectionHandle(environment_->handle());
   const std::uintptr_t cursors =
       cursorLibrary == CursorLibrary::Used ? SQL_CUR_USE_ODBC : SQL_CUR_USE_DRIVER;
-  handle_.verify(SQLSetConnectAttrW(handle_.get(), SQL_ATTR_ODBC_CURSORS, attribute(cursors), 0));
+  // A driver manager without a cursor library refuses this; every driver can read rows forward.
+  SQLSetConnectAttrW(handle_.get(), SQL_ATTR_ODBC_CURSORS, attribute(cursors), 0);
   const auto seconds = static_cast<std::uintptr_t>(environment_->loginTimeout().count());
   handle_.verify(SQLSetConnectAttrW(handle_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(seconds), 0));
 

@@ -14,6 +14,8 @@ OdbcCalls::Listener listener;
 std::vector<std::string> verbs;
 bool active = false;
 bool refusing = false;
+int refusedAttribute = 0;
+int refusedAttributes = 0;
 
 void notify(OdbcMoment moment) {
   if (!listener) return;
@@ -60,12 +62,24 @@ std::string OdbcCalls::verbs() const {
 
 void OdbcCalls::refuseThisCall() { refusing = true; }
 
+RefusedConnectAttribute::RefusedConnectAttribute(int attribute) {
+  refusedAttribute = attribute;
+  refusedAttributes = 0;
+}
+
+RefusedConnectAttribute::~RefusedConnectAttribute() { refusedAttribute = 0; }
+
+int RefusedConnectAttribute::refusals() const { return refusedAttributes; }
+
 }  // namespace tlpacscfg::test
 
 extern "C" {
 
 SQLRETURN SQL_API __real_SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length);
 SQLRETURN SQL_API __real_SQLEndTran(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT how);
+
+SQLRETURN SQL_API __real_SQLSetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute,
+                                            SQLPOINTER value, SQLINTEGER length);
 
 SQLRETURN SQL_API __wrap_SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) {
   using namespace tlpacscfg;
@@ -82,6 +96,16 @@ SQLRETURN SQL_API __wrap_SQLEndTran(SQLSMALLINT type, SQLHANDLE handle, SQLSMALL
       how == SQL_COMMIT ? "commit" : "rollback",
       [&] { return __real_SQLEndTran(type, handle, how); },
       [] { return static_cast<SQLRETURN>(SQL_ERROR); });
+}
+
+SQLRETURN SQL_API __wrap_SQLSetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute,
+                                            SQLPOINTER value, SQLINTEGER length) {
+  using namespace tlpacscfg;
+  if (attribute != test::refusedAttribute) {
+    return __real_SQLSetConnectAttrW(connection, attribute, value, length);
+  }
+  ++test::refusedAttributes;
+  return SQL_ERROR;
 }
 
 }  // extern "C"

@@ -27,4 +27,16 @@ class OdbcCalls {
   static void refuseThisCall();
 };
 
+/// While it lives, the driver manager refuses to set this attribute of a connection, without a reason.
+class RefusedConnectAttribute {
+ public:
+  explicit RefusedConnectAttribute(int attribute);
+  ~RefusedConnectAttribute();
+  RefusedConnectAttribute(const RefusedConnectAttribute&) = delete;
+  RefusedConnectAttribute& operator=(const RefusedConnectAttribute&) = delete;
+
+  /// How often that happened.
+  int refusals() const;
+};
+
 }  // namespace tlpacscfg::test
