@@ -1,0 +1,3 @@
+@echo off
+rem Unregisters what register.cmd registered, as administrator.
+call "%~dp0register.cmd" /u
