@@ -6,6 +6,11 @@ Commands allCommands() {
   Commands commands;
   commands.push_back(listCommand());
   commands.push_back(showCommand());
+  commands.push_back(findCommand());
+  commands.push_back(whereUsedCommand());
+  commands.push_back(checkCommand());
+  commands.push_back(diffCommand());
+  commands.push_back(exportCommand());
   return commands;
 }
 

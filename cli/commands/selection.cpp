@@ -15,14 +15,25 @@ namespace tlpacscfg::cli {
 namespace {
 
 bool fitsFolded(std::wstring_view text, std::wstring_view pattern) {
-  if (pattern.empty()) return text.empty();
-  if (pattern.front() == L'*') {
-    return fitsFolded(text, pattern.substr(1)) ||
-           (!text.empty() && fitsFolded(text.substr(1), pattern));
+  // Where to go on when a star has to stand for one letter more.
+  std::size_t star = pattern.npos, textAtStar = 0;
+  std::size_t at = 0, inPattern = 0;
+  while (at < text.size()) {
+    const bool more = inPattern < pattern.size();
+    if (more && pattern[inPattern] == L'*') {
+      star = inPattern++;
+      textAtStar = at;
+    } else if (more && (pattern[inPattern] == L'?' || pattern[inPattern] == text[at])) {
+      ++inPattern;
+      ++at;
+    } else if (star != pattern.npos) {
+      inPattern = star + 1;
+      at = ++textAtStar;
+    } else {
+      return false;
+    }
   }
-  if (text.empty()) return false;
-  return (pattern.front() == L'?' || pattern.front() == text.front()) &&
-         fitsFolded(text.substr(1), pattern.substr(1));
+  return pattern.find_first_not_of(L'*', inPattern) == pattern.npos;
 }
 
 }  // namespace

@@ -83,6 +83,13 @@ std::string wordsOf(const Column& column, const clsPACSConfiguration& record) {
   return wordsOf(column, valueOf(record, column.field));
 }
 
+bool isKnownOption(const Column& column, const clsPACSConfiguration& record) {
+  const CodeTable table = codesOf(column);
+  if (table.empty() || table.data() == kFlags) return true;
+  const auto code = std::get<std::int16_t>(valueOf(record, column.field));
+  return std::ranges::find(table, code, &tlpacscfg::Option::code) != table.end();
+}
+
 FieldValue valueIn(const Column& column, const std::string& text) {
   const std::wstring wide = fromUtf8(text);
   if (isText(column.field)) return wide;
@@ -93,10 +100,9 @@ FieldValue valueIn(const Column& column, const std::string& text) {
   }
   try {
     return numberIn(column, wide);
-  } catch (const RunTimeError& error) {
+  } catch (const RunTimeError&) {
     throw Failure(ExitCode::Usage, toUtf8(column.property) + ": '" + text +
-                                       "' is no value of it (" + toUtf8(error.description()) +
-                                       ")." + suggestion(text, known));
+                                       "' is none of its values." + suggestion(text, known));
   }
 }
 

@@ -17,6 +17,9 @@ const Column& columnNamed(const std::string& name);
 std::string wordsOf(const Column& column, const FieldValue& value);
 std::string wordsOf(const Column& column, const clsPACSConfiguration& record);
 
+/// False for a code that is not among the options of its column.
+bool isKnownOption(const Column& column, const clsPACSConfiguration& record);
+
 /// The value of words or of a code; the opposite of wordsOf. Throws Failure.
 FieldValue valueIn(const Column& column, const std::string& text);
 

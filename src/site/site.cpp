@@ -16,9 +16,8 @@
 namespace tlpacscfg {
 namespace {
 
-/// A database without subqueries gives the two tables one by one.
-constexpr const wchar_t* kOfflineNames = L"SELECT pc_name, flag2 FROM System_pc_names";
-constexpr const wchar_t* kOfflineAssignments =
+constexpr const wchar_t* kNames = L"SELECT pc_name, flag2 FROM System_pc_names";
+constexpr const wchar_t* kAssignments =
     L"SELECT pc_name, key_value FROM System_workstation_cfg WHERE key_name = 'PACSConfig'";
 
 template <class Convert>
@@ -39,14 +38,14 @@ SiteWorkstation workstationOf(const Cell& name, const Cell& assigned, const Cell
   return workstation;
 }
 
-std::vector<SiteWorkstation> readOfflineWorkstations(const DataPath& path) {
-  const Table assignments = path.query(kOfflineAssignments);
+std::vector<SiteWorkstation> workstationsByTables(
+    const std::vector<StoredAssignment>& assignments) {
   std::unordered_map<std::wstring, Cell> assignedTo;
-  for (std::size_t row = 0; row < assignments.rows(); ++row) {
-    const std::wstring_view name = assignments.at(0, row).value_or(L"");
-    assignedTo.try_emplace(upperCase(trimBlanks(name)), assignments.at(1, row));
+  for (const StoredAssignment& row : assignments) {
+    assignedTo.try_emplace(upperCase(row.workstation),
+                           row.assigned ? Cell(*row.assigned) : std::nullopt);
   }
-  const Table names = path.query(kOfflineNames);
+  const Table names = loadingPath().query(kNames);
   std::vector<SiteWorkstation> workstations;
   workstations.reserve(names.rows());
   for (std::size_t row = 0; row < names.rows(); ++row) {
@@ -58,18 +57,8 @@ std::vector<SiteWorkstation> readOfflineWorkstations(const DataPath& path) {
   return workstations;
 }
 
-}  // namespace
-
-Site::Configuration Site::find(std::int16_t configID) const {
-  const auto found = std::ranges::lower_bound(configurations, configID, {},
-                                              [](const auto& record) { return record->configID; });
-  return found != configurations.end() && (*found)->configID == configID ? *found : nullptr;
-}
-
-std::vector<SiteWorkstation> readWorkstations() {
-  const DataPath& path = loadingPath();
-  if (modMain.g_blnUseOfflineDB) return readOfflineWorkstations(path);
-  const Table rows = path.query(kListStatement);
+std::vector<SiteWorkstation> workstationsByQuery() {
+  const Table rows = loadingPath().query(kListStatement);
   if (rows.rows() > 0 && rows.columns() <= kListFlag2) raise(ErrorNumber::SubscriptOutOfRange);
   std::vector<SiteWorkstation> workstations;
   workstations.reserve(rows.rows());
@@ -80,7 +69,7 @@ std::vector<SiteWorkstation> readWorkstations() {
   return workstations;
 }
 
-Site readSite() {
+Site readConfigurations() {
   Site site;
   const DataPath& path = loadingPath();
   const Table rows = path.query(loadingStatement());
@@ -96,7 +85,40 @@ Site readSite() {
   }
   std::ranges::stable_sort(site.configurations, {},
                            [](const auto& record) { return record->configID; });
-  site.workstations = readWorkstations();
+  return site;
+}
+
+}  // namespace
+
+Site::Configuration Site::find(std::int16_t configID) const {
+  const auto found = std::ranges::lower_bound(configurations, configID, {},
+                                              [](const auto& record) { return record->configID; });
+  return found != configurations.end() && (*found)->configID == configID ? *found : nullptr;
+}
+
+Site readSite() {
+  // A database file without a server knows no subqueries.
+  if (modMain.g_blnUseOfflineDB) return readSiteByTables(readStoredAssignments());
+  Site site = readConfigurations();
+  site.workstations = workstationsByQuery();
+  return site;
+}
+
+std::vector<StoredAssignment> readStoredAssignments() {
+  const Table rows = loadingPath().query(kAssignments);
+  std::vector<StoredAssignment> assignments;
+  assignments.reserve(rows.rows());
+  for (std::size_t row = 0; row < rows.rows(); ++row) {
+    StoredAssignment& stored = assignments.emplace_back();
+    stored.workstation = trimBlanks(rows.at(0, row).value_or(L""));
+    if (const Cell assigned = rows.at(1, row)) stored.assigned = *assigned;
+  }
+  return assignments;
+}
+
+Site readSiteByTables(const std::vector<StoredAssignment>& assignments) {
+  Site site = readConfigurations();
+  site.workstations = workstationsByTables(assignments);
   return site;
 }
 

@@ -38,9 +38,23 @@ struct Site {
   Configuration find(std::int16_t configID) const;
 };
 
-/// Reads through the data path that is open, or from the local file in stand-alone mode. Throws
-/// RunTimeError when the database does not answer.
-std::vector<SiteWorkstation> readWorkstations();
+/// What a workstation's row of the key for configurations holds.
+struct StoredAssignment {
+  std::wstring workstation;
+  std::optional<std::wstring> assigned;
+};
+
+// These read through the data path that is open, or from the local file in stand-alone mode. They
+// throw RunTimeError when the database does not answer.
+
 Site readSite();
+
+/// Every row, also of workstations that are not listed, and each of several for one workstation.
+std::vector<StoredAssignment> readStoredAssignments();
+
+/// The same site, from the two tables of workstations one by one: it can be read also where
+/// several rows assign configurations to one workstation, which the component's query does not
+/// bear. The first of them counts.
+Site readSiteByTables(const std::vector<StoredAssignment>& assignments);
 
 }  // namespace tlpacscfg

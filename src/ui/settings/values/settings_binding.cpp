@@ -182,12 +182,13 @@ FieldValue readBack(const SettingsForm& form, const Binding& binding) {
   raise(ErrorNumber::TypeMismatch);
 }
 
+void readBack(const SettingsForm& form, const Binding& binding, Record& record) {
+  if (!hasNoValue(form, binding)) setValue(record, binding.field, readBack(form, binding));
+}
+
 void readBack(const SettingsForm& form, Record& record) {
   Record changed = record;
-  for (const Binding& binding : kBindings) {
-    if (hasNoValue(form, binding)) continue;
-    setValue(changed, binding.field, readBack(form, binding));
-  }
+  for (const Binding& binding : kBindings) readBack(form, binding, changed);
   record = changed;
 }
 

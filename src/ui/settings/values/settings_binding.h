@@ -48,6 +48,8 @@ FieldValue readBack(const SettingsForm& form, const Binding& binding);
 /// Copies every control into the record, except disabled lists without a selected entry. If a
 /// control cannot be converted, throws and leaves the record unchanged.
 void readBack(const SettingsForm& form, clsPACSConfiguration& record);
+/// The same for one of them.
+void readBack(const SettingsForm& form, const Binding& binding, clsPACSConfiguration& record);
 
 /// Whether reading the controls back would leave the record unchanged. A control that cannot be
 /// converted counts as changed.

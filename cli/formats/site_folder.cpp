@@ -1,0 +1,156 @@
+#include "cli/formats/site_folder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <vector>
+
+#include "cli/base/failure.h"
+#include "cli/formats/configuration_text.h"
+#include "cli/formats/csv_reader.h"
+#include "cli/formats/files.h"
+#include "cli/formats/output.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
+#include "workstation/workstation.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kAssignments = "assignments.csv";
+constexpr std::string_view kPrefix = "configuration-", kSuffix = ".txt";
+constexpr std::size_t kDigits = 5;
+
+std::string fileNameOf(const clsPACSConfiguration& record) {
+  std::string number = std::to_string(record.configID);
+  number.insert(0, kDigits - std::min(kDigits, number.size()), '0');
+  return std::string(kPrefix) + number + std::string(kSuffix);
+}
+
+bool isConfigurationFile(const std::string& name) {
+  if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) return false;
+  const std::string_view number =
+      std::string_view(name).substr(kPrefix.size(), name.size() - kPrefix.size() - kSuffix.size());
+  return number.size() >= kDigits && number.find_first_not_of("-0123456789") == number.npos;
+}
+
+std::vector<std::string> configurationFiles(const std::string& directory) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(pathOf(directory), error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::string name = utf8Of(entry->path().filename());
+    if (isConfigurationFile(name)) names.push_back(std::move(name));
+  }
+  if (error) {
+    throw Failure(ExitCode::Usage, "The folder '" + directory + "' cannot be read.");
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+/// A file that is as it should be keeps its time.
+void writeIfChanged(const std::string& directory, const std::string& name,
+                    const std::string& content) {
+  const fs::path file = pathOf(directory) / pathOf(name);
+  std::error_code ignored;
+  if (fs::is_regular_file(file, ignored) && readFile(utf8Of(file)) == content) return;
+  writeFile(file, content);
+}
+
+std::string assignmentsText(const Site& site) {
+  std::vector<const SiteWorkstation*> sorted;
+  for (const SiteWorkstation& workstation : site.workstations) sorted.push_back(&workstation);
+  std::ranges::sort(sorted, {}, [](const auto* workstation) { return workstation->name; });
+  std::string text = csvLine({"workstation", "configuration"});
+  for (const SiteWorkstation* const workstation : sorted) {
+    text += csvLine({toUtf8(workstation->name), toUtf8(workstation->assigned.value_or(L""))});
+  }
+  std::erase(text, '\r');
+  return text;
+}
+
+class FolderReader {
+ public:
+  explicit FolderReader(const std::string& directory) : directory_(directory) {}
+
+  Site read() {
+    for (const std::string& name : configurationFiles(directory_)) readConfiguration(name);
+    readAssignments();
+    if (!errors_.empty()) {
+      throw Failure(ExitCode::Usage, "The folder '" + directory_ + "' cannot be used." + errors_);
+    }
+    std::ranges::sort(site_.configurations, {},
+                      [](const auto& record) { return record->configID; });
+    return std::move(site_);
+  }
+
+ private:
+  void note(const std::string& name, std::size_t line, const std::string& message) {
+    errors_ += "\n" + name + (line > 0 ? ":" + std::to_string(line) : "") + ": " + message;
+  }
+
+  void readConfiguration(const std::string& name) {
+    ConfigurationText text = readConfigurationText(readFile(directory_ + "/" + name));
+    for (const TextError& error : text.errors) note(name, error.line, error.message);
+    if (!text.errors.empty()) return;
+    text.record.MarkAsLoaded();
+    if (!numbers_.insert(text.record.configID).second) {
+      return note(name, 0, "another file has the same configID");
+    }
+    site_.configurations.push_back(std::make_shared<const clsPACSConfiguration>(text.record));
+  }
+
+  void readAssignments() {
+    const Csv csv = readCsv(readFile(directory_ + "/" + kAssignments));
+    for (const CsvError& error : csv.errors) note(kAssignments, error.at.line, error.message);
+    for (std::size_t i = 0; i < csv.rows.size(); ++i) {
+      const std::vector<CsvCell>& row = csv.rows[i];
+      if (row.size() != 2) {
+        note(kAssignments, row.front().at.line, "a line has a workstation and a configuration");
+      } else if (i > 0) {
+        addWorkstation(row);
+      }
+    }
+  }
+
+  void addWorkstation(const std::vector<CsvCell>& row) {
+    SiteWorkstation workstation;
+    workstation.name = fromUtf8(row[0].text);
+    if (!row[1].text.empty()) workstation.assigned = fromUtf8(row[1].text);
+    try {
+      workstation.configID =
+          assignedConfigID(workstation.assigned ? Cell(*workstation.assigned) : Cell());
+    } catch (const RunTimeError&) {
+      // As stored: it is no number there either.
+    }
+    site_.workstations.push_back(std::move(workstation));
+  }
+
+  const std::string directory_;
+  Site site_;
+  std::set<std::int16_t> numbers_;
+  std::string errors_;
+};
+
+}  // namespace
+
+void writeSiteFolder(const Site& site, const std::string& directory) {
+  std::error_code error;
+  fs::create_directories(pathOf(directory), error);
+  std::set<std::string> written;
+  for (const auto& record : site.configurations) {
+    writeIfChanged(directory, fileNameOf(*record), textOf(*record));
+    written.insert(fileNameOf(*record));
+  }
+  for (const std::string& name : configurationFiles(directory)) {
+    if (!written.contains(name)) fs::remove(pathOf(directory) / pathOf(name), error);
+  }
+  writeIfChanged(directory, kAssignments, assignmentsText(site));
+}
+
+Site readSiteFolder(const std::string& directory) { return FolderReader(directory).read(); }
+
+}  // namespace tlpacscfg::cli
