@@ -59,14 +59,18 @@ std::wstring codesOfNames(const std::wstring& list) {
 
 const Column& columnNamed(const std::string& name) {
   const std::wstring wanted = fromUtf8(name);
-  std::vector<std::string> known;
-  for (const Column& column : columns()) {
-    const bool same = equalIgnoringCase(column.property, wanted) ||
-                      equalIgnoringCase(column.name, wanted) ||
-                      equalIgnoringCase(captionOf(column), wanted);
-    if (same) return column;
-    known.push_back(toUtf8(column.property));
+  // The caption last: finding it takes longest.
+  using NameOf = std::wstring (*)(const Column&);
+  const NameOf namings[] = {[](const Column& column) { return std::wstring(column.property); },
+                            [](const Column& column) { return std::wstring(column.name); },
+                            captionOf};
+  for (const NameOf nameOf : namings) {
+    for (const Column& column : columns()) {
+      if (equalIgnoringCase(nameOf(column), wanted)) return column;
+    }
   }
+  std::vector<std::string> known;
+  for (const Column& column : columns()) known.push_back(toUtf8(column.property));
   throw Failure(ExitCode::Usage, "There is no field '" + name + "'." + suggestion(name, known));
 }
 
@@ -93,14 +97,15 @@ bool isKnownOption(const Column& column, const clsPACSConfiguration& record) {
 FieldValue valueIn(const Column& column, const std::string& text) {
   const std::wstring wide = fromUtf8(text);
   if (isText(column.field)) return wide;
-  std::vector<std::string> known;
-  for (const tlpacscfg::Option& option : codesOf(column)) {
+  const CodeTable table = codesOf(column);
+  for (const tlpacscfg::Option& option : table) {
     if (equalIgnoringCase(option.text, wide)) return option.code;
-    known.push_back(toUtf8(option.text));
   }
   try {
     return numberIn(column, wide);
   } catch (const RunTimeError&) {
+    std::vector<std::string> known;
+    for (const tlpacscfg::Option& option : table) known.push_back(toUtf8(option.text));
     throw Failure(ExitCode::Usage, toUtf8(column.property) + ": '" + text +
                                        "' is none of its values." + suggestion(text, known));
   }
