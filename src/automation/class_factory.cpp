@@ -2,6 +2,7 @@
 
 #include "automation/com_error.h"
 #include "automation/com_module.h"
+#include "automation/module_lock.h"
 
 namespace tlpacscfg {
 

@@ -8,6 +8,7 @@
 
 #include "automation/com_error.h"
 #include "automation/com_server.h"
+#include "automation/module_lock.h"
 #include "support/module_win.h"
 
 namespace tlpacscfg {
@@ -17,7 +18,6 @@ constexpr DWORD kNoThread = 0;
 
 std::mutex mutex;
 std::atomic<long> objectCount = 0;
-std::atomic<long> lockCount = 0;
 /// The thread that shared state belongs to, until it is released.
 std::atomic<DWORD> ownerThread = kNoThread;
 
@@ -55,10 +55,7 @@ void checkThread() {
   if (owner != kNoThread && owner != GetCurrentThreadId()) throw ComError(RPC_E_WRONG_THREAD);
 }
 
-void lockServer() { ++lockCount; }
-void unlockServer() { --lockCount; }
-
-bool mayUnload() { return objectCount == 0 && lockCount == 0; }
+bool mayUnload() { return objectCount == 0 && !serverIsLocked(); }
 
 std::wstring modulePath() {
   std::array<wchar_t, 32768> path{};

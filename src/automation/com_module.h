@@ -22,10 +22,6 @@ class ObjectReference {
 /// Throws ComError with RPC_E_WRONG_THREAD when the objects belong to another thread.
 void checkThread();
 
-/// Keep the DLL loaded, and nothing else.
-void lockServer();
-void unlockServer();
-
 bool mayUnload();
 
 std::wstring modulePath();

@@ -24,10 +24,10 @@ class ModuleTest : public ComTest {
 };
 
 TEST_F(ModuleTest, ComponentNeedsNothingButTheSystem) {
-  const std::set<std::wstring> system = {L"ADVAPI32.DLL", L"COMCTL32.DLL", L"GDI32.DLL",
-                                         L"KERNEL32.DLL", L"MSVCRT.DLL",   L"ODBC32.DLL",
-                                         L"OLE32.DLL",    L"OLEAUT32.DLL", L"USER32.DLL",
-                                         L"UXTHEME.DLL",  L"SHELL32.DLL",  L"SHLWAPI.DLL"};
+  const std::set<std::wstring> system = {
+      L"ADVAPI32.DLL", L"COMCTL32.DLL", L"GDI32.DLL",    L"KERNEL32.DLL", L"MSVCRT.DLL",
+      L"ODBC32.DLL",   L"OLE32.DLL",    L"OLEAUT32.DLL", L"USER32.DLL",   L"OLEACC.DLL",
+      L"UXTHEME.DLL",  L"SHELL32.DLL",  L"SHLWAPI.DLL"};
   const auto* import =
       table<IMAGE_IMPORT_DESCRIPTOR>(directory(IMAGE_DIRECTORY_ENTRY_IMPORT).VirtualAddress);
   int count = 0;

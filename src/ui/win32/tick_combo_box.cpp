@@ -7,6 +7,7 @@
 
 #include "support/handle_win.h"
 #include "ui/win32/combo_box.h"
+#include "ui/win32/tick_list_accessible.h"
 
 namespace tlpacscfg::win32 {
 namespace {
@@ -37,9 +38,10 @@ LONG drawCheckBox(HDC dc, const RECT& place, bool ticked) {
 
 }  // namespace
 
-void TickComboBox::attach(HWND combo, HWND likeCombo, const std::vector<std::wstring>& entries,
-                          std::function<void()> changed) {
+void TickComboBox::attach(HWND combo, HWND likeCombo, std::wstring name,
+                          const std::vector<std::wstring>& entries, std::function<void()> changed) {
   combo_ = combo;
+  name_ = std::move(name);
   changed_ = std::move(changed);
   for (const WPARAM part : {WPARAM{0}, static_cast<WPARAM>(-1)}) {
     SendMessageW(combo_, CB_SETITEMHEIGHT, part,
@@ -56,8 +58,8 @@ void TickComboBox::attach(HWND combo, HWND likeCombo, const std::vector<std::wst
   comboMessages_.attach(combo_, [this](UINT message, WPARAM wParam, LPARAM lParam) {
     return onComboMessage(message, wParam, lParam);
   });
-  listMessages_.attach(list_, [this](UINT message, WPARAM, LPARAM lParam) {
-    return onListMessage(message, lParam);
+  listMessages_.attach(list_, [this](UINT message, WPARAM wParam, LPARAM lParam) {
+    return onListMessage(message, wParam, lParam);
   });
 }
 
@@ -82,6 +84,7 @@ void TickComboBox::redraw() const {
 
 void TickComboBox::toggle(std::size_t entry) {
   setTicked(entry, !ticked(entry));
+  announceTick(list_, entry);
   changed_();
 }
 
@@ -123,28 +126,45 @@ LRESULT TickComboBox::copyText(wchar_t* buffer, std::size_t size) const {
   return static_cast<LRESULT>(copied);
 }
 
-std::optional<LRESULT> TickComboBox::onListMessage(UINT message, LPARAM lParam) {
-  if (message != WM_LBUTTONDOWN && message != WM_LBUTTONDBLCLK && message != WM_LBUTTONUP) {
-    return std::nullopt;
+std::optional<LRESULT> TickComboBox::onListMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_GETOBJECT:
+      if (static_cast<DWORD>(lParam) != static_cast<DWORD>(OBJID_CLIENT)) return std::nullopt;
+      return answerAsTickList(list_, name_, wParam);
+    case kToggleEntry:
+      toggle(wParam);
+      return 0;
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+    case WM_LBUTTONUP:
+      if (answerClick(message, lParam)) return 0;
+      return std::nullopt;
+    default:
+      return std::nullopt;
   }
+}
+
+/// False for a click beside the list, which closes it.
+bool TickComboBox::answerClick(UINT message, LPARAM lParam) {
   const POINT at{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
   RECT client{};
   GetClientRect(list_, &client);
-  if (!PtInRect(&client, at)) return std::nullopt;
-  if (message == WM_LBUTTONUP) return 0;
+  if (!PtInRect(&client, at)) return false;
+  if (message == WM_LBUTTONUP) return true;
   const LRESULT found = SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam);
   if (HIWORD(found) == 0) {
     ComboBox(combo_).selectPosition(LOWORD(found));
     toggle(LOWORD(found));
   }
-  return 0;
+  return true;
 }
 
 bool TickComboBox::draw(const DRAWITEMSTRUCT& request) const {
   if (request.hwndItem != combo_) return false;
   const bool closed = (request.itemState & ODS_COMBOBOXEDIT) != 0;
-  const bool selected = (request.itemState & ODS_SELECTED) != 0;
   const bool disabled = (request.itemState & ODS_DISABLED) != 0;
+  // The colour of a disabled text goes with an ordinary background only.
+  const bool selected = !disabled && (request.itemState & ODS_SELECTED) != 0;
   FillRect(request.hDC, &request.rcItem,
            GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
   SetBkMode(request.hDC, TRANSPARENT);

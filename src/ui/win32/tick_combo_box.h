@@ -17,10 +17,10 @@ namespace tlpacscfg::win32 {
 /// Enter, Esc, F4 and Alt+Up close it.
 class TickComboBox {
  public:
-  /// `changed` is called after the user has changed a tick. The rows are as high as those of
-  /// `likeCombo`, an ordinary drop-down list.
-  void attach(HWND combo, HWND likeCombo, const std::vector<std::wstring>& entries,
-              std::function<void()> changed);
+  /// `name` is that of the open list for assistive technology. `changed` is called after the user
+  /// has changed a tick. The rows are as high as those of `likeCombo`, an ordinary drop-down list.
+  void attach(HWND combo, HWND likeCombo, std::wstring name,
+              const std::vector<std::wstring>& entries, std::function<void()> changed);
 
   bool ticked(std::size_t entry) const;
   /// Does not count as a change by the user.
@@ -34,14 +34,16 @@ class TickComboBox {
 
  private:
   std::optional<LRESULT> onComboMessage(UINT message, WPARAM wParam, LPARAM lParam);
-  std::optional<LRESULT> onListMessage(UINT message, LPARAM lParam);
+  std::optional<LRESULT> onListMessage(UINT message, WPARAM wParam, LPARAM lParam);
   bool answerKey(WPARAM key);
+  bool answerClick(UINT message, LPARAM lParam);
   void toggle(std::size_t entry);
   LRESULT copyText(wchar_t* buffer, std::size_t size) const;
   void redraw() const;
 
   HWND combo_ = nullptr;
   HWND list_ = nullptr;
+  std::wstring name_;
   std::wstring text_;
   std::function<void()> changed_;
   Subclass comboMessages_;

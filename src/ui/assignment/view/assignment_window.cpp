@@ -30,6 +30,8 @@ void frmWorkstationSettings::onInit() {
   tooltips_.set(item(IDC_frmWorkstationSettings_cmbPACSConfig),
                 L"A list of configurations that can be assigned to the workstation");
   tooltips_.set(item(IDC_frmWorkstationSettings_cmdOK), L"Save changes and exit");
+  names_.attach(window());
+  names_.setGroup(item(IDC_frmWorkstationSettings_SSPanel1), L"Assignment");
   configurations_ = win32::ComboBox(item(IDC_frmWorkstationSettings_cmbPACSConfig));
   setPicture();
 }

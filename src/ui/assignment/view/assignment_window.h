@@ -8,6 +8,7 @@
 #include "host/host_object.h"
 #include "support/handle_win.h"
 #include "ui/assignment/editor/assignment_editor.h"
+#include "ui/win32/accessible_names.h"
 #include "ui/win32/combo_box.h"
 #include "ui/win32/form.h"
 #include "ui/win32/tooltips.h"
@@ -53,6 +54,7 @@ class frmWorkstationSettings : public win32::Form {
   AssignmentEditor editor_;
   win32::ComboBox configurations_;
   win32::Tooltips tooltips_;
+  win32::AccessibleNames names_;
   ImageList picture_;
 };
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <span>
 
-/// Every control of the settings window: one table of names, kinds, pages, texts and tooltips. The
-/// resource ids belong to the window.
+/// Every control of the settings window: one table of names, kinds, pages, texts, tooltips and
+/// names for assistive technology. The resource ids belong to the window.
 namespace tlpacscfg {
 
 enum class Control : std::size_t {
@@ -137,6 +137,9 @@ struct ControlDesign {
   Page page;
   const wchar_t* text;  ///< The caption, or the initial content of a text box.
   const wchar_t* tooltip;
+  /// The name for assistive technology, where neither the caption nor the label before it is one
+  /// that no other control has.
+  const wchar_t* accessibleName = L"";
 };
 
 struct PageDesign {

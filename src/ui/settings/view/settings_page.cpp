@@ -48,10 +48,23 @@ void SettingsPage::create(HWND window) {
 void SettingsPage::onInit() {
   EnableThemeDialogTexture(window(), ETDT_ENABLETAB);
   bold_ = Font(boldVariant(window()));
+  names_.attach(window());
   for (const ControlDesign& control : controls()) {
     if (control.page != page_) continue;
-    SetWindowTextW(item(idOf(control.control)), control.text);
-    if (control.kind == Kind::Heading) makeHeading(item(idOf(control.control)));
+    const HWND item = this->item(idOf(control.control));
+    SetWindowTextW(item, control.text);
+    if (control.kind == Kind::Heading) makeHeading(item);
+    if (*control.accessibleName != L'\0') setAccessibleName(control, item);
+  }
+}
+
+void SettingsPage::setAccessibleName(const ControlDesign& control, HWND item) {
+  if (control.kind == Kind::Panel) {
+    names_.setGroup(item, control.accessibleName);
+  } else if (control.kind == Kind::Option) {
+    names_.set(item, control.accessibleName);
+  } else {
+    win32::insertHiddenLabel(item, control.accessibleName);
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "support/handle_win.h"
 #include "ui/settings/values/settings_controls.h"
+#include "ui/win32/accessible_names.h"
 #include "ui/win32/dialog.h"
 #include "ui/win32/tick_combo_box.h"
 
@@ -38,11 +39,13 @@ class SettingsPage : public win32::Dialog {
   std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   void makeHeading(HWND heading);
+  void setAccessibleName(const ControlDesign& control, HWND item);
   void paint() const;
 
   Page page_;
   Commands commands_;
   Font bold_;
+  win32::AccessibleNames names_;
   std::vector<HeadingLine> lines_;
 };
 

@@ -71,6 +71,8 @@ void frmPACSSettings::createPages() {
     pages_.push_back(std::make_unique<SettingsPage>(
         page.page, [this](int controlId, int code) { onCommand(controlId, code); }));
     pages_.back()->create(window());
+    std::erase(caption, L'&');
+    SetWindowTextW(pages_.back()->window(), caption.c_str());
   }
   RECT place{};
   GetWindowRect(tabs, &place);
@@ -84,6 +86,7 @@ void frmPACSSettings::createPages() {
   }
   // A page hides what lies below it, so the tabs come after the pages, also for the Tab key.
   SetWindowPos(tabs, above, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  win32::insertHiddenLabel(tabs, design(Control::SSPACSOptions).accessibleName);
 }
 
 void frmPACSSettings::createList() {
@@ -110,7 +113,7 @@ void frmPACSSettings::fillLists() {
   std::vector<std::wstring> fields;
   for (const Option& field : kDictationFields) fields.emplace_back(field.text);
   accessionFields().attach(control(Control::cmpAccessionFields), control(Control::cmbContextUpdate),
-                           fields,
+                           design(Control::Label7).text, fields,
                            [this] { runCommand([this] { editor_.accessionTickClicked(); }); });
 }
 

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "support/handle_win.h"
+#include "ui/accessible_names.h"
 #include "ui/resource.h"
 #include "ui/win32/subclass.h"
 #include "ui/window_driver.h"
@@ -62,6 +63,14 @@ class ProgressWindowTest : public testing::Test {
   std::vector<UINT> messages_;
   std::chrono::steady_clock::time_point now_;
 };
+
+TEST_F(ProgressWindowTest, TheBarIsNamedByTheTextAboveIt) {
+  ProgressWindow window = makeWindow();
+  updateAfter(window, milliseconds(1001), 1);
+  const std::vector<ControlFacts> facts = factsOf(window.window(), RecordedAnnotations());
+  EXPECT_TRUE(nameProblems({facts}).empty());
+  EXPECT_EQ(accessibleName(facts, 1), L"Saving the assignments");
+}
 
 TEST_F(ProgressWindowTest, AppearsWhenTheWorkHasLastedForMoreThanASecond) {
   ProgressWindow window = makeWindow();

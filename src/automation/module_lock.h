@@ -1,0 +1,10 @@
+#pragma once
+
+namespace tlpacscfg {
+
+/// Keep the DLL loaded, and nothing else.
+void lockServer();
+void unlockServer();
+bool serverIsLocked();
+
+}  // namespace tlpacscfg
