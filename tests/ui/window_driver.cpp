@@ -152,6 +152,10 @@ namespace list_view {
 
 int rowCount(HWND list) { return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)); }
 
+int columnCount(HWND list) {
+  return static_cast<int>(SendMessageW(headerOf(list), HDM_GETITEMCOUNT, 0, 0));
+}
+
 std::wstring cell(HWND list, int row, int column) {
   std::wstring text(20000, L'\0');
   LVITEMW item{};

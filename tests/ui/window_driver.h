@@ -36,6 +36,7 @@ std::vector<std::wstring> entriesOf(HWND combo);
 
 namespace list_view {
 int rowCount(HWND list);
+int columnCount(HWND list);
 std::wstring cell(HWND list, int row, int column);
 /// The texts of a column from top to bottom.
 std::vector<std::wstring> column(HWND list, int index);

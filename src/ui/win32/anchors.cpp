@@ -9,20 +9,38 @@ SIZE clientSize(HWND window) {
   return {client.right, client.bottom};
 }
 
+RECT placeIn(HWND window, HWND control) {
+  RECT place{};
+  GetWindowRect(control, &place);
+  MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+/// The rectangle around all controls that are seen.
+RECT boundsOfControls(HWND window) {
+  RECT bounds{};
+  for (HWND control = GetWindow(window, GW_CHILD); control;
+       control = GetWindow(control, GW_HWNDNEXT)) {
+    if ((GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) == 0) continue;
+    const RECT place = placeIn(window, control);
+    UnionRect(&bounds, &bounds, &place);
+  }
+  return bounds;
+}
+
 }  // namespace
 
 void Anchors::attach(HWND window) {
   window_ = window;
-  designed_ = clientSize(window);
+  // Not the window's size: a window that can be resized is never created larger than the screen.
+  const RECT bounds = boundsOfControls(window);
+  designed_ = {bounds.right + bounds.left, bounds.bottom + bounds.top};
   controls_.clear();
 }
 
 void Anchors::add(int controlId, unsigned edges) {
   const HWND control = GetDlgItem(window_, controlId);
-  RECT place{};
-  GetWindowRect(control, &place);
-  MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
-  controls_.push_back({control, edges, place});
+  controls_.push_back({control, edges, placeIn(window_, control)});
 }
 
 void Anchors::apply() const {

@@ -11,8 +11,10 @@ class Anchors {
  public:
   enum Edges : unsigned { kLeft = 1, kTop = 2, kRight = 4, kBottom = 8 };
 
-  /// Records the window's present size as that of the template.
+  /// The controls are where the template has them, with equal margins at opposite edges.
   void attach(HWND window);
+  /// The client area that the controls need as they are.
+  SIZE designedSize() const { return designed_; }
   /// A control anchored to opposite edges grows with the window.
   void add(int controlId, unsigned edges);
   void apply() const;

@@ -4,6 +4,7 @@
 #include "support/runtime_error.h"
 #include "support/system.h"
 #include "support/text.h"
+#include "ui/win32/creation_scope.h"
 #include "ui/win32/module.h"
 
 namespace tlpacscfg::win32 {
@@ -20,7 +21,7 @@ void registerCommonControls() {
 Dialog::~Dialog() { destroy(); }
 
 void Dialog::create(int templateId, HWND parent) {
-  const ThemeScope theme;
+  const CreationScope scope;
   registerCommonControls();
   CreateDialogParamW(moduleInstance(), MAKEINTRESOURCEW(templateId), parent, &Dialog::procedure,
                      reinterpret_cast<LPARAM>(this));

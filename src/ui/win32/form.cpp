@@ -32,7 +32,9 @@ bool isTaken(MSG& message) {
   return std::any_of(forms.begin(), forms.end(), [&](Form* form) {
     const HWND window = form->window();
     const bool inside = message.hwnd == window || IsChild(window, message.hwnd);
-    return inside && (form->onKey(message) || IsDialogMessageW(window, &message));
+    if (!inside || !(form->onKey(message) || IsDialogMessageW(window, &message))) return false;
+    if (std::ranges::count(loaded().forms, form) > 0) form->onKeyHandled();
+    return true;
   });
 }
 

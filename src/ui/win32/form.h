@@ -19,6 +19,8 @@ class Form : public Dialog {
 
   /// A key for a control of the form, before the dialog keys; true if it was handled.
   virtual bool onKey(const MSG& /*message*/) { return false; }
+  /// After a key that may have moved the focus.
+  virtual void onKeyHandled() {}
 
  protected:
   void onDestroyed() override;

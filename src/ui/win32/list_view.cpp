@@ -156,7 +156,24 @@ bool ListView::answer(NMHDR& header, LRESULT& result) const {
     result = findByPrefix(reinterpret_cast<const NMLVFINDITEMW&>(header));
     return true;
   }
+  if (header.code == NM_CUSTOMDRAW) {
+    result = colour(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
+    return true;
+  }
   return false;
+}
+
+/// While the list has no focus, the control draws the selected row in the colours of buttons. With
+/// high contrast these are the colours of the other rows.
+LRESULT ListView::colour(NMLVCUSTOMDRAW& drawing) const {
+  if (GetSysColor(COLOR_BTNFACE) != GetSysColor(COLOR_WINDOW)) return CDRF_DODEFAULT;
+  if (drawing.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (drawing.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && selectedRow() == drawing.nmcd.dwItemSpec) {
+    drawing.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED);
+    drawing.clrText = GetSysColor(COLOR_HIGHLIGHTTEXT);
+    drawing.clrTextBk = GetSysColor(COLOR_HIGHLIGHT);
+  }
+  return CDRF_DODEFAULT;
 }
 
 std::optional<LRESULT> ListView::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {

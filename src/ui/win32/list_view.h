@@ -56,6 +56,7 @@ class ListView {
 
   std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
   std::optional<LRESULT> onHeader(const NMHEADERW& change);
+  LRESULT colour(NMLVCUSTOMDRAW& drawing) const;
   LRESULT keepSelection(UINT message, WPARAM wParam, LPARAM lParam);
   bool isBesideRows(LPARAM place) const;
   void stretch();

@@ -276,5 +276,48 @@ TEST_F(ListViewTest, TheUsersColumnWidthsSurviveAResize) {
   EXPECT_EQ(list_.columnWidth(2), 240);
 }
 
+/// The colours of the system, of which some are replaced until the end of the test.
+class SystemColours {
+ public:
+  SystemColours() {
+    for (std::size_t i = 0; i < kPlaces.size(); ++i) before_[i] = GetSysColor(kPlaces[i]);
+  }
+  ~SystemColours() { set(before_); }
+  SystemColours(const SystemColours&) = delete;
+  SystemColours& operator=(const SystemColours&) = delete;
+
+  static constexpr std::array<int, 4> kPlaces = {COLOR_WINDOW, COLOR_BTNFACE, COLOR_HIGHLIGHT,
+                                                 COLOR_HIGHLIGHTTEXT};
+  static void set(const std::array<COLORREF, 4>& colours) {
+    SetSysColors(static_cast<int>(kPlaces.size()), kPlaces.data(), colours.data());
+  }
+
+ private:
+  std::array<COLORREF, 4> before_{};
+};
+
+TEST_F(ListViewTest, TheSelectedRowIsSeenInHighContrastToo) {
+  constexpr COLORREF kBlack = RGB(0, 0, 0);
+  constexpr COLORREF kBright = RGB(26, 235, 255);
+  const SystemColours colours;
+  colours.set({kBlack, kBlack, kBright, kBlack});
+  SendMessageW(control_, WM_SYSCOLORCHANGE, 0, 0);
+  ListView_SetBkColor(control_, kBlack);
+  ListView_SetTextBkColor(control_, kBlack);
+  list_.select(1);
+  SetFocus(nullptr);
+  const auto colourOfRow = [this](int row) {
+    RECT place{};
+    ListView_GetItemRect(control_, row, &place, LVIR_BOUNDS);
+    RedrawWindow(control_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+    const HDC dc = GetDC(control_);
+    const COLORREF colour = GetPixel(dc, place.right - 10, (place.top + place.bottom) / 2);
+    ReleaseDC(control_, dc);
+    return colour;
+  };
+  EXPECT_EQ(colourOfRow(0), kBlack);
+  EXPECT_EQ(colourOfRow(1), kBright);
+}
+
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -11,6 +11,7 @@
 #include "ui/settings/view/settings_page.h"
 #include "ui/win32/form.h"
 #include "ui/win32/list_view.h"
+#include "ui/win32/scroll_area.h"
 #include "ui/win32/tooltips.h"
 
 namespace tlpacscfg {
@@ -43,6 +44,7 @@ class frmPACSSettings : public win32::Form {
   bool mayLeave();
 
   bool onKey(const MSG& message) override;
+  void onKeyHandled() override { scrolling_.reveal(GetFocus()); }
 
  private:
   void onInit() override;
@@ -90,6 +92,7 @@ class frmPACSSettings : public win32::Form {
   std::size_t page_ = 0;
   win32::ListView configurations_;
   win32::Tooltips tooltips_;
+  win32::ScrollArea scrolling_;
 
   /// The state shown by the controls, so that only differences are applied.
   SettingsForm shown_;

@@ -55,6 +55,7 @@ void frmPACSSettings::onInit() {
   createList();
   fillLists();
   setTooltips();
+  scrolling_.attach(window());
 }
 
 void frmPACSSettings::createPages() {
@@ -226,6 +227,7 @@ void frmPACSSettings::presentFocus() {
 /// Like the Tab key: selects the text of a field and resets the default button.
 void frmPACSSettings::moveFocus(HWND target) const {
   SendMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
+  scrolling_.reveal(target);
 }
 
 void frmPACSSettings::showPage(std::size_t index) {

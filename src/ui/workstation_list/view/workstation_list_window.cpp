@@ -105,16 +105,17 @@ void frmPACSList::fitToDesignedRows() {
 
   RECT frame{};
   GetWindowRect(window(), &frame);
-  const int wider = static_cast<int>(wanted.cx - (now.right - now.left));
-  const int higher = static_cast<int>(wanted.cy - (now.bottom - now.top));
+  RECT client{};
+  GetClientRect(window(), &client);
+  const SIZE designed = anchors_.designedSize();
   RECT workArea{};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &workArea, 0);
-  const int width = std::min(static_cast<int>(frame.right - frame.left) + wider,
-                             static_cast<int>(workArea.right - workArea.left));
-  const int height = std::min(static_cast<int>(frame.bottom - frame.top) + higher,
-                              static_cast<int>(workArea.bottom - workArea.top));
-  const int left = workArea.left + (workArea.right - workArea.left - width) / 2;
-  const int top = workArea.top + (workArea.bottom - workArea.top - height) / 2;
+  const LONG wider = designed.cx - client.right + wanted.cx - (now.right - now.left);
+  const LONG higher = designed.cy - client.bottom + wanted.cy - (now.bottom - now.top);
+  const LONG width = std::min(frame.right - frame.left + wider, workArea.right - workArea.left);
+  const LONG height = std::min(frame.bottom - frame.top + higher, workArea.bottom - workArea.top);
+  const LONG left = workArea.left + (workArea.right - workArea.left - width) / 2;
+  const LONG top = workArea.top + (workArea.bottom - workArea.top - height) / 2;
   SetWindowPos(window(), nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
   minSize_ = {width * 2 / 3, height / 3};
   list_.stretchColumn(WorkstationRows::kRequestFile,

@@ -5,6 +5,7 @@
 
 #include "harness/scratch.h"
 #include "support/text.h"
+#include "ui/layout.h"
 #include "ui/settings/values/settings_expected.h"
 #include "ui/settings/view/settings_fixture.h"
 
@@ -78,62 +79,6 @@ class SettingsControlsTest : public SettingsTest {
       if (text.front() != L'\0') break;
     }
     return text.c_str();
-  }
-
-  static RECT placeOf(HWND control) {
-    RECT place{};
-    GetWindowRect(control, &place);
-    return place;
-  }
-
-  static bool contains(const RECT& outer, const RECT& inner) {
-    return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
-           inner.bottom <= outer.bottom;
-  }
-
-  static bool overlap(HWND first, HWND second) {
-    const RECT a = placeOf(first);
-    const RECT b = placeOf(second);
-    RECT common{};
-    return IntersectRect(&common, &a, &b) != FALSE;
-  }
-
-  /// The size of the control's text on the screen when wrapped to the width.
-  static SIZE textSize(HWND control, const std::wstring& text, LONG width) {
-    const HDC screen = GetDC(nullptr);
-    const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0));
-    const HGDIOBJ previous = SelectObject(screen, font);
-    RECT place{0, 0, width, 0};
-    DrawTextW(screen, text.c_str(), -1, &place, DT_CALCRECT | DT_WORDBREAK);
-    SelectObject(screen, previous);
-    ReleaseDC(nullptr, screen);
-    return {place.right, place.bottom};
-  }
-
-  static void expectTextFits(HWND window, const ControlDesign& each) {
-    const HWND control = controlOf(window, idOf(each.control));
-    const RECT place = placeOf(control);
-    LONG width = place.right - place.left;
-    const LONG height = place.bottom - place.top;
-    if (each.kind == Kind::Check || each.kind == Kind::Option) {
-      width -= GetSystemMetrics(SM_CXMENUCHECK) + 6;
-    }
-    if (each.kind == Kind::List) {
-      width -= GetSystemMetrics(SM_CXVSCROLL) + 8;
-      for (const std::wstring& entry : entriesOf(control)) {
-        EXPECT_LE(textSize(control, entry, 10000).cx, width)
-            << toUtf8(each.name) << ": " << toUtf8(entry);
-      }
-      return;
-    }
-    const SIZE size = textSize(control, textOf(control), width);
-    EXPECT_LE(size.cx, width) << toUtf8(each.name);
-    EXPECT_LE(size.cy, height + 1) << toUtf8(each.name);
-  }
-
-  static bool holdsText(Kind kind) {
-    return kind != Kind::Tabs && kind != Kind::ListView && kind != Kind::Panel &&
-           kind != Kind::TickList && kind != Kind::Text;
   }
 };
 
@@ -309,35 +254,6 @@ TEST_F(SettingsControlsTest, TheTabStopOfAGroupFollowsTheOptionThatIsClicked) {
     turnTo(window, 2);
     turnTo(window, 1);
     expectStopAt(Control::radLogonMapCorvane_2);
-  });
-}
-
-TEST_F(SettingsControlsTest, NothingIsClippedAndNothingOverlapsInAnyResponseType) {
-  makePrompts({L"a.xml"});
-  addConsistent(1, L"Default", L"pacs_type = 7, bidirectional = 1, string1 = 'a.xml'");
-  edit([](HWND window) {
-    for (int type = 0; type < 3; ++type) {
-      pick(window, Control::cmbResponseType, type);
-      waitUntil([&] { return visible(window, Control::txtApplicableFields) == (type > 0); },
-                "the rules are applied");
-      std::vector<std::pair<const ControlDesign*, HWND>> shown;
-      for (const ControlDesign& each : controls()) {
-        const HWND control = controlOf(window, idOf(each.control));
-        const bool visible = (GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0;
-        if (visible) shown.emplace_back(&each, control);
-      }
-      for (const auto& [each, control] : shown) {
-        if (holdsText(each->kind)) expectTextFits(window, *each);
-        EXPECT_TRUE(contains(placeOf(GetParent(control)), placeOf(control))) << toUtf8(each->name);
-        for (const auto& [other, neighbour] : shown) {
-          const bool compared = other->page == each->page && other->control > each->control &&
-                                each->kind != Kind::Panel && other->kind != Kind::Panel;
-          if (!compared) continue;
-          EXPECT_FALSE(overlap(control, neighbour))
-              << toUtf8(each->name) << " and " << toUtf8(other->name);
-        }
-      }
-    }
   });
 }
 

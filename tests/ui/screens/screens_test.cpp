@@ -1,0 +1,143 @@
+#include <gmock/gmock.h>
+
+#include "support/text.h"
+#include "ui/layout.h"
+#include "ui/settings/view/settings_fixture.h"
+
+/// What is seen of the windows at the resolution and on the screen that the program finds; also run
+/// at others and in other languages of the system (on-screen).
+namespace tlpacscfg::test {
+namespace {
+
+using enum Control;
+using ::testing::IsEmpty;
+
+constexpr int kTabs = 5;
+
+bool isBroker(int format) { return format == 4 || format == 5; }
+bool usesFile(int format) { return format == 7 || format == 9; }
+
+RECT workArea() {
+  RECT area{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+  return area;
+}
+
+RECT clientOf(HWND window) {
+  RECT client{};
+  GetClientRect(window, &client);
+  MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
+  return client;
+}
+
+class ScreensTest : public SettingsTest {
+ protected:
+  void makeFullSite() {
+    makePrompts({L"a.xml"});
+    addConsistent(1, L"Default", L"bidirectional = 1, string1 = 'a.xml'");
+    addWorkstation(kComputer);
+    assign(kComputer, L"'1'");
+  }
+
+  static HWND pageOf(HWND window, int tab) {
+    constexpr Control kOnPages[] = {txtPort, cmbRequestPassword, cmbResponseType, Label4, Label9};
+    return GetParent(control(window, kOnPages[tab]));
+  }
+
+  static void expectPages(HWND window, const std::string& state) {
+    for (int tab = 0; tab < kTabs; ++tab) {
+      EXPECT_THAT(layoutProblems(pageOf(window, tab)), IsEmpty()) << "tab " << tab << ", " << state;
+    }
+  }
+};
+
+TEST_F(ScreensTest, NothingIsClippedOrCoveredInAnyFormat) {
+  makeFullSite();
+  edit([](HWND window) {
+    EXPECT_THAT(layoutProblemsOfScrolled(window), IsEmpty());
+    for (const int format : {0, 1, 2, 3, 9, 7, 4, 5, 8}) {
+      pickCode(window, cmbVendorType, static_cast<std::int16_t>(format));
+      waitUntil(
+          [&] {
+            return enabled(window, cmbStartPACS) != isBroker(format) &&
+                   visible(window, cmbXMLConfugrationFile) == usesFile(format);
+          },
+          "the rules of the format are applied");
+      expectPages(window, "format " + std::to_string(format));
+    }
+  });
+}
+
+TEST_F(ScreensTest, NothingIsClippedOrCoveredInAnyResponseType) {
+  makeFullSite();
+  edit([](HWND window) {
+    for (int type = 0; type < 3; ++type) {
+      pick(window, cmbResponseType, type);
+      waitUntil([&] { return visible(window, txtApplicableFields) == (type > 0); },
+                "the rules of the type are applied");
+      expectPages(window, "response type " + std::to_string(type));
+    }
+    press(window, chkResponseEnabled);
+    waitUntil([&] { return !enabled(window, cmbResponseType); }, "responses are off");
+    expectPages(window, "without responses");
+  });
+}
+
+TEST_F(ScreensTest, EveryWindowIsWithinTheScreen) {
+  makeFullSite();
+  initialise();
+  showWhile([](HWND list) {
+    EXPECT_THAT(layoutProblems(list), IsEmpty());
+    EXPECT_TRUE(contains(workArea(), placeOf(list)));
+    const HWND settings = openSettings(list);
+    EXPECT_TRUE(contains(workArea(), placeOf(settings)));
+    closeSettings(settings);
+    click(list, IDC_frmPACSList_cmdEditWorkstation);
+    const HWND assignment = windowNamed(L"Workstation Setting");
+    EXPECT_THAT(layoutProblems(assignment), IsEmpty());
+    EXPECT_TRUE(contains(workArea(), placeOf(assignment)));
+    click(list, IDC_frmPACSList_btnOk);
+  });
+}
+
+TEST_F(ScreensTest, TheControlWithTheFocusIsAlwaysSeen) {
+  makeFullSite();
+  edit([](HWND window) {
+    for (int tab = 0; tab < kTabs; ++tab) {
+      turnTo(window, tab);
+      const HWND first = focusOf(window);
+      int steps = 0;
+      do {
+        const HWND before = focusOf(window);
+        pressKey(window, VK_TAB);
+        waitUntil([&] { return focusOf(window) != before; }, "the focus moves");
+        const HWND focus = focusOf(window);
+        // The list and the tabs are larger than a small screen.
+        if (GetParent(focus) == window && GetDlgCtrlID(focus) >= idOf(SSPACSOptions)) continue;
+        if (focus == rows(window)) continue;
+        waitUntil([&] { return contains(clientOf(window), placeOf(focus)); },
+                  "control " + std::to_string(GetDlgCtrlID(focus)) + " is seen");
+      } while (focusOf(window) != first && ++steps < 100);
+    }
+  });
+}
+
+TEST_F(ScreensTest, TheWindowsAreNotMirroredAndKeepTheirEnglishTexts) {
+  makeFullSite();
+  SetProcessDefaultLayout(LAYOUT_RTL);
+  edit([](HWND window) {
+    for (const HWND each : {window, pageOf(window, 0), control(window, txtPort)}) {
+      EXPECT_EQ(GetWindowLongW(each, GWL_EXSTYLE) & WS_EX_LAYOUTRTL, 0);
+    }
+    EXPECT_EQ(text(window, btnSave), L"&Save");
+    EXPECT_EQ(text(window, lblConfig), L"Integration Configurations");
+    EXPECT_LT(placeOf(control(window, labPort)).left, placeOf(control(window, txtPort)).left);
+  });
+  DWORD layout = 0;
+  GetProcessDefaultLayout(&layout);
+  EXPECT_EQ(layout, static_cast<DWORD>(LAYOUT_RTL));
+  SetProcessDefaultLayout(0);
+}
+
+}  // namespace
+}  // namespace tlpacscfg::test
