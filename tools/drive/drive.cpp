@@ -7,6 +7,8 @@
 //   drive press TITLE ok|cancel|yes|no answers a message box
 //   drive choose TITLE ID POSITION     chooses an entry of a drop-down list
 //   drive choose-code TITLE ID CODE    the same by the entry's item data
+//   drive open TITLE ID                opens a drop-down list
+//   drive close-list TITLE ID          closes it
 //   drive type TITLE ID TEXT           replaces the text of a field
 //   drive text TITLE ID                prints it
 //   drive tab TITLE ID POSITION        selects a tab
@@ -187,6 +189,8 @@ const std::map<std::wstring, Step> kSteps = {
     {L"press", {2, &press}},
     {L"choose", {3, &choose}},
     {L"choose-code", {3, &chooseCode}},
+    {L"open", {2, [](Arguments a) { tell(controlIn(a), CB_SHOWDROPDOWN, TRUE); }}},
+    {L"close-list", {2, [](Arguments a) { tell(controlIn(a), CB_SHOWDROPDOWN, FALSE); }}},
     {L"type", {3, &type}},
     {L"text", {2, [](Arguments a) { print(textOf(controlIn(a))); }}},
     {L"tab",
@@ -217,6 +221,8 @@ int run(Arguments arguments) {
 }  // namespace drive
 
 int wmain(int argc, wchar_t** argv) {
+  // Places are in pixels of the screen.
+  SetProcessDPIAware();
   _setmode(_fileno(stdout), _O_U8TEXT);
   const std::vector<std::wstring> arguments(argv + 1, argv + argc);
   try {
