@@ -6,6 +6,7 @@
 #include <chrono>
 #include <thread>
 
+#include "harness/machine.h"
 #include "harness/scratch.h"
 #include "support/text.h"
 
@@ -74,7 +75,7 @@ bool handleWindowDuring(const std::function<void()>& work,
 
 }  // namespace
 
-std::wstring componentPath() { return platformPath(TL_COMPONENT); }
+std::wstring componentPath() { return platformPath(ofMachine("TL_COMPONENT", TL_COMPONENT)); }
 
 HostThread::HostThread() : component_(LoadLibraryW(componentPath().c_str())) {
   EXPECT_NE(component_, nullptr) << "error " << GetLastError();

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "com/com_fixture.h"
+#include "harness/machine.h"
 #include "support/secret.h"
 
 namespace tlpacscfg::test {
@@ -147,6 +148,7 @@ TEST_F(PasswordTest, ARefusedOneLeavesTheOldOne) {
 class LastObjectTest : public ComTest {};
 
 TEST_F(LastObjectTest, NothingOfThePasswordIsLeftWhenTheLastObjectHasGone) {
+  needDriver(sqliteDriver());
   {
     const HostObject config = HostObject::create(kConfig);
     config.put(L"SQLDSN", L"TlTestSite");

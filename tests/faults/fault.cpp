@@ -3,16 +3,26 @@
 #include <filesystem>
 #include <utility>
 
+#include "harness/machine.h"
 #include "harness/scratch.h"
 #include "support/runtime_error.h"
+#include "support/text.h"
 
 namespace tlpacscfg::test {
 namespace {
 
-std::filesystem::path siteFile() { return platformPath(scratchUnixPath("../site.db")); }
-std::filesystem::path movedFile() { return platformPath(scratchUnixPath("../site.db.gone")); }
+std::wstring movedFile() { return siteFile() + L".gone"; }
+
+/// Paths in the wide characters of Linux are not the system's own.
+void move(const std::wstring& from, const std::wstring& to) {
+  std::filesystem::rename(toUtf16(from), toUtf16(to));
+}
 
 }  // namespace
+
+bool isPossible(Fault fault) {
+  return !onWindows() || (fault != Fault::FileGone && fault != Fault::LogDiskFull);
+}
 
 const char* nameOf(Fault fault) {
   switch (fault) {
@@ -60,7 +70,7 @@ void DatabaseFault::begin(Fault fault, const std::shared_ptr<odbc::Connection>& 
       connection_->query(L"PRAGMA query_only = 1");
       return;
     case Fault::FileGone:
-      return std::filesystem::rename(siteFile(), movedFile());
+      return move(siteFile(), movedFile());
     default:
       throw std::invalid_argument(nameOf(fault));
   }
@@ -71,7 +81,7 @@ void DatabaseFault::end() {
   locker_.reset();
   const auto connection = std::exchange(connection_, nullptr);
   const Fault fault = std::exchange(fault_, Fault::None);
-  if (fault == Fault::FileGone) std::filesystem::rename(movedFile(), siteFile());
+  if (fault == Fault::FileGone) move(movedFile(), siteFile());
   if (!connection || connection->isLost()) return;
   if (fault == Fault::ReadOnly) connection->query(L"PRAGMA query_only = 0");
   if (fault == Fault::DiskFull) connection->query(L"PRAGMA max_page_count = 1000000");

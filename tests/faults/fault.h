@@ -11,7 +11,7 @@ namespace tlpacscfg::test {
 enum class Fault {
   None,
   LogUnwritable,
-  LogDiskFull,    ///< Only where there is a /dev/full.
+  LogDiskFull,    ///< Needs /dev/full.
   Refused,        ///< The database refuses one row or one call.
   Unreadable,     ///< The database fails at one row that is read.
   BadValue,       ///< One row holds a value that does not convert.
@@ -20,8 +20,11 @@ enum class Fault {
   CommitLocked,   ///< Another connection reads, which blocks a commit and nothing before it.
   DiskFull,
   ReadOnly,
-  FileGone,
+  FileGone,  ///< Needs a system that moves a file in use.
 };
+
+/// False for what Windows does not let happen. Expected on Wine only.
+bool isPossible(Fault fault);
 
 const char* nameOf(Fault fault);
 

@@ -6,6 +6,7 @@
 #include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
+#include "harness/machine.h"
 #include "harness/scratch.h"
 #include "log/log_support.h"
 #include "support/list_view_sort.h"
@@ -99,6 +100,7 @@ std::string CoreTest::errorBlock(const std::wstring& message) {
 }
 
 SiteTest::SiteTest() {
+  needDriver(sqliteDriver());
   // The data source expects the database beside the test's directory.
   std::vector<std::wstring> statements;
   for (const std::vector<std::optional<std::wstring>>& row :
@@ -109,7 +111,7 @@ SiteTest::SiteTest() {
     statements.push_back(std::move(statement));
   }
   site.runAll(statements);
-  registerDataSource(L"TlTestSite", L"site");
+  registerDataSource(L"TlTestSite", siteFile());
   config.SQLDSN = L"TlTestSite";
   config.User_ID = 4711;
 }

@@ -5,6 +5,7 @@
 
 #include "data/direct_connections.h"
 #include "data/mod_main.h"
+#include "harness/machine.h"
 #include "harness/scratch.h"
 #include "support/text.h"
 
@@ -36,6 +37,7 @@ std::vector<std::optional<std::string>> cellsOf(const std::string& line) {
 }  // namespace
 
 OfflineTest::OfflineTest() : fixture(readBytes(sourcePath("demo/stand-alone/SYSTEM.MDB"))) {
+  needDriver(L"Microsoft Access Driver (*.mdb)");
   modMain.g_blnUseOfflineDB = true;
   setLocalTaloraDirectory(scratchPath(L"local"));
   install(fixture);

@@ -24,7 +24,7 @@ class RegistryKey {
   static std::wstring freshPath() {
     // A test's own directory has a name that no other running test has.
     const std::string scratch = std::getenv("TL_SCRATCH");
-    const std::string name = scratch.substr(scratch.find_last_of('/') + 1);
+    const std::string name = scratch.substr(scratch.find_last_of("/\\") + 1);
     return L"SOFTWARE\\TlTest-" + std::wstring(name.begin(), name.end());
   }
 

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "harness/machine.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {
@@ -24,13 +25,13 @@ std::filesystem::path asPath(const std::wstring& path) { return toUtf16(path); }
 
 }  // namespace
 
-std::wstring platformPath(const std::string& unixPath) {
-  std::wstring path = fromUtf8(unixPath);
+std::wstring platformPath(const std::string& path) {
+  std::wstring platform = fromUtf8(path);
 #ifdef _WIN32
-  std::replace(path.begin(), path.end(), L'/', L'\\');
-  path.insert(0, L"Z:");
+  if (platform.starts_with(L'/')) platform.insert(0, L"Z:");
+  std::replace(platform.begin(), platform.end(), L'/', L'\\');
 #endif
-  return path;
+  return platform;
 }
 
 std::string scratchUnixPath(const std::string& name) { return directory() + "/" + name; }
@@ -44,6 +45,8 @@ void freshScratch() {
   std::filesystem::remove_all(path);
   std::filesystem::create_directory(path);
 }
+
+std::wstring siteFile() { return scratchPath(L"../site.db"); }
 
 bool fileExists(const std::wstring& path) { return std::filesystem::exists(asPath(path)); }
 
@@ -63,7 +66,7 @@ void writeBytes(const std::wstring& path, const std::string& bytes) {
 void makeDirectory(const std::wstring& path) { std::filesystem::create_directories(asPath(path)); }
 
 std::wstring sourcePath(const std::string& name) {
-  return platformPath(std::string(TL_SOURCE_DIR) + "/" + name);
+  return platformPath(ofMachine("TL_SOURCE_DIR", TL_SOURCE_DIR) + "/" + name);
 }
 
 }  // namespace tlpacscfg::test

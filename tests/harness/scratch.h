@@ -9,11 +9,14 @@ namespace tlpacscfg::test {
 std::wstring scratchPath(const std::wstring& name);
 void freshScratch();
 
-/// A path of the Unix file system as this program names it.
-std::wstring platformPath(const std::string& unixPath);
+/// A path of the Unix file system as this program names it; a path of Windows stays as it is.
+std::wstring platformPath(const std::string& path);
 
 /// The path of a scratch file as Unix programs name it, ODBC drivers among them.
 std::string scratchUnixPath(const std::string& name);
+
+/// The SQLite database of the data source TlTestSite.
+std::wstring siteFile();
 
 bool fileExists(const std::wstring& path);
 /// Fails the test when the file cannot be read.

@@ -1,6 +1,7 @@
 #include "faults/commands/sqlite_command_fixture.h"
 
 #include "data/direct_connections.h"
+#include "harness/scratch.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {
@@ -36,7 +37,7 @@ std::vector<int> callsOf(Command command) {
 }
 
 SqliteCommandTest::SqliteCommandTest() {
-  registerDataSource(L"TlImpatientSite", L"site");
+  registerDataSource(L"TlImpatientSite", siteFile());
   config.SQLDSN = L"TlImpatientSite";
 }
 

@@ -10,7 +10,7 @@
 namespace tlpacscfg::test {
 
 Scenario::Scenario() {
-  registerDataSource(L"TlImpatientSite", L"site");
+  registerDataSource(L"TlImpatientSite", siteFile());
   config.SQLDSN = L"TlImpatientSite";
   makeDirectory(scratchPath(L"directory"));
   // The component asks for the time just before it writes a line of its log.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "data/tl_comm_client.h"
+#include "harness/machine.h"
 #include "harness/scratch.h"
 #include "log/log_support.h"
 #include "support/handle_win.h"
@@ -20,9 +21,10 @@ void deleteSettings() { RegDeleteTreeW(HKEY_CURRENT_USER, kKey); }
 
 }  // namespace
 
+std::wstring clientPath() { return platformPath(ofMachine("TL_CLIENT_DLL", TL_CLIENT_DLL)); }
+
 void registerServer(const char* entryPoint) {
-  const UniqueHandle<HMODULE, FreeLibrary> module(
-      LoadLibraryW(platformPath(TL_CLIENT_DLL).c_str()));
+  const UniqueHandle<HMODULE, FreeLibrary> module(LoadLibraryW(clientPath().c_str()));
   if (!module) throw std::runtime_error("TlCommClient.dll cannot be loaded");
   const FARPROC function = GetProcAddress(module.get(), entryPoint);
   if (function == nullptr) throw std::runtime_error(std::string(entryPoint) + " is missing");

@@ -52,6 +52,8 @@ class ServiceClientTest : public ClientTest {
   void connectClient();
 };
 
+/// The client's DLL.
+std::wstring clientPath();
 /// Calls an entry point of the client's DLL as regsvr32 does.
 void registerServer(const char* entryPoint);
 

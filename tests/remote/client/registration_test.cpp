@@ -1,5 +1,4 @@
 #include "data/tl_comm_client.h"
-#include "harness/scratch.h"
 #include "remote/client/client_fixture.h"
 #include "support/handle_win.h"
 #include "support/registry.h"
@@ -28,15 +27,15 @@ class RegistrationTest : public ClientTest {
  protected:
   ~RegistrationTest() override { registerServer("DllRegisterServer"); }
 
-  const std::wstring library = platformPath(TL_CLIENT_DLL);
+  const std::wstring library = clientPath();
   static constexpr const wchar_t* kClass =
       L"SOFTWARE\\Classes\\CLSID\\{40414A13-F055-4316-AF2D-8813F074449E}";
   static constexpr const wchar_t* kProgId = L"SOFTWARE\\Classes\\TlCommClient.clsTlCommClient";
 };
 
 TEST_F(RegistrationTest, Regsvr32RegistersAnApartmentThreadedClass) {
-  ASSERT_EQ(regsvr32(L"/s /u " + library), 0U);
-  ASSERT_EQ(regsvr32(L"/s " + library), 0U);
+  ASSERT_EQ(regsvr32(L"/s /u \"" + library + L"\""), 0U);
+  ASSERT_EQ(regsvr32(L"/s \"" + library + L"\""), 0U);
   const auto value = [](const std::wstring& key, const wchar_t* name) {
     return ReadRegString(registry::Root::LocalMachine, key, name);
   };
@@ -48,7 +47,7 @@ TEST_F(RegistrationTest, Regsvr32RegistersAnApartmentThreadedClass) {
 }
 
 TEST_F(RegistrationTest, AnUnregisteredClientIsNotConnected) {
-  ASSERT_EQ(regsvr32(L"/s /u " + library), 0U);
+  ASSERT_EQ(regsvr32(L"/s /u \"" + library + L"\""), 0U);
   EXPECT_FALSE(registry::keyExists(registry::Root::LocalMachine, kClass));
   EXPECT_FALSE(registry::keyExists(registry::Root::LocalMachine, kProgId));
   config.TlCommClientHostIP = L"127.0.0.1";

@@ -7,6 +7,7 @@
 #include "remote/harness/wine_service.h"
 #include "support/text.h"
 #include "support/handle_win.h"
+#include "harness/machine.h"
 #include "harness/scratch.h"
 
 namespace tlpacscfg::test {
@@ -41,6 +42,7 @@ void runUnixProgram(const std::string& commandLine) {
 }
 
 WineService::WineService(std::string name) : name_(std::move(name)) {
+  if (std::getenv("TLCOMMD") == nullptr) leaveOut("the data service runs on Linux only");
   makeDirectory(promptPath(L""));
   writeBytes(platformPath(servicesDirectory() + "token"), toUtf8(kToken) + "\n");
   writeBytes(platformPath(servicesDirectory() + "conf"), configuration());
