@@ -2,6 +2,7 @@
 
 #include "com/com_fixture.h"
 #include "com/expected_members.h"
+#include "harness/scratch.h"
 #include "support/text.h"
 
 namespace tlpacscfg::test {
@@ -99,6 +100,19 @@ TEST_F(RegistrationTest, ObjectsOfTheOtherClassesAreNotRegistered) {
   EXPECT_EQ(classesValue(std::wstring(L"CLSID\\") + expectedClass(L"colWorkstation").classId),
             L"<missing>");
   EXPECT_EQ(classesValue(L"TLPACSCFG.colWorkstation\\CLSID"), L"<missing>");
+}
+
+TEST(ManifestTest, HostsWithoutRegistrationFindTheSameClasses) {
+  const std::wstring manifest =
+      fromUtf8(readBytes(sourcePath("apps/registration_free/TLPACSCFG.manifest")));
+  for (const auto& [progId, id] : {std::pair{kConfig, kConfigId}, {kRegistry, kRegistryId}}) {
+    EXPECT_NE(
+        manifest.find(std::wstring(L"<comClass clsid=\"") + id + L"\" progid=\"" + progId + L"\""),
+        manifest.npos)
+        << toUtf8(progId);
+  }
+  EXPECT_NE(manifest.find(std::wstring(L"<typelib tlbid=\"") + kLibraryId + L"\" version=\"1.0\""),
+            manifest.npos);
 }
 
 TEST_F(RegistrationTest, RegisteringTwiceIsLikeOnce) {

@@ -68,7 +68,7 @@ std::vector<int> requestsAt(Command command) {
 /// has a fault after the commit or at the end of a deletion's first step, which writes nothing. If
 /// the server refuses the isolation level, nothing is written: rows could change after they were
 /// read.
-const ChartRow<WireFault> kFaultRows[] = {
+const ChartRow<WireFault> kWireFaults[] = {
     {Command::SaveNew, WireFault::HangUpBefore, "DUUUUUUUUDD"},
     {Command::SaveNew, WireFault::HangUpAfter, "DUUUUUUUCDD"},
     {Command::SaveNew, WireFault::HangUpInside, "UUUUUUUUDDD"},
@@ -203,7 +203,7 @@ TEST_P(WireCommandFaultTest, TheSiteIsOldOrNewAndTheSameCommandSucceedsAfterward
   });
 }
 
-TL_FOR_EACH(WireCommandFaultTest, kFaultRows);
+TL_FOR_EACH(WireCommandFaultTest, kWireFaults);
 
 class WireRivalTest : public WireCommandTest,
                       public ::testing::WithParamInterface<ChartRow<Rival>> {};

@@ -41,7 +41,7 @@ constexpr char kPart = 'P';      ///< An error; some batches are stored; the edi
 /// A call that throws ends as one that is refused. A query is four calls, a statement is one. What
 /// was executed and cannot be read back counts as done, but for assignments, which are sent again;
 /// a mark that fails is only logged.
-const ChartRow<CallFault> kFaultRows[] = {
+const ChartRow<CallFault> kRemoteFaults[] = {
     {Command::SaveNew, CallFault::Refused, "UUUUUUUUUDDDDM"},
     {Command::SaveNew, CallFault::Throws, "UUUUUUUUUDDDDM"},
     {Command::SaveNew, CallFault::AnswerLost, "UUUUUUUUSDDDDD"},
@@ -181,7 +181,7 @@ TEST_P(RemoteFaultTest, WhatWasConfirmedStaysAndTheSameCommandSucceedsAfterwards
   EXPECT_FALSE(giveWith(fault, static_cast<int>(steps.size()) + 1)) << "There are more calls.";
 }
 
-TL_FOR_EACH(RemoteFaultTest, kFaultRows);
+TL_FOR_EACH(RemoteFaultTest, kRemoteFaults);
 
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -16,7 +16,7 @@ namespace {
 /// The fault lasts from the call on, but a refusal is of that call alone. Nobody can lock what the
 /// command has read already, and nobody's lock on writing matters once it has written. A refusal
 /// does no harm where the command only asks whether the connection still answers.
-const ChartRow<Fault> kFaultRows[] = {
+const ChartRow<Fault> kSqliteFaults[] = {
     {Command::SaveNew, Fault::Refused, "DUUUUUU"},
     {Command::SaveNew, Fault::Locked, "UUUDDDD"},
     {Command::SaveNew, Fault::WritingLocked, "UUUUDDD"},
@@ -64,7 +64,7 @@ TEST_P(SqliteFaultTest, TheSiteIsOldOrNewAndTheSameCommandSucceedsAfterwards) {
   });
 }
 
-TL_FOR_EACH(SqliteFaultTest, kFaultRows);
+TL_FOR_EACH(SqliteFaultTest, kSqliteFaults);
 
 class SqliteRivalTest : public SqliteCommandTest,
                         public ::testing::WithParamInterface<ChartRow<Rival>> {
