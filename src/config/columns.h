@@ -35,6 +35,9 @@ struct Column {
   const wchar_t* updateSeparator;
   Source onInsert = Source::Record;
   Source onUpdate = Source::Record;
+
+  /// Whether the user enters the value, unlike the number and the last change.
+  bool isContent() const { return loadPosition != 0 && onUpdate == Source::Record; }
 };
 
 /// In the order of the table.

@@ -24,11 +24,6 @@ std::wstring fieldDescription(const std::wstring& name, const std::wstring& reas
   return std::wstring(saved ? L"" : L"Nothing was saved. ") + L"Field '" + name + L"': " + reason;
 }
 
-/// Whether the user enters the column's value, unlike the last change.
-bool isContent(const Column& column) {
-  return column.loadPosition != 0 && column.onUpdate == Source::Record;
-}
-
 bool sameText(std::wstring_view first, std::wstring_view second) {
   return trimTrailingBlanks(first) == trimTrailingBlanks(second);
 }
@@ -165,17 +160,10 @@ Configuration readBack(SiteCommand& command, std::int16_t configID) {
 
 /// Sends the record's statement and compares the row that it wrote.
 void write(SiteCommand& command, clsPACSConfiguration& record) {
-  const bool inserts = record.ExistingConfig == kFalse;
   command.execute(record.savingStatement());
   const Configuration stored = readBack(command, record.configID);
   if (stored) {
-    for (const Column& column : columns()) {
-      const Source source = inserts ? column.onInsert : column.onUpdate;
-      const FieldValue value = valueOf(*stored, column.field);
-      auto reason = difference(column, source, record, value);
-      if (!reason) continue;
-      throw FieldError(column, std::move(*reason), command.isTransaction() ? nullptr : stored);
-    }
+    requireStoredAsSent(command, record, stored);
     record.LastUpdateUserID = stored->LastUpdateUserID;
     record.LastUpdateDate = stored->LastUpdateDate;
   }
@@ -219,9 +207,20 @@ Configuration storedConfiguration(SiteCommand& command, std::int16_t configID) {
 
 bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& stored) {
   return std::ranges::all_of(columns(), [&](const Column& column) {
-    return !isContent(column) ||
+    return !column.isContent() ||
            isValueStoredAs(column, valueOf(known, column.field), valueOf(stored, column.field));
   });
+}
+
+void requireStoredAsSent(const SiteCommand& command, const clsPACSConfiguration& sent,
+                         const Configuration& stored) {
+  const bool inserts = sent.ExistingConfig == kFalse;
+  for (const Column& column : columns()) {
+    const Source source = inserts ? column.onInsert : column.onUpdate;
+    auto reason = difference(column, source, sent, valueOf(*stored, column.field));
+    if (!reason) continue;
+    throw FieldError(column, std::move(*reason), command.isTransaction() ? nullptr : stored);
+  }
 }
 
 void storeNew(clsPACSConfiguration& record, const colPACSConfiguration& known) {

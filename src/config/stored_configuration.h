@@ -48,6 +48,10 @@ Configuration storedConfiguration(SiteCommand& command, std::int16_t configID);
 /// the last change are not compared; a doubled quote that was sent as it stands is stored as one.
 bool isStoredAs(const clsPACSConfiguration& known, const clsPACSConfiguration& stored);
 
+/// Throws FieldError unless the stored row holds what the statement of a record sent.
+void requireStoredAsSent(const SiteCommand& command, const clsPACSConfiguration& sent,
+                         const Configuration& stored);
+
 /// Inserts the record under its number, or under the next one that neither the database nor the
 /// collection holds. On success the record is marked as existing and has its last change. Does
 /// nothing while no database is open, like the functions below.

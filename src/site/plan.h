@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,15 +17,18 @@ namespace tlpacscfg {
 struct ConfigurationChange {
   Site::Configuration before;
   Site::Configuration after;
+  /// Of a row that is inserted or deleted: the workstations that are assigned its number although
+  /// it does not exist. Nobody else may use a row that is deleted.
+  std::vector<std::wstring> assignedWithoutRow;
 
   std::int16_t configID() const { return (before ? before : after)->configID; }
 };
 
+/// The texts of the assignment, as stored; null: no row.
 struct AssignmentChange {
   std::wstring workstation;
-  /// As stored; "0" also when no row assigns a configuration.
-  std::wstring before;
-  std::int16_t after = 0;
+  std::optional<std::wstring> before;
+  std::optional<std::wstring> after;
 };
 
 /// A row that the plan does not change but counts on: a configuration that is assigned.
@@ -42,8 +46,35 @@ struct Plan {
   bool deletes() const;
 };
 
-/// 16 hexadecimal digits over every stored field, for comparing a row with itself at another time.
+/// Collects the changes of one command to a site. What would change nothing is left out.
+class PlanMaker {
+ public:
+  explicit PlanMaker(const Site& site) : site_(site) {}
+
+  /// One of the two may be null, as in ConfigurationChange.
+  void store(const Site::Configuration& before, const Site::Configuration& after);
+  void assign(const SiteWorkstation& workstation, std::optional<std::wstring> after);
+
+  /// In order, with the rows that the plan counts on.
+  Plan plan();
+
+ private:
+  void noteAssignmentsWithoutRow();
+
+  const Site& site_;
+  Plan plan_;
+};
+
+/// The plan that takes another one back.
+Plan reversed(const Plan& plan, const Site& site);
+
+/// 16 hexadecimal digits over every field that a user enters, without the last change: two rows
+/// with one digest hold the same.
 std::wstring digestOf(const clsPACSConfiguration& record);
+
+/// The record whose saving statement stores the row after the change exactly: quotes in texts that
+/// go into the statement as they stand are doubled.
+clsPACSConfiguration recordToSend(const ConfigurationChange& change);
 
 /// What the plan executes, in its order, each text as the component itself writes it; the mark for
 /// offline copies is the last one.

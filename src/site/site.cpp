@@ -33,7 +33,7 @@ SiteWorkstation workstationOf(const Cell& name, const Cell& assigned, const Cell
   SiteWorkstation workstation;
   workstation.name = trimBlanks(name.value_or(L""));
   if (assigned) workstation.assigned = *assigned;
-  workstation.configID = orNull([&] { return assignedConfigID(assigned); });
+  workstation.configID = configIDIn(workstation.assigned);
   if (flag2) workstation.flag2 = orNull([&] { return toInt16(*flag2); });
   return workstation;
 }
@@ -53,18 +53,6 @@ std::vector<SiteWorkstation> workstationsByTables(
     const auto found = assignedTo.find(upperCase(trimBlanks(name.value_or(L""))));
     workstations.push_back(
         workstationOf(name, found == assignedTo.end() ? Cell() : found->second, names.at(1, row)));
-  }
-  return workstations;
-}
-
-std::vector<SiteWorkstation> workstationsByQuery() {
-  const Table rows = loadingPath().query(kListStatement);
-  if (rows.rows() > 0 && rows.columns() <= kListFlag2) raise(ErrorNumber::SubscriptOutOfRange);
-  std::vector<SiteWorkstation> workstations;
-  workstations.reserve(rows.rows());
-  for (std::size_t row = 0; row < rows.rows(); ++row) {
-    workstations.push_back(workstationOf(rows.at(kListName, row), rows.at(kListConfig, row),
-                                         rows.at(kListFlag2, row)));
   }
   return workstations;
 }
@@ -96,11 +84,27 @@ Site::Configuration Site::find(std::int16_t configID) const {
   return found != configurations.end() && (*found)->configID == configID ? *found : nullptr;
 }
 
+std::optional<std::int16_t> configIDIn(const std::optional<std::wstring>& assigned) {
+  return orNull([&] { return assignedConfigID(assigned ? Cell(*assigned) : Cell()); });
+}
+
+std::vector<SiteWorkstation> readWorkstations() {
+  const Table rows = loadingPath().query(kListStatement);
+  if (rows.rows() > 0 && rows.columns() <= kListFlag2) raise(ErrorNumber::SubscriptOutOfRange);
+  std::vector<SiteWorkstation> workstations;
+  workstations.reserve(rows.rows());
+  for (std::size_t row = 0; row < rows.rows(); ++row) {
+    workstations.push_back(workstationOf(rows.at(kListName, row), rows.at(kListConfig, row),
+                                         rows.at(kListFlag2, row)));
+  }
+  return workstations;
+}
+
 Site readSite() {
   // A database file without a server knows no subqueries.
   if (modMain.g_blnUseOfflineDB) return readSiteByTables(readStoredAssignments());
   Site site = readConfigurations();
-  site.workstations = workstationsByQuery();
+  site.workstations = readWorkstations();
   return site;
 }
 

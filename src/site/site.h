@@ -38,6 +38,10 @@ struct Site {
   Configuration find(std::int16_t configID) const;
 };
 
+/// The configuration that the text assigns: 0 for none, and for no text. Null for a text that is no
+/// number of a configuration.
+std::optional<std::int16_t> configIDIn(const std::optional<std::wstring>& assigned);
+
 /// What a workstation's row of the key for configurations holds.
 struct StoredAssignment {
   std::wstring workstation;
@@ -48,6 +52,9 @@ struct StoredAssignment {
 // throw RunTimeError when the database does not answer.
 
 Site readSite();
+
+/// By the component's own query, which stand-alone mode does not have.
+std::vector<SiteWorkstation> readWorkstations();
 
 /// Every row, also of workstations that are not listed, and each of several for one workstation.
 std::vector<StoredAssignment> readStoredAssignments();

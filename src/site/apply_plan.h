@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "site/plan.h"
+
+/// Executes plans on the data path that is open.
+namespace tlpacscfg {
+
+/// A row that is not as the plan expects it, because somebody else changed it meanwhile.
+struct ForeignConfiguration {
+  std::int16_t configID = 0;
+  Site::Configuration expected;  ///< Null when the plan inserts it, or only counts on it.
+  Site::Configuration stored;    ///< As it is now; null when there is none.
+};
+
+struct ForeignAssignment {
+  std::wstring workstation;
+  std::optional<std::wstring> expected;
+  std::optional<std::wstring> stored;
+  bool isGone = false;  ///< There is no such workstation any more.
+  /// Not 0: it uses this configuration, which the plan deletes.
+  std::int16_t uses = 0;
+};
+
+/// What makes a plan stale.
+struct ForeignChanges {
+  std::vector<ForeignConfiguration> configurations;
+  std::vector<ForeignAssignment> assignments;
+
+  bool any() const { return !configurations.empty() || !assignments.empty(); }
+};
+
+enum class Ending {
+  Commit,
+  RollBack,  ///< A dry run. Where there are no transactions, it ends before the first statement.
+};
+
+/// In one transaction: reads the rows of the plan and compares them, executes its statements, reads
+/// the rows back and compares them, and ends as asked. On the remote path the statements are one
+/// request, which the service executes as one transaction; the rows are read before and after it.
+/// When somebody else changed a row, nothing is written. `beforeCommit` is called when only the
+/// commit, or the one request, is left to do. Throws RunTimeError when nothing was written,
+/// OutcomeUnknown when that is not known.
+[[nodiscard]] ForeignChanges applyPlan(const Plan& plan, Ending ending,
+                                       const std::function<void()>& beforeCommit);
+
+/// What became of a change whose outcome is unknown.
+enum class Outcome { Stored, NotStored, Unknown };
+
+/// Looks at the rows that the plan was going to change. Unknown when they are neither as before nor
+/// as after.
+Outcome outcomeOf(const Plan& plan);
+
+}  // namespace tlpacscfg
