@@ -11,6 +11,10 @@ Commands allCommands() {
   commands.push_back(checkCommand());
   commands.push_back(diffCommand());
   commands.push_back(exportCommand());
+  commands.push_back(assignCommand());
+  commands.push_back(applyCommand());
+  commands.push_back(historyCommand());
+  commands.push_back(undoCommand());
   return commands;
 }
 

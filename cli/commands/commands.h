@@ -15,5 +15,9 @@ std::unique_ptr<Command> findCommand();
 std::unique_ptr<Command> listCommand();
 std::unique_ptr<Command> showCommand();
 std::unique_ptr<Command> whereUsedCommand();
+std::unique_ptr<Command> assignCommand();
+std::unique_ptr<Command> applyCommand();
+std::unique_ptr<Command> historyCommand();
+std::unique_ptr<Command> undoCommand();
 
 }  // namespace tlpacscfg::cli

@@ -130,6 +130,22 @@ bool connectionIsLost() {
 
 }  // namespace
 
+std::string nameOfSite(const ConnectionOptions& given) {
+  const ConnectionOptions options = withSiteSettings(given);
+  const auto absolute = [](const std::string& file) {
+    std::error_code error;
+    const auto path = std::filesystem::weakly_canonical(pathOf(file), error);
+    return error ? file : utf8Of(path);
+  };
+  const std::string database = options.database.empty() ? "" : ", database " + options.database;
+  if (!options.server.empty()) return "server " + options.server + database;
+  if (!options.dataSource.empty()) return "data source " + options.dataSource;
+  if (!options.sqliteFile.empty()) return "file " + absolute(options.sqliteFile);
+  if (!options.offlineFile.empty()) return "file " + absolute(options.offlineFile);
+  if (!options.service.empty()) return "service " + options.service + database;
+  return {};
+}
+
 SiteConnection::SiteConnection(const ConnectionOptions& given) {
   const ConnectionOptions options = withSiteSettings(given);
   system::showMessage = system::MessageBoxes([](const system::Message& message) {

@@ -1,10 +1,16 @@
 #pragma once
 
+#include <string>
+
 #include "cli/base/failure.h"
 #include "cli/connection/connection_options.h"
 #include "support/runtime_error.h"
 
 namespace tlpacscfg::cli {
+
+/// The site that the options name, in words and without passwords: the same for the same site.
+/// Empty when they name none. Throws Failure.
+std::string nameOfSite(const ConnectionOptions& options);
 
 /// The data path to a site: open while this exists. There is one at a time, as the core has one.
 class SiteConnection {

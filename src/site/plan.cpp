@@ -96,7 +96,9 @@ Plan reversed(const Plan& plan, const Site& site) {
     backwards.configurations.push_back({change.after, change.before, change.assignedWithoutRow});
   }
   for (const AssignmentChange& change : plan.assignments) {
-    SiteWorkstation workstation{.name = change.workstation, .assigned = change.after};
+    SiteWorkstation workstation;
+    workstation.name = change.workstation;
+    workstation.assigned = change.after;
     undo.assign(workstation, change.before);
   }
   Plan assignments = undo.plan();

@@ -1,0 +1,16 @@
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "cli/base/process.h"
+
+namespace tlpacscfg::cli {
+
+std::int64_t processId() { return getpid(); }
+
+bool isRunning(std::int64_t processId) {
+  return kill(static_cast<pid_t>(processId), 0) == 0 || errno == EPERM;
+}
+
+}  // namespace tlpacscfg::cli

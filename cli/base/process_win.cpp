@@ -1,0 +1,17 @@
+#include <windows.h>
+
+#include "cli/base/process.h"
+
+namespace tlpacscfg::cli {
+
+std::int64_t processId() { return GetCurrentProcessId(); }
+
+bool isRunning(std::int64_t processId) {
+  const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(processId));
+  if (process == nullptr) return GetLastError() == ERROR_ACCESS_DENIED;
+  const bool running = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+  CloseHandle(process);
+  return running;
+}
+
+}  // namespace tlpacscfg::cli

@@ -1,0 +1,176 @@
+#include "cli/commands/change.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "cli/base/console.h"
+#include "cli/base/failure.h"
+#include "cli/base/process.h"
+#include "cli/connection/site_connection.h"
+#include "cli/formats/changes.h"
+#include "cli/formats/files.h"
+#include "cli/formats/plan_file.h"
+#include "site/apply_plan.h"
+#include "support/system.h"
+#include "support/text.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+ChangeState stateOf(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::Stored:
+      return ChangeState::Stored;
+    case Outcome::NotStored:
+      return ChangeState::NotStored;
+    case Outcome::Unknown:
+      break;
+  }
+  return ChangeState::Unknown;
+}
+
+std::string sentenceOf(ChangeState state) {
+  if (state == ChangeState::Stored) return "it is stored.";
+  if (state == ChangeState::NotStored) return "it is not stored.";
+  return "its rows have been changed again since, so nobody can tell whether it was stored.";
+}
+
+/// The program that makes the change may still be at work.
+bool mayBeAtWork(const JournalEntry& entry) {
+  return entry.process != processId() && entry.computer == toUtf8(system::computerName()) &&
+         isRunning(entry.process);
+}
+
+void requireConsent(const Plan& plan, const ChangeOptions& options) {
+  const bool isMany = plan.changes() > static_cast<std::size_t>(std::max(options.maxChanges, 0));
+  if (options.yes || (!isMany && !plan.deletes())) return;
+  const std::string reason = plan.deletes()
+                                 ? "This deletes configurations."
+                                 : "This changes " + countOf(plan) + ", more than --max-changes " +
+                                       std::to_string(options.maxChanges) + " allows.";
+  if (!inputIsTerminal()) {
+    throw Failure(ExitCode::Usage, reason + " Nothing was changed. It needs --yes.");
+  }
+  std::cout.flush();
+  if (!askYesNo(reason + " Go on?")) throw Failure(ExitCode::Usage, "Nothing was changed.");
+}
+
+void requireNoForeignChange(const ForeignChanges& foreign, const Site& site) {
+  if (!foreign.any()) return;
+  throw Failure(
+      ExitCode::Conflict,
+      "Somebody else changed the site meanwhile. Nothing was written." + textOf(foreign, &site));
+}
+
+void tryOut(const Plan& plan, const Site& site) {
+  requireNoForeignChange(applyPlan(plan, Ending::RollBack, [] {}), site);
+  say("This was a dry run of " + countOf(plan) + ". Nothing was written.");
+}
+
+/// After an error: what the database holds, if it can still be asked.
+void settleByLooking(const Journal& journal, JournalEntry& entry) {
+  try {
+    journal.settle(entry, stateOf(outcomeOf(entry.plan)));
+  } catch (const RunTimeError&) {
+    say("tlpacscfg: whether change " + std::to_string(entry.number) +
+        " is stored is not known; the next start with this site will find out.");
+  }
+}
+
+void apply(const Plan& plan, const Site& site, const Journal& journal, JournalEntry entry) {
+  bool begun = false;
+  entry.plan = plan;
+  try {
+    const auto begin = [&] {
+      entry = journal.begin(std::move(entry));
+      begun = true;
+    };
+    requireNoForeignChange(applyPlan(plan, Ending::Commit, begin), site);
+  } catch (const RunTimeError&) {
+    if (begun) settleByLooking(journal, entry);
+    throw;
+  }
+  journal.settle(entry, ChangeState::Stored);
+  const std::string number = std::to_string(entry.number);
+  say("Changed " + countOf(plan) + ". 'tlpacscfg undo " + number + "' takes change " + number +
+      " back.");
+}
+
+ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& options,
+                  const OutputOptions& output, const Journal& journal, JournalEntry entry) {
+  const bool planToOutput = options.planFile == "-";
+  if (!planToOutput) write(listingOf(plan, &site), output, "Nothing changes.");
+  if (!options.planFile.empty()) {
+    if (planToOutput) {
+      std::cout << planDocument(plan);
+    } else {
+      writeFile(pathOf(options.planFile), planDocument(plan));
+    }
+    return plan.changes() == 0 ? ExitCode::Done : ExitCode::Differences;
+  }
+  if (plan.changes() == 0) return ExitCode::Done;
+  if (options.dryRun) {
+    tryOut(plan, site);
+  } else {
+    requireConsent(plan, options);
+    apply(plan, site, journal, std::move(entry));
+  }
+  return ExitCode::Done;
+}
+
+}  // namespace
+
+std::vector<Option> applyingOptionsOf(ChangeOptions& options) {
+  return {
+      {"--dry-run", "", "Do all of it but the commit", &options.dryRun},
+      {"-y,--yes", "", "Delete, and change more than --max-changes, without asking", &options.yes},
+      {"--max-changes", "COUNT", "More changes need --yes; 50 when it is not given",
+       &options.maxChanges},
+      journalOption(options.journal),
+  };
+}
+
+std::vector<Option> optionsOf(ChangeOptions& options) {
+  std::vector<Option> table = applyingOptionsOf(options);
+  table.insert(table.begin(),
+               {"--plan", "FILE", "Change nothing; write what would change to a file for 'apply'",
+                &options.planFile});
+  return table;
+}
+
+Option journalOption(std::string& directory) {
+  return {"--journal", "DIR", "Where changes are recorded, if not at the user's own place",
+          &directory};
+}
+
+std::vector<JournalEntry> settledEntries(const Journal& journal, const std::string& site) {
+  std::vector<JournalEntry> entries = journal.entries();
+  std::erase_if(entries, [&](const JournalEntry& entry) { return entry.site != site; });
+  for (JournalEntry& entry : entries) {
+    if (entry.state != ChangeState::Pending || mayBeAtWork(entry)) continue;
+    journal.settle(entry, stateOf(outcomeOf(entry.plan)));
+    say("tlpacscfg: change " + std::to_string(entry.number) + " was interrupted; " +
+        sentenceOf(entry.state));
+  }
+  return entries;
+}
+
+ExitCode runChange(
+    Context& context, const ChangeOptions& options, Change change,
+    const std::function<Plan(const Site& site, const std::vector<JournalEntry>& journal,
+                             Change& change)>& makePlan) {
+  const Journal journal(options.journal);
+  const std::string siteName = nameOfSite(context.connection);
+  return onSite(context.connection, [&] {
+    const std::vector<JournalEntry> entries = settledEntries(journal, siteName);
+    const Site site = readSite();
+    const Plan plan = makePlan(site, entries, change);
+    JournalEntry entry;
+    entry.site = siteName;
+    entry.command = change.command;
+    entry.undoes = change.undoes;
+    return carryOut(plan, site, options, context.output, journal, entry);
+  });
+}
+
+}  // namespace tlpacscfg::cli

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/base/option.h"
+#include "cli/journal/journal.h"
+#include "cli/program/context.h"
+#include "site/plan.h"
+
+/// What all writing commands have in common.
+namespace tlpacscfg::cli {
+
+struct ChangeOptions {
+  std::string planFile;
+  bool dryRun = false;
+  bool yes = false;
+  int maxChanges = 50;
+  std::string journal;
+};
+
+/// The lines of the option table that fill it.
+std::vector<Option> optionsOf(ChangeOptions& options);
+/// The same without --plan.
+std::vector<Option> applyingOptionsOf(ChangeOptions& options);
+Option journalOption(std::string& directory);
+
+/// Opens the site, settles what an interrupted change left, reads the site, makes the plan and
+/// shows it. Then it writes the plan to a file, tries it or applies it, as the options say, with an
+/// entry in the journal. `undoes` is the number of the change that the plan takes back, or 0.
+struct Change {
+  std::string command;
+  int undoes = 0;
+};
+ExitCode runChange(
+    Context& context, const ChangeOptions& options, Change change,
+    const std::function<Plan(const Site& site, const std::vector<JournalEntry>& journal,
+                             Change& change)>& makePlan);
+
+/// The changes to the site that is open. Finds out what became of pending ones, and says so.
+std::vector<JournalEntry> settledEntries(const Journal& journal, const std::string& site);
+
+}  // namespace tlpacscfg::cli

@@ -1,0 +1,84 @@
+#include "cli/commands/site_names.h"
+
+#include <set>
+
+#include "cli/base/failure.h"
+#include "cli/base/suggestion.h"
+#include "cli/commands/selection.h"
+#include "config/summary_texts.h"
+#include "support/text.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+std::wstring keyOf(std::wstring_view name) { return upperCase(trimBlanks(name)); }
+
+bool isPattern(const std::string& word) { return word.find_first_of("*?") != std::string::npos; }
+
+}  // namespace
+
+SiteNames::SiteNames(const Site& site) : site_(site) {
+  for (const SiteWorkstation& workstation : site.workstations) {
+    workstations_.try_emplace(keyOf(workstation.name), &workstation);
+  }
+  for (const auto& record : site.configurations) {
+    Found& found = configurations_[keyOf(record->Description)];
+    found = {found.record ? nullptr : record, found.record || found.isAmbiguous};
+  }
+}
+
+const SiteWorkstation* SiteNames::workstation(const std::string& name) const {
+  const auto found = workstations_.find(keyOf(fromUtf8(name)));
+  return found == workstations_.end() ? nullptr : found->second;
+}
+
+SiteNames::Found SiteNames::configuration(const std::string& word) const {
+  const std::wstring wanted = fromUtf8(word);
+  if (IsAllDigits(wanted)) return {findConfiguration(site_, word), false};
+  const auto found = configurations_.find(keyOf(wanted));
+  return found == configurations_.end() ? Found() : found->second;
+}
+
+std::string SiteNames::suggestWorkstation(const std::string& name) const {
+  std::vector<std::string> known;
+  for (const SiteWorkstation& workstation : site_.workstations) {
+    known.push_back(toUtf8(workstation.name));
+  }
+  return suggestion(name, known);
+}
+
+std::string SiteNames::suggestConfiguration(const std::string& word) const {
+  std::vector<std::string> known;
+  for (const auto& record : site_.configurations) known.push_back(toUtf8(record->Description));
+  return suggestion(word, known);
+}
+
+std::vector<const SiteWorkstation*> selectWorkstations(const Site& site,
+                                                       const std::vector<std::string>& words) {
+  const SiteNames names(site);
+  std::set<const SiteWorkstation*> selected;
+  for (const std::string& word : words) {
+    bool fitsAny = false;
+    if (const SiteWorkstation* const named = names.workstation(word)) {
+      selected.insert(named);
+      continue;
+    }
+    for (const SiteWorkstation& workstation : site.workstations) {
+      if (!isPattern(word) || !fits(workstation.name, fromUtf8(word))) continue;
+      selected.insert(&workstation);
+      fitsAny = true;
+    }
+    if (fitsAny) continue;
+    throw Failure(ExitCode::Usage,
+                  isPattern(word)
+                      ? "No workstation fits the pattern '" + word + "'."
+                      : "There is no workstation '" + word + "'." + names.suggestWorkstation(word));
+  }
+  std::vector<const SiteWorkstation*> inOrder;
+  for (const SiteWorkstation& workstation : site.workstations) {
+    if (words.empty() || selected.contains(&workstation)) inOrder.push_back(&workstation);
+  }
+  return inOrder;
+}
+
+}  // namespace tlpacscfg::cli

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "site/site.h"
+
+namespace tlpacscfg::cli {
+
+/// Finds workstations by name and configurations by number or description, like the functions of
+/// `selection`, but many of them in a large site.
+class SiteNames {
+ public:
+  explicit SiteNames(const Site& site);
+
+  /// Null when there is none.
+  const SiteWorkstation* workstation(const std::string& name) const;
+
+  struct Found {
+    Site::Configuration record;
+    bool isAmbiguous = false;
+  };
+  Found configuration(const std::string& word) const;
+
+  std::string suggestWorkstation(const std::string& name) const;
+  std::string suggestConfiguration(const std::string& word) const;
+
+ private:
+  const Site& site_;
+  std::unordered_map<std::wstring, const SiteWorkstation*> workstations_;
+  std::unordered_map<std::wstring, Found> configurations_;
+};
+
+/// The workstations that have one of the names or fit one of the patterns, each once, in the order
+/// of the site; all of them when there are no words. Throws Failure for a word that fits none.
+std::vector<const SiteWorkstation*> selectWorkstations(const Site& site,
+                                                       const std::vector<std::string>& words);
+
+}  // namespace tlpacscfg::cli
