@@ -105,8 +105,7 @@ std::vector<Member> members() {
 }
 
 const CreatableClass kClasses[] = {
-    {kClass, client::kProgId,
-     [] { return wrap(std::make_shared<Session>(client::readSettings)); }},
+    {kClass, client::kProgId, [] { return wrap(std::make_shared<Session>(client::readSettings)); }},
 };
 
 }  // namespace

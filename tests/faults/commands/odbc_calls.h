@@ -27,7 +27,8 @@ class OdbcCalls {
   static void refuseThisCall();
 };
 
-/// While it lives, the driver manager refuses to set this attribute of a connection, without a reason.
+/// While it lives, the driver manager refuses to set this attribute of a connection, without a
+/// reason.
 class RefusedConnectAttribute {
  public:
   explicit RefusedConnectAttribute(int attribute);
