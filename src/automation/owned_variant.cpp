@@ -1,10 +1,17 @@
 #include "automation/owned_variant.h"
 
+#include <cstddef>
 #include <new>
 
 #include "support/secret.h"
 
 namespace tlpacscfg {
+
+// Callers compiled by others pass values of this layout: a type, three reserved words, and the
+// value.
+static_assert(offsetof(VARIANT, llVal) == 8 && offsetof(VARIANT, bstrVal) == 8);
+static_assert(sizeof(VARIANT) == 8 + 2 * sizeof(void*) && alignof(VARIANT) == 8);
+static_assert(sizeof(DATE) == 8 && sizeof(VARIANT_BOOL) == 2 && sizeof(DECIMAL) == 16);
 
 OwnedVariant::OwnedVariant(std::wstring_view text) : OwnedVariant() {
   value_.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));

@@ -2,6 +2,7 @@
 
 #include <oleauto.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <new>
 #include <vector>
@@ -11,6 +12,11 @@
 
 namespace tlpacscfg {
 namespace {
+
+// Arrays that others made have this layout; their elements lie side by side.
+static_assert(offsetof(SAFEARRAY, cbElements) == 4 && sizeof(SAFEARRAYBOUND) == 8);
+static_assert(offsetof(SAFEARRAY, rgsabound) == offsetof(SAFEARRAY, pvData) + sizeof(void*));
+static_assert(offsetof(SAFEARRAY, pvData) == (sizeof(void*) == 8 ? 16 : 12));
 
 /// More than any site has; an array that claims more is broken.
 constexpr std::uint64_t kMaxElements = 10'000'000;

@@ -16,7 +16,7 @@ using Texts = std::vector<std::wstring>;
 
 class SettingsControlsTest : public SettingsTest {
  protected:
-  static const ControlDesign& named(const std::wstring& name) {
+  static const ControlDesign& named(std::wstring_view name) {
     for (const ControlDesign& each : controls()) {
       if (name == each.name) return each;
     }
