@@ -81,15 +81,16 @@ Connection::Connection(std::shared_ptr<const Environment> environment, std::wstr
     text += L';';
   }
   text += kept;
-  open(environment_->cursorLibrary(), prompt, text);
+  const auto openWith = [&](CursorLibrary cursorLibrary) {
+    open(cursorLibrary, prompt, text);
+    dialect_ = dialectOf(dbmsName(handle_));
+  };
   try {
-    dialect_ = dialectOf(dbmsName(handle_));
-  } catch (const Error& error) {
-    // unixODBC's cursor library has no UTF-16 functions. It is not needed either.
-    const bool refused = error.sqlState() == L"IM001";
-    if (!refused || environment_->cursorLibrary() == CursorLibrary::NotUsed) throw;
-    open(CursorLibrary::NotUsed, prompt, text);
-    dialect_ = dialectOf(dbmsName(handle_));
+    openWith(environment_->cursorLibrary());
+  } catch (const Error&) {
+    // The cursor library may be missing, and unixODBC's has no UTF-16 functions. It is not needed.
+    if (environment_->cursorLibrary() == CursorLibrary::NotUsed) throw;
+    openWith(CursorLibrary::NotUsed);
   }
 }
 
@@ -97,7 +98,7 @@ void Connection::open(CursorLibrary cursorLibrary, Prompt prompt, std::wstring_v
   handle_ = ConnectionHandle(environment_->handle());
   const std::uintptr_t cursors =
       cursorLibrary == CursorLibrary::Used ? SQL_CUR_USE_ODBC : SQL_CUR_USE_DRIVER;
-  // A driver manager without a cursor library refuses this; every driver can read rows forward.
+  // A driver manager without a cursor library refuses this. Every driver can read rows forward.
   SQLSetConnectAttrW(handle_.get(), SQL_ATTR_ODBC_CURSORS, attribute(cursors), 0);
   const auto seconds = static_cast<std::uintptr_t>(environment_->loginTimeout().count());
   handle_.verify(SQLSetConnectAttrW(handle_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(seconds), 0));

@@ -91,7 +91,8 @@ TEST_F(RegistrationTest, ClassesAreRegisteredUnderTheirNames) {
 TEST_F(RegistrationTest, TypeLibraryIsRegisteredWithItsFile) {
   EXPECT_EQ(nameOf(host.callExport("DllRegisterServer")), "S_OK");
   const std::wstring file =
-      classesValue(std::wstring(L"TypeLib\\") + kLibraryId + L"\\1.0\\0\\win64");
+      classesValue(std::wstring(L"TypeLib\\") + kLibraryId +
+                   (sizeof(void*) == 8 ? L"\\1.0\\0\\win64" : L"\\1.0\\0\\win32"));
   EXPECT_TRUE(equalIgnoringCase(file, componentPath())) << toUtf8(file);
 }
 

@@ -158,11 +158,12 @@ TEST_F(ListWindowTest, TabWalksThroughTheControlsAndEnterCloses) {
 }
 
 int g_ticks = 0;
+void CALLBACK countTick(HWND, UINT, UINT_PTR, DWORD) { ++g_ticks; }
 
 TEST_F(ListWindowTest, TheHostsMessagesAreProcessedMeanwhile) {
   initialise();
   g_ticks = 0;
-  const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) { ++g_ticks; });
+  const UINT_PTR timer = SetTimer(nullptr, 0, 10, &countTick);
   showWhile([&](HWND window) {
     waitUntil([] { return g_ticks > 3; }, "the host's timer ticks");
     close(window);
