@@ -180,16 +180,18 @@ TEST_F(SettingsTickListTest, RefusesWhatIsNoEntryOfTheList) {
   });
 }
 
+LONG announced = 0;
+
+void CALLBACK hear(HWINEVENTHOOK, DWORD, HWND, LONG, LONG entry, DWORD, DWORD) {
+  announced = entry;
+}
+
 TEST_F(SettingsTickListTest, AChangedTickIsAnnounced) {
-  static LONG announced = 0;
   announced = 0;
   editList([](HWND, HWND combo) {
     const TickList list(combo);
-    const auto listen = [](HWINEVENTHOOK, DWORD, HWND, LONG, LONG entry, DWORD, DWORD) {
-      announced = entry;
-    };
     const HWINEVENTHOOK hook =
-        SetWinEventHook(EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_STATECHANGE, nullptr, listen,
+        SetWinEventHook(EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_STATECHANGE, nullptr, &hear,
                         GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
     EXPECT_EQ(list.object->accDoDefaultAction(child(kAccount)), S_OK);
     waitUntil(
