@@ -11,6 +11,7 @@ namespace tlpacscfg::cli {
 class Console {
  public:
   Console();
+  // NOLINTNEXTLINE(performance-trivially-destructible): on Windows it is not.
   ~Console();
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;

@@ -4,6 +4,7 @@ namespace tlpacscfg::cli {
 
 Commands allCommands() {
   Commands commands;
+  commands.push_back(doctorCommand());
   commands.push_back(listCommand());
   commands.push_back(showCommand());
   commands.push_back(findCommand());
@@ -15,6 +16,7 @@ Commands allCommands() {
   commands.push_back(applyCommand());
   commands.push_back(historyCommand());
   commands.push_back(undoCommand());
+  commands.push_back(helpCommand());
   return commands;
 }
 

@@ -10,8 +10,10 @@ Commands allCommands();
 // Each in the file of its name.
 std::unique_ptr<Command> checkCommand();
 std::unique_ptr<Command> diffCommand();
+std::unique_ptr<Command> doctorCommand();
 std::unique_ptr<Command> exportCommand();
 std::unique_ptr<Command> findCommand();
+std::unique_ptr<Command> helpCommand();
 std::unique_ptr<Command> listCommand();
 std::unique_ptr<Command> showCommand();
 std::unique_ptr<Command> whereUsedCommand();

@@ -43,6 +43,13 @@ std::vector<std::string> settingNames(const std::vector<Option>& options) {
   return names;
 }
 
+Failure unknownSetting(const std::string& place, const std::string& name,
+                       const std::vector<std::string>& names) {
+  return {ExitCode::Usage,
+          place + ": '" + name + "' is not a setting." +
+              (name == "password" ? " Write password-file = FILE." : suggestion(name, names))};
+}
+
 }  // namespace
 
 std::string ownSettingsFile() {
@@ -86,9 +93,7 @@ ConnectionOptions withSiteSettings(ConnectionOptions options) {
     const std::string name(trimmed(line.substr(0, equals)));
     const auto known = std::ranges::find(names, name);
     if (equals == line.npos || known == names.end()) {
-      throw Failure(ExitCode::Usage, place + ": '" + name + "' is not a setting." +
-                                         (name == "password" ? " Write password-file = FILE."
-                                                             : suggestion(name, names)));
+      throw unknownSetting(place, name, names);
     }
     const auto option = std::ranges::find(table, "--" + name, &Option::names);
     set(*option, std::string(trimmed(line.substr(equals + 1))), place);

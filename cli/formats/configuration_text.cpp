@@ -40,7 +40,7 @@ std::string unquoted(std::string_view value) {
 /// The values of records differ from those of other systems only in the last change.
 bool mayBeMissing(const Column& column) { return column.onUpdate != Source::Record; }
 
-class Reader {
+class TextReader {
  public:
   ConfigurationText read(std::string_view text) {
     if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
@@ -95,6 +95,6 @@ std::string textOf(const clsPACSConfiguration& record) {
   return text;
 }
 
-ConfigurationText readConfigurationText(std::string_view text) { return Reader().read(text); }
+ConfigurationText readConfigurationText(std::string_view text) { return TextReader().read(text); }
 
 }  // namespace tlpacscfg::cli

@@ -37,7 +37,7 @@ void writeCsv(const Listing& listing, bool byteOrderMark) {
   for (const Listing::Column& column : listing.columns) cells.push_back(column.name);
   std::cout << csvLine(cells);
   for (const std::vector<Value>& row : listing.rows) {
-    std::ranges::transform(row, cells.begin(), textOf);
+    std::ranges::transform(row, cells.begin(), [](const Value& value) { return textOf(value); });
     std::cout << csvLine(cells);
   }
 }

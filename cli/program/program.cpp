@@ -84,7 +84,9 @@ class Parser {
   }
 
   std::string helpText(const std::string& command) const {
-    return command.empty() ? app_.help() : app_.get_subcommand(command)->help("tlpacscfg");
+    // The library's own help of the program is that of the command that was parsed.
+    if (!command.empty()) return app_.get_subcommand(command)->help("tlpacscfg");
+    return app_.get_formatter()->make_help(&app_, app_.get_name(), CLI::AppFormatMode::Normal);
   }
 
  private:

@@ -29,13 +29,14 @@ void drain(const StatementHandle& statement) {
   }
 }
 
-std::wstring dbmsName(const ConnectionHandle& connection) {
-  std::array<SQLWCHAR, 128> name{};
+/// What the driver says of itself or of the database.
+std::wstring infoText(const ConnectionHandle& connection, SQLUSMALLINT what) {
+  std::array<SQLWCHAR, 256> text{};
   SQLSMALLINT bytes = 0;
-  connection.verify(SQLGetInfoW(connection.get(), SQL_DBMS_NAME, name.data(),
-                                static_cast<SQLSMALLINT>(sizeof(name)), &bytes));
-  const std::u16string_view text = odbcView(name.data(), name.size());
-  return fromUtf16(text.substr(0, text.find(u'\0')));
+  connection.verify(SQLGetInfoW(connection.get(), what, text.data(),
+                                static_cast<SQLSMALLINT>(sizeof(text)), &bytes));
+  const std::u16string_view view = odbcView(text.data(), text.size());
+  return fromUtf16(view.substr(0, view.find(u'\0')));
 }
 
 /// The position of the semicolon after the first pair of a connect string, or the string's end. A
@@ -83,7 +84,7 @@ Connection::Connection(std::shared_ptr<const Environment> environment, std::wstr
   text += kept;
   const auto openWith = [&](CursorLibrary cursorLibrary) {
     open(cursorLibrary, prompt, text);
-    dialect_ = dialectOf(dbmsName(handle_));
+    dialect_ = dialectOf(infoText(handle_, SQL_DBMS_NAME));
   };
   try {
     openWith(environment_->cursorLibrary());
@@ -192,6 +193,13 @@ void Connection::run(std::wstring_view sql) {
     executeDirect(statement, text);
     drain(statement);
   }
+}
+
+Connection::Description Connection::description() const {
+  return {.driver = infoText(handle_, SQL_DRIVER_NAME),
+          .driverVersion = infoText(handle_, SQL_DRIVER_VER),
+          .system = infoText(handle_, SQL_DBMS_NAME),
+          .systemVersion = infoText(handle_, SQL_DBMS_VER)};
 }
 
 bool Connection::isLost() const {

@@ -95,6 +95,15 @@ class Connection {
   void limitStatements(const StatementLimits& limits);
   const StatementLimits& limits() const { return limits_; }
 
+  /// The driver in use and the database management system.
+  struct Description {
+    std::wstring driver;
+    std::wstring driverVersion;
+    std::wstring system;
+    std::wstring systemVersion;
+  };
+  Description description() const;
+
   const std::shared_ptr<const Environment>& environment() const { return environment_; }
   Dialect dialect() const { return dialect_; }
 
