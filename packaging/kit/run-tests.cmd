@@ -14,6 +14,14 @@ rem
 rem Ends with 0 when nothing failed. What is not there (a driver, the service) counts as not run, never as passed.
 
 setlocal
+rem A 32-bit command interpreter sees the 32-bit system only.
+if not defined PROCESSOR_ARCHITEW6432 goto native
+if defined started_again goto native
+set "started_again=yes"
+"%windir%\Sysnative\cmd.exe" /c ""%~f0" %*"
+exit /b %errorlevel%
+
+:native
 set "kit=%~dp0"
 set "kit=%kit:~0,-1%"
 set "report=%kit%\report.txt"
