@@ -164,6 +164,8 @@ TEST_F(OdbcConnectionTest, ADriverThatIsNotInstalledIsNoLoginFailure) {
     ADD_FAILURE() << "Nothing was thrown.";
   } catch (const Error& error) {
     EXPECT_EQ(error.number(), kOdbcFailed);
+    // Expected on Wine 10 only: its own driver manager fails without a reason.
+    if (error.description() == L"HY000: The ODBC driver gave no reason.") return;
     // Windows has one state for a driver and a data source that it does not know, and does not name
     // them. Expected on Wine only: unixODBC's state, and the name.
     EXPECT_EQ(error.sqlState(), test::onWindows() ? L"IM002" : L"01000");
