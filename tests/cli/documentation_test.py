@@ -1,0 +1,41 @@
+"""The examples of docs/command-line-basics.md, run in its order."""
+import re
+import shlex
+
+from harness import DIFFERENCES, DONE, FINDINGS, PROJECT, CliTest
+
+EXPECTED_CODES = {"check": FINDINGS, "diff 3 4": DIFFERENCES}
+
+
+class DocumentationTest(CliTest):
+    def setUp(self):
+        super().setUp()
+        self.text = (PROJECT / "docs/command-line-basics.md").read_text(encoding="utf-8")
+        settings = self.home / "config/tlpacscfg/sites.ini"
+        settings.parent.mkdir(parents=True)
+        settings.write_text(f"[main]\nsqlite = {self.database}\n")
+
+    def examples(self):
+        """Each command with the lines that are shown after it."""
+        for block in re.findall(r"^```console\n(.*?)^```", self.text, re.DOTALL | re.MULTILINE):
+            for command, shown in re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", block, re.MULTILINE):
+                yield command, shown
+
+    def test_every_example_does_what_it_shows(self):
+        ran = 0
+        for command, shown in self.examples():
+            words = shlex.split(command)
+            self.assertEqual(words.pop(0), "tlpacscfg")
+            outcome = self.run_program(*words, connection=[])
+            rest = " ".join(words[2:])
+            self.assertEqual(
+                (outcome.code, outcome.errors), (EXPECTED_CODES.get(rest, DONE), ""), command
+            )
+            if shown:
+                self.assertEqual(outcome.out, shown, command)
+            ran += 1
+        self.assertGreaterEqual(ran, 11)
+
+    def test_names_every_exit_code(self):
+        codes = re.findall(r"^\| (\d) \|", self.text, re.MULTILINE)
+        self.assertEqual(codes, list("0123456"))
