@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace tlpacscfg::cli {
 
@@ -9,5 +10,8 @@ std::int64_t processId();
 
 /// Whether a process of this computer has the number.
 bool isRunning(std::int64_t processId);
+
+/// Runs it in the system's shell and waits; 0 for success.
+int runCommandLine(const std::string& commandLine);
 
 }  // namespace tlpacscfg::cli

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 
 #include "cli/base/process.h"
 
@@ -12,5 +13,7 @@ std::int64_t processId() { return getpid(); }
 bool isRunning(std::int64_t processId) {
   return kill(static_cast<pid_t>(processId), 0) == 0 || errno == EPERM;
 }
+
+int runCommandLine(const std::string& commandLine) { return std::system(commandLine.c_str()); }
 
 }  // namespace tlpacscfg::cli

@@ -1,6 +1,9 @@
 #include <windows.h>
 
+#include <cstdlib>
+
 #include "cli/base/process.h"
+#include "support/text.h"
 
 namespace tlpacscfg::cli {
 
@@ -12,6 +15,10 @@ bool isRunning(std::int64_t processId) {
   const bool running = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
   CloseHandle(process);
   return running;
+}
+
+int runCommandLine(const std::string& commandLine) {
+  return _wsystem(fromUtf8("\"" + commandLine + "\"").c_str());
 }
 
 }  // namespace tlpacscfg::cli

@@ -6,6 +6,7 @@
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
 #include "cli/base/process.h"
+#include "cli/connection/settings_file.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/changes.h"
 #include "cli/formats/files.h"
@@ -126,7 +127,6 @@ std::vector<Option> applyingOptionsOf(ChangeOptions& options) {
       {"-y,--yes", "", "Delete, and change more than --max-changes, without asking", &options.yes},
       {"--max-changes", "COUNT", "More changes need --yes; 50 when it is not given",
        &options.maxChanges},
-      journalOption(options.journal),
   };
 }
 
@@ -138,9 +138,8 @@ std::vector<Option> optionsOf(ChangeOptions& options) {
   return table;
 }
 
-Option journalOption(std::string& directory) {
-  return {"--journal", "DIR", "Where changes are recorded, if not at the user's own place",
-          &directory};
+Journal journalFor(const ConnectionOptions& options) {
+  return Journal(withSiteSettings(options).journal);
 }
 
 std::vector<JournalEntry> settledEntries(const Journal& journal, const std::string& site) {
@@ -159,7 +158,7 @@ ExitCode runChange(
     Context& context, const ChangeOptions& options, Change change,
     const std::function<Plan(const Site& site, const std::vector<JournalEntry>& journal,
                              Change& change)>& makePlan) {
-  const Journal journal(options.journal);
+  const Journal journal = journalFor(context.connection);
   const std::string siteName = nameOfSite(context.connection);
   return onSite(context.connection, [&] {
     const std::vector<JournalEntry> entries = settledEntries(journal, siteName);

@@ -17,14 +17,15 @@ struct ChangeOptions {
   bool dryRun = false;
   bool yes = false;
   int maxChanges = 50;
-  std::string journal;
 };
 
 /// The lines of the option table that fill it.
 std::vector<Option> optionsOf(ChangeOptions& options);
 /// The same without --plan.
 std::vector<Option> applyingOptionsOf(ChangeOptions& options);
-Option journalOption(std::string& directory);
+
+/// The journal that the options or the settings of the site name.
+Journal journalFor(const ConnectionOptions& options);
 
 /// Opens the site, settles what an interrupted change left, reads the site, makes the plan and
 /// shows it. Then it writes the plan to a file, tries it or applies it, as the options say, with an

@@ -13,6 +13,11 @@ Commands allCommands() {
   commands.push_back(diffCommand());
   commands.push_back(exportCommand());
   commands.push_back(assignCommand());
+  commands.push_back(setCommand());
+  commands.push_back(copyCommand());
+  commands.push_back(deleteCommand());
+  commands.push_back(importCommand());
+  commands.push_back(editCommand());
   commands.push_back(applyCommand());
   commands.push_back(historyCommand());
   commands.push_back(undoCommand());

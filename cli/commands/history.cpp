@@ -41,8 +41,7 @@ class History : public Command {
     return {{.names = "NUMBER",
              .value = "",
              .help = "Show what this change did; all are listed when it is not given",
-             .target = &number_},
-            journalOption(directory_)};
+             .target = &number_}};
   }
 
   ExitCode run(Context& context) override {
@@ -61,15 +60,14 @@ class History : public Command {
 
  private:
   /// Of the site that is named, which is asked what became of interrupted ones; else of all sites.
-  std::vector<JournalEntry> entriesFor(const Context& context) const {
-    const Journal journal(directory_);
+  static std::vector<JournalEntry> entriesFor(const Context& context) {
+    const Journal journal = journalFor(context.connection);
     const std::string site = nameOfSite(context.connection);
     if (site.empty()) return journal.entries();
     return onSite(context.connection, [&] { return settledEntries(journal, site); });
   }
 
   int number_ = 0;
-  std::string directory_;
 };
 
 }  // namespace

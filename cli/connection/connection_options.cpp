@@ -30,6 +30,8 @@ std::vector<Option> optionsOf(ConnectionOptions& options) {
        &options.timeout},
       {"--user-id", "NUMBER", "Stored as the last user of configurations that change",
        &options.userId},
+      {"--journal", "DIR", "Where changes are recorded, if not at the user's own place",
+       &options.journal},
   };
 }
 

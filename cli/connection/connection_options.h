@@ -29,6 +29,8 @@ struct ConnectionOptions {
   std::string rootDirectory;
   int timeout = 15;
   int userId = 0;
+  /// The directory for the record of changes; empty for the user's own.
+  std::string journal;
 };
 
 /// The lines of the option table that fill it.

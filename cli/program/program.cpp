@@ -46,6 +46,8 @@ class Parser {
              "tlpacscfg") {
     // What a command does not know is an option of the program.
     app_.fallthrough();
+    // A path may begin with a slash.
+    app_.allow_windows_style_options(false);
     app_.require_subcommand(0, 1);
     app_.set_version_flag("--version", std::to_string(kVersionMajor) + "." +
                                            std::to_string(kVersionMinor) + "." +

@@ -155,12 +155,13 @@ void requireDatabase(const SiteCommand& command) {
   throw RunTimeError(odbc::kOdbcFailed, L"The local file of a workstation is only read.");
 }
 
-/// One request, which the service executes as a whole.
+/// One request, which the service executes as a whole. Statements are told apart by blank lines.
 std::wstring joined(const std::vector<std::wstring>& statements) {
   std::wstring text;
   for (const std::wstring& statement : statements) {
-    if (!text.empty()) text += kLineBreak;
     text += statement;
+    text += kLineBreak;
+    text += kLineBreak;
   }
   return text;
 }

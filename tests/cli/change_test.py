@@ -1,5 +1,6 @@
 """Commands that change a site: plans, what they refuse, and what is stored."""
 import json
+import random
 import sqlite3
 
 from harness import (
@@ -313,6 +314,29 @@ class PlanTest(ChangeTest):
         self.refuse(REFUSED, "assign", "7", "READ-01", "--dry-run", says="not today")
         self.refuse(REFUSED, "assign", "7", "READ-01", says="not today")
         self.assertEqual(self.states(), [])
+
+    def test_dry_run_and_run_give_the_same_plan_on_random_sites(self):
+        for seed in range(4):
+            choose = random.Random(seed)
+            names = sorted(self.assignments())
+            for name in choose.sample(names, 12):
+                text = choose.choice(["1", "8", "0", "99", "x", None])
+                sql = "UPDATE System_workstation_cfg SET key_value = ? WHERE pc_name = ?"
+                self.change(sql + " AND key_name = 'PACSConfig'", text, name)
+            wanted = {name: choose.choice(["2", "7", ""]) for name in choose.sample(names, 15)}
+            lines = "".join(f"{name},{number}\n" for name, number in wanted.items())
+            file = self.write("moves.csv", "workstation,configuration\n" + lines)
+            before = self.assignments()
+            planned = self.make_plan("assign", "--csv", file)
+            tried = self.change_site("assign", "--csv", file, "--dry-run").out
+            self.assertEqual(self.assignments(), before)
+            done = self.change_site("assign", "--csv", file).out
+            self.assertEqual((planned, tried), (done, done))
+            document = json.loads(self.plan.read_text("utf-8"))["assignments"]
+            changes = {row["workstation"]: row["after"] for row in document}
+            self.assertEqual(self.assignments(), before | changes)
+            for name, number in wanted.items():
+                self.assertEqual(self.assignments()[name] or "0", number or "0", name)
 
     def test_reads_back_what_it_wrote(self):
         self.change(

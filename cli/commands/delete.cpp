@@ -1,0 +1,66 @@
+#include "cli/base/failure.h"
+#include "cli/commands/change.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/records.h"
+#include "support/text.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+/// Like the window, which deletes no configuration that a workstation uses.
+void requireUnused(const Site& site, const std::vector<Site::Configuration>& records) {
+  std::string text;
+  for (const auto& record : records) {
+    for (const SiteWorkstation& workstation : site.workstations) {
+      if (workstation.configID != record->configID) continue;
+      text += "\nWorkstation " + toUtf8(workstation.name) + " uses configuration " +
+              std::to_string(record->configID) + ".";
+    }
+  }
+  if (!text.empty()) throw Failure(ExitCode::Usage, "Nothing was deleted." + text);
+}
+
+class Delete : public Command {
+ public:
+  CommandHelp help() const override {
+    return {.name = "delete",
+            .summary = "Delete configurations that no workstation uses",
+            .examples =
+                "  tlpacscfg --site main delete 12 --yes\n"
+                "  tlpacscfg --site main delete 'Test*' --dry-run\n"};
+  }
+
+  std::vector<Option> options() override {
+    std::vector<Option> table = optionsOf(change_);
+    table.insert(table.begin(),
+                 {{.names = "CONFIGURATION",
+                   .value = "",
+                   .help = "A number, a description or a pattern",
+                   .target = &names_},
+                  {"--where", "FIELD=VALUE", "Only configurations with this value; may be repeated",
+                   &where_}});
+    return table;
+  }
+
+  ExitCode run(Context& context) override {
+    return runChange(context, change_, {.command = "delete"},
+                     [&](const Site& site, const auto&, Change&) {
+                       const auto records = selectConfigurations(site, names_, where_);
+                       requireUnused(site, records);
+                       PlanMaker maker(site);
+                       for (const auto& record : records) maker.store(record, nullptr);
+                       return maker.plan();
+                     });
+  }
+
+ private:
+  std::vector<std::string> names_;
+  std::vector<std::string> where_;
+  ChangeOptions change_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> deleteCommand() { return std::make_unique<Delete>(); }
+
+}  // namespace tlpacscfg::cli

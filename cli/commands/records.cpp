@@ -1,0 +1,103 @@
+#include "cli/commands/records.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "cli/base/failure.h"
+#include "cli/commands/selection.h"
+#include "cli/commands/site_check.h"
+#include "cli/formats/fields.h"
+#include "support/text.h"
+
+namespace tlpacscfg::cli {
+namespace {
+
+bool isPattern(const std::string& word) { return word.find_first_of("*?") != std::string::npos; }
+
+void select(const Site& site, const std::string& word, std::set<Site::Configuration>& selected) {
+  if (!isPattern(word) || findConfiguration(site, word)) {
+    selected.insert(requireConfiguration(site, word));
+    return;
+  }
+  bool fitsAny = false;
+  for (const auto& record : site.configurations) {
+    if (!fits(record->Description, fromUtf8(word))) continue;
+    selected.insert(record);
+    fitsAny = true;
+  }
+  if (!fitsAny) {
+    throw Failure(ExitCode::Usage, "No configuration fits the pattern '" + word + "'.");
+  }
+}
+
+Site withPlan(const Site& site, const Plan& plan) {
+  Site after = site;
+  for (const ConfigurationChange& change : plan.configurations) {
+    std::erase(after.configurations, change.before);
+    if (change.after) after.configurations.push_back(change.after);
+  }
+  std::ranges::stable_sort(after.configurations, {},
+                           [](const auto& record) { return record->configID; });
+  return after;
+}
+
+/// Of each configuration what would keep the window from saving it.
+std::set<std::pair<std::wstring, std::wstring>> errorsIn(const Site& site) {
+  std::set<std::pair<std::wstring, std::wstring>> errors;
+  for (const Finding& finding : findingsIn(site, {}, std::nullopt)) {
+    if (finding.severity != Severity::Error || !finding.configuration) continue;
+    errors.emplace(*finding.configuration, finding.message);
+  }
+  return errors;
+}
+
+}  // namespace
+
+std::vector<Site::Configuration> selectConfigurations(const Site& site,
+                                                      const std::vector<std::string>& words,
+                                                      const std::vector<std::string>& conditions) {
+  if (words.empty() && conditions.empty()) {
+    throw Failure(ExitCode::Usage, "No configuration is named. Nothing was changed.");
+  }
+  std::set<Site::Configuration> selected;
+  for (const std::string& word : words) select(site, word, selected);
+  const std::vector<FieldFilter> filters(conditions.begin(), conditions.end());
+  std::vector<Site::Configuration> records;
+  for (const auto& record : site.configurations) {
+    if (!words.empty() && !selected.contains(record)) continue;
+    const bool accepted = std::ranges::all_of(
+        filters, [&](const FieldFilter& filter) { return filter.accepts(*record); });
+    if (accepted) records.push_back(record);
+  }
+  if (records.empty()) throw Failure(ExitCode::Usage, "No configuration fits.");
+  return records;
+}
+
+Site::Configuration withValues(const clsPACSConfiguration& record,
+                               const std::vector<std::string>& values) {
+  auto changed = std::make_shared<clsPACSConfiguration>(record);
+  for (const std::string& value : values) {
+    const std::size_t equals = value.find('=');
+    const Column& column = columnNamed(value.substr(0, equals));
+    if (!column.isContent()) {
+      throw Failure(ExitCode::Usage, toUtf8(column.property) + " cannot be set.");
+    }
+    setValue(*changed, column.field, valueIn(column, value.substr(equals + 1)));
+  }
+  return changed;
+}
+
+void requireRules(const Site& site, const Plan& plan) {
+  const auto before = errorsIn(site);
+  std::string text;
+  for (const auto& [number, message] : errorsIn(withPlan(site, plan))) {
+    if (before.contains({number, message})) continue;
+    text += "\nConfiguration " + toUtf8(number) + ": " + toUtf8(message);
+  }
+  if (!text.empty()) {
+    throw Failure(ExitCode::Usage, "The rules do not allow this. Nothing was changed." + text);
+  }
+}
+
+}  // namespace tlpacscfg::cli
