@@ -73,7 +73,7 @@ std::string bash(const Context& context) {
   }
   const auto unique = [](std::vector<std::string>& names) {
     std::ranges::sort(names);
-    names.erase(std::ranges::unique(names).begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
   };
   unique(files);
   unique(valued);
