@@ -7,9 +7,11 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/selection.h"
 #include "cli/connection/site_connection.h"
+#include "cli/formats/changes.h"
 #include "cli/formats/fields.h"
 #include "cli/formats/files.h"
 #include "cli/formats/output.h"
+#include "cli/formats/plan_file.h"
 #include "cli/formats/site_folder.h"
 #include "cli/program/context.h"
 #include "config/columns.h"
@@ -34,25 +36,28 @@ class Diff : public Command {
  public:
   CommandHelp help() const override {
     return {.name = "diff",
-            .summary = "Compare two configurations, or two sites, field by field",
+            .summary = "Compare two configurations or two sites, or show a plan, field by field",
             .examples =
                 "  tlpacscfg --site main diff 2 7\n"
                 "  tlpacscfg --site main diff site-main site:main\n"
-                "  tlpacscfg diff site:main site:annex --json\n"};
+                "  tlpacscfg diff site:main site:annex --json\n"
+                "  tlpacscfg diff moves.plan\n"};
   }
 
   std::vector<Option> options() override {
     return {
         {.names = "A",
          .value = "",
-         .help = "A configuration's number or description; a folder of export; or site:NAME",
+         .help = "A configuration's number or description; a folder of export; site:NAME; or, "
+                 "alone, a file of --plan",
          .target = &first_,
          .required = true},
-        {.names = "B", .value = "", .help = "The same", .target = &second_, .required = true},
+        {.names = "B", .value = "", .help = "The same", .target = &second_},
         {"--last-change", "", "Compare also who made the last change, and when", &withLastChange_}};
   }
 
   ExitCode run(Context& context) override {
+    if (second_.empty()) return showPlan(context);
     if (isWholeSite(first_) != isWholeSite(second_)) {
       throw Failure(ExitCode::Usage,
                     "Compare two configurations, or two of folders and site:NAME.");
@@ -70,6 +75,12 @@ class Diff : public Command {
   }
 
  private:
+  ExitCode showPlan(const Context& context) const {
+    const Plan plan = readPlanFile(first_);
+    write(listingOf(plan, nullptr), context.output, "Nothing changes.");
+    return plan.changes() == 0 ? ExitCode::Done : ExitCode::Differences;
+  }
+
   static Site siteOf(const Context& context, const std::string& word) {
     if (isFolder(word)) return readSiteFolder(word);
     ConnectionOptions options;

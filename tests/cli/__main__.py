@@ -3,7 +3,7 @@
 
 in-scratch python3 -B tests/cli --tlcommd PATTERN [--test NAME]... [wine] PROGRAM
 
-Under Wine, where each start of a program costs more, only the tests of windows_test.py run.
+Under Wine, where each start of a program costs more, only windows_test.py and journey_test.py run.
 """
 import argparse
 import glob
@@ -27,7 +27,7 @@ harness.PROGRAM = arguments.program
 harness.TLCOMMD = max(glob.glob(arguments.tlcommd), key=os.path.getmtime)
 
 windows = harness.PROGRAM[0] == "wine"
-files = sorted(file.stem for file in HERE.glob("*_test.py"))
-names = arguments.test or [name for name in files if (name == "windows_test") == windows]
+native = sorted(file.stem for file in HERE.glob("*_test.py") if file.stem != "windows_test")
+names = arguments.test or (["windows_test", "journey_test"] if windows else native)
 result = unittest.TextTestRunner().run(unittest.defaultTestLoader.loadTestsFromNames(names))
 sys.exit(not result.wasSuccessful())

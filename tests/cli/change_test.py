@@ -92,6 +92,13 @@ class AssignTest(ChangeTest):
         )
         self.assertEqual(rows["changes"][1]["before"], "none")
 
+    def test_a_plan_file_can_be_shown_without_the_site(self):
+        self.change_site("assign", "7", "READ-01", "--plan", "moves.plan", code=DIFFERENCES)
+        shown = self.change_site("diff", "moves.plan", "--csv", code=DIFFERENCES, connection=[])
+        self.assertEqual(shown.csv()[1:], [["workstation", "READ-01", "configuration", "1", "7"]])
+        self.change_site("assign", "1", "READ-01", "--plan", "same.plan")
+        self.assertEqual(self.change_site("diff", "same.plan").out, "Nothing changes.\n")
+
     def test_does_nothing_where_nothing_changes(self):
         marks = self.rows(MARKS)
         outcome = self.change_site("assign", "1", "READ-01")

@@ -1,6 +1,5 @@
 """The program for Windows."""
 from harness import NO_CONNECTION, CliTest, Service
-from journey_test import JourneyTest  # noqa: F401 - runs here too
 
 
 class WindowsTest(CliTest):
