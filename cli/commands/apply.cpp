@@ -26,7 +26,7 @@ class Apply : public Command {
   }
 
   ExitCode run(Context& context) override {
-    const Plan plan = readPlanFile(file_);
+    Plan plan = readPlanFile(file_);
     return runChange(context, change_, {.command = "apply"},
                      [&](const Site&, const auto&, Change&) { return plan; });
   }

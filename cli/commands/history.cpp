@@ -9,7 +9,7 @@
 namespace tlpacscfg::cli {
 namespace {
 
-Listing listingOf(const std::vector<JournalEntry>& entries) {
+Listing listingOfEntries(const std::vector<JournalEntry>& entries) {
   Listing listing{.kind = "history",
                   .columns = {{"number", "Number"},
                               {"time", "Time"},
@@ -47,14 +47,14 @@ class History : public Command {
   ExitCode run(Context& context) override {
     const std::vector<JournalEntry> entries = entriesFor(context);
     if (number_ == 0) {
-      write(listingOf(entries), context.output, "There is no change.");
+      write(listingOfEntries(entries), context.output, "There is no change.");
       return ExitCode::Done;
     }
     const auto found = std::ranges::find(entries, number_, &JournalEntry::number);
     if (found == entries.end()) {
       throw Failure(ExitCode::Usage, "There is no change " + std::to_string(number_) + ".");
     }
-    write(cli::listingOf(found->plan, nullptr), context.output);
+    write(listingOf(found->plan, nullptr), context.output);
     return ExitCode::Done;
   }
 

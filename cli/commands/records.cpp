@@ -13,8 +13,6 @@
 namespace tlpacscfg::cli {
 namespace {
 
-bool isPattern(const std::string& word) { return word.find_first_of("*?") != std::string::npos; }
-
 void select(const Site& site, const std::string& word, std::set<Site::Configuration>& selected) {
   if (!isPattern(word) || findConfiguration(site, word)) {
     selected.insert(requireConfiguration(site, word));

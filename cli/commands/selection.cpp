@@ -78,6 +78,8 @@ const SiteWorkstation* findWorkstation(const Site& site, const std::string& name
   return found == site.workstations.end() ? nullptr : &*found;
 }
 
+bool isPattern(std::string_view word) { return word.find_first_of("*?") != std::string_view::npos; }
+
 bool fits(std::wstring_view text, std::wstring_view pattern) {
   return fitsFolded(upperCase(text), upperCase(pattern));
 }

@@ -24,6 +24,7 @@ const SiteWorkstation* findWorkstation(const Site& site, const std::string& name
 /// Whether the text fits the pattern, in which * stands for any letters and ? for one, whatever the
 /// letter case.
 bool fits(std::wstring_view text, std::wstring_view pattern);
+bool isPattern(std::string_view word);
 
 /// "FIELD=VALUE": the field has the value, given as text, code or words. Text may be a pattern.
 class FieldFilter {

@@ -20,7 +20,7 @@ Value valueOfCell(const FieldValue& value) {
 }
 
 /// Every column as it is stored.
-Listing listingOf(const std::vector<Site::Configuration>& records) {
+Listing listingOfFields(const std::vector<Site::Configuration>& records) {
   Listing listing{.kind = "records", .columns = {}, .rows = {}};
   for (const Column& column : columns()) {
     listing.columns.push_back({toUtf8(column.property), toUtf8(column.property)});
@@ -59,7 +59,7 @@ class Show : public Command {
     std::vector<Site::Configuration> records;
     for (const std::string& name : names_) records.push_back(configurationOf(site, name));
     if (context.output.json || context.output.csv) {
-      write(listingOf(records), context.output);
+      write(listingOfFields(records), context.output);
     } else {
       for (const auto& record : records) {
         if (record != records.front()) std::cout << '\n';
@@ -77,7 +77,7 @@ class Show : public Command {
       throw Failure(ExitCode::Usage,
                     "There is no configuration and no workstation '" + name + "'.");
     }
-    const auto record = workstation->configID ? site.find(*workstation->configID) : nullptr;
+    auto record = workstation->configID ? site.find(*workstation->configID) : nullptr;
     if (record) return record;
     throw Failure(ExitCode::Usage, "The workstation '" + name + "' has no configuration.");
   }

@@ -83,7 +83,8 @@ class ConfigurationCheck {
     for (const Column& column : columns()) {
       if (isKnownOption(column, *record_)) continue;
       note(Severity::Warning, "unknown-option", column.property,
-           L"The value " + textOf(valueOf(*record_, column.field)) + L" is none of its options.");
+           L"The value " + tlpacscfg::textOf(valueOf(*record_, column.field)) +
+               L" is none of its options.");
     }
   }
 
@@ -91,7 +92,8 @@ class ConfigurationCheck {
     for (const Column& column : columns()) {
       const bool asItStands =
           column.quoting == Quoting::AsItStands && column.onUpdate == Source::Record;
-      if (!asItStands || !hasUnpairedQuote(textOf(valueOf(*record_, column.field)))) continue;
+      if (!asItStands || !hasUnpairedQuote(tlpacscfg::textOf(valueOf(*record_, column.field))))
+        continue;
       note(Severity::Error, "text-not-savable", column.property,
            L"It holds a single quote, with which the configuration cannot be saved again.");
     }

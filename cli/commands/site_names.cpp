@@ -13,8 +13,6 @@ namespace {
 
 std::wstring keyOf(std::wstring_view name) { return upperCase(trimBlanks(name)); }
 
-bool isPattern(const std::string& word) { return word.find_first_of("*?") != std::string::npos; }
-
 }  // namespace
 
 SiteNames::SiteNames(const Site& site) : site_(site) {

@@ -53,7 +53,7 @@ std::string lastChange(const clsPACSConfiguration& record) {
          toUtf8(record.LastUpdateDate);
 }
 
-std::string textOf(const ForeignConfiguration& foreign) {
+std::string lineOf(const ForeignConfiguration& foreign) {
   const std::string name = "Configuration " + std::to_string(foreign.configID);
   if (!foreign.stored) return name + " was deleted.";
   const std::string who = lastChange(*foreign.stored);
@@ -66,12 +66,13 @@ std::string textOf(const ForeignConfiguration& foreign) {
     const std::string was = wordsOf(column, *foreign.expected);
     const std::string is = wordsOf(column, *foreign.stored);
     if (was == is) continue;
-    text += "\n  " + toUtf8(column.property) + " was '" + was + "' and is '" + is + "'.";
+    text.append("\n  ").append(toUtf8(column.property));
+    text.append(" was '").append(was).append("' and is '").append(is).append("'.");
   }
   return text;
 }
 
-std::string textOf(const ForeignAssignment& foreign, const Site* site) {
+std::string lineOf(const ForeignAssignment& foreign, const Site* site) {
   const std::string name = "Workstation " + toUtf8(foreign.workstation);
   if (foreign.isGone) return name + " is gone.";
   if (foreign.uses != 0) {
@@ -111,8 +112,8 @@ std::string countOf(const Plan& plan) {
 
 std::string textOf(const ForeignChanges& foreign, const Site* site) {
   std::string text;
-  for (const ForeignConfiguration& row : foreign.configurations) text += "\n" + textOf(row);
-  for (const ForeignAssignment& row : foreign.assignments) text += "\n" + textOf(row, site);
+  for (const ForeignConfiguration& row : foreign.configurations) text += "\n" + lineOf(row);
+  for (const ForeignAssignment& row : foreign.assignments) text += "\n" + lineOf(row, site);
   return text;
 }
 
