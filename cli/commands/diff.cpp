@@ -139,10 +139,7 @@ class Diff : public Command {
       return note("workstation", name, "workstation", before != nullptr ? Value(name) : Value(),
                   after != nullptr ? Value(name) : Value());
     }
-    // None is none, with a row or without one.
-    const bool same = before->configID && after->configID ? before->configID == after->configID
-                                                          : before->assigned == after->assigned;
-    if (same) return;
+    if (isSameAssignment(before->assigned, after->assigned)) return;
     const auto shown = [](const SiteWorkstation& workstation) {
       return workstation.configID == 0 ? std::string("none") : toUtf8(*workstation.assigned);
     };

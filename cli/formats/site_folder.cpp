@@ -10,9 +10,7 @@
 #include "cli/formats/csv_reader.h"
 #include "cli/formats/files.h"
 #include "cli/formats/output.h"
-#include "support/runtime_error.h"
 #include "support/text.h"
-#include "workstation/workstation.h"
 
 namespace tlpacscfg::cli {
 namespace {
@@ -120,12 +118,7 @@ class FolderReader {
     SiteWorkstation workstation;
     workstation.name = fromUtf8(row[0].text);
     if (!row[1].text.empty()) workstation.assigned = fromUtf8(row[1].text);
-    try {
-      workstation.configID =
-          assignedConfigID(workstation.assigned ? Cell(*workstation.assigned) : Cell());
-    } catch (const RunTimeError&) {
-      // As stored: it is no number there either.
-    }
+    workstation.configID = configIDIn(workstation.assigned);
     site_.workstations.push_back(std::move(workstation));
   }
 

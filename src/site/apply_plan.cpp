@@ -72,9 +72,7 @@ bool holdsSame(const Site::Configuration& first, const Site::Configuration& seco
 }
 
 bool isAssigned(const SiteWorkstation* workstation, const std::optional<std::wstring>& text) {
-  if (workstation == nullptr) return false;
-  const auto configID = configIDIn(text);
-  return configID ? workstation->configID == configID : workstation->assigned == text;
+  return workstation != nullptr && isSameAssignment(workstation->assigned, text);
 }
 
 /// The workstations that use a row which the plan deletes, and of which the plan does not know.

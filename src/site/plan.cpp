@@ -36,13 +36,6 @@ class Hash {
   std::uint64_t value_ = 0xCBF29CE484222325U;
 };
 
-bool isSameAssignment(const std::optional<std::wstring>& first,
-                      const std::optional<std::wstring>& second) {
-  if (first == second) return true;
-  const auto configID = configIDIn(first);
-  return configID && configID == configIDIn(second);
-}
-
 }  // namespace
 
 bool Plan::deletes() const {

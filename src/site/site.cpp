@@ -88,6 +88,13 @@ std::optional<std::int16_t> configIDIn(const std::optional<std::wstring>& assign
   return orNull([&] { return assignedConfigID(assigned ? Cell(*assigned) : Cell()); });
 }
 
+bool isSameAssignment(const std::optional<std::wstring>& first,
+                      const std::optional<std::wstring>& second) {
+  if (first == second) return true;
+  const auto configID = configIDIn(first);
+  return configID && configID == configIDIn(second);
+}
+
 std::vector<SiteWorkstation> readWorkstations() {
   const Table rows = loadingPath().query(kListStatement);
   if (rows.rows() > 0 && rows.columns() <= kListFlag2) raise(ErrorNumber::SubscriptOutOfRange);

@@ -42,6 +42,11 @@ struct Site {
 /// number of a configuration.
 std::optional<std::int16_t> configIDIn(const std::optional<std::wstring>& assigned);
 
+/// Whether two texts assign the same; none is none, with a row or without one. Texts that are no
+/// numbers must be equal.
+bool isSameAssignment(const std::optional<std::wstring>& first,
+                      const std::optional<std::wstring>& second);
+
 /// What a workstation's row of the key for configurations holds.
 struct StoredAssignment {
   std::wstring workstation;
