@@ -55,7 +55,7 @@ def execute(site, what):
     elif command == "store":
         if os.path.exists(what["path"]):
             os.remove(what["path"])
-        store.create(what["path"])
+        store.create(what["path"], what.get("traits"))
         site.stored_site = what
     elif command == "change":
         store.change(site.stored_site["path"], what["sql"])

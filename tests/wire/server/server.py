@@ -31,6 +31,7 @@ class Site:
     def __init__(self, directory):
         self.directory = directory
         self.stored_site = None
+        self.encryption = None  # The TLS context of a server that demands it.
         self.faults = faults.Faults()
         self.changed = threading.Condition()
         self.sessions = set()
@@ -46,7 +47,7 @@ class Site:
     def reset(self):
         self.faults.clear()
         self.drop_sessions()
-        self.stored_site = None
+        self.stored_site = self.encryption = None
         self.later_changes = []
         self.start()
 
@@ -93,9 +94,9 @@ class Site:
         with self.record_lock, open(path, "a", encoding="utf-8", newline="\n") as file:
             file.write(line + "\n")
 
-    def new_store(self):
+    def new_store(self, login, encrypted):
         kept = self.stored_site
-        return kept and store.Store(kept["path"], kept.get("traits", {}))
+        return kept and store.Store(kept["path"], kept.get("traits", {}), login, encrypted)
 
     def change(self, sql=None):
         """Changes the site as another program, as soon as no session locks the rows."""

@@ -7,6 +7,7 @@ import answers
 import faults
 import store
 import tds
+import tls
 import tsql
 
 NO_ANSWER = "The stand-in has no answer to this batch."
@@ -33,7 +34,7 @@ class Session(socketserver.StreamRequestHandler):
         self.silent = False
         self.store = None
         handlers = {
-            tds.PRELOGIN: lambda content: self.reply(tds.prelogin_answer()),
+            tds.PRELOGIN: self.negotiate,
             tds.LOGIN7: self.log_in,
             tds.SQL_BATCH: self.run_batch,
             tds.TRANSACTION: self.run_transaction,
@@ -61,6 +62,12 @@ class Session(socketserver.StreamRequestHandler):
     def reply(self, content, last=True):
         self.wfile.write(tds.packets(content, last))
 
+    def negotiate(self, content):
+        context = self.site.encryption
+        self.reply(tds.prelogin_answer(encrypts=context is not None))
+        if context is not None:
+            self.rfile = self.wfile = tls.Stream(context, self.rfile, self.wfile)
+
     def log_in(self, content):
         login = tds.login(content)
         self.site.record(login=login)
@@ -74,7 +81,8 @@ class Session(socketserver.StreamRequestHandler):
             refusal = tds.error(outcome["number"], outcome["text"], severity=14)
             self.reply(refusal + tds.done(tds.DONE_ERROR))
             raise HangUp
-        self.store = self.site.new_store()
+        encrypted = self.site.encryption is not None
+        self.store = self.site.new_store(login["user"], encrypted)
         self.reply(tds.login_answer(login["database"]))
 
     def run_batch(self, content):

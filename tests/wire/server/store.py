@@ -30,12 +30,19 @@ class Locked(Exception):
         super().__init__("Another session locks the rows.")
 
 
-def create(path):
+def create(path, traits=None):
+    rule = "NOCASE" if "_CI" in collation(traits or {}) else "BINARY"
     with open(SCHEMA, encoding="utf-8") as file:
-        script = re.sub(r"(n?varchar\(\d+\))", r"\1 COLLATE NOCASE", file.read())
+        script = re.sub(r"(n?varchar\(\d+\))", rf"\1 COLLATE {rule}", file.read())
+    if (traits or {}).get("codePage"):
+        script = script.replace("nvarchar", "varchar")
     connection = opened(path)
     connection.executescript(f"BEGIN; {script}; COMMIT")
     connection.close()
+
+
+def collation(traits):
+    return traits.get("collation", "SQL_Latin1_General_CP1_CI_AS")
 
 
 def opened(path):
@@ -65,17 +72,25 @@ class Store:
     "widths": "cut"|"refuse"  longer texts than the column are truncated, or refused
     "joinsLines": true        a backslash before a line break in a text joins the lines
     "dayFirst": true          dates written with blanks have the day before the month
+    "collation": NAME         of the database; one without _CI in it tells upper case from lower case
+    "clock": MINUTES          how far the server's clock is ahead
+    "denied": ["INSERT on T"...]    what the login may not do
+    "serverState": false      the login may not see the server's connections
+    "asksNothing": true       the login may not ask what the server, the database and the login are
     """
 
-    def __init__(self, path, traits):
+    SESSION = 51
+
+    def __init__(self, path, traits, login="", encrypted=False):
         self.traits = traits
+        self.login = login
         self.serializable = False
         self.errors_undo = False
         self.trancount = self.rowcount = 0
         self.fitting = False
         self.refusal = None
         self.connection = opened(path)
-        self.connection.create_function("getdate", 0, now)
+        self.add_server(encrypted)
         self.connection.create_function("trancount", 0, lambda: self.trancount)
         self.connection.create_function("rowcount", 0, lambda: self.rowcount)
         self.connection.create_function("len", 1, lambda text: text and len(text.rstrip(" ")))
@@ -90,6 +105,68 @@ class Store:
             types = {column[1]: column[2].lower() for column in columns}
             self.types.update(types)
             self.watch(table, types)
+            self.connection.executemany(
+                "INSERT INTO INFORMATION_SCHEMA_COLUMNS VALUES(?, ?, ?)",
+                [(table, name, kind.split("(")[0]) for name, kind in types.items()],
+            )
+
+    def add_server(self, encrypted):
+        """What a server tells of itself, of the database and of the login."""
+        language = "British" if self.traits.get("dayFirst") else "us_english"
+        functions = {
+            "spid": lambda: self.SESSION,
+            "language": lambda: language,
+            "version": lambda: "Microsoft SQL Server, a stand-in",
+            "suser_sname": lambda: self.login,
+            "db_name": lambda: "Talora",
+            "databasepropertyex": lambda database, name: collation(self.traits),
+            "collationproperty": lambda name, what: 1252,
+            "month": lambda text: int(self.datetime_value(text)[5:7]),
+            "has_perms_by_name": lambda table, kind, right: int(not self.denies(right, table)),
+        }
+        for name, function in functions.items():
+            self.connection.create_function(name, function.__code__.co_argcount, self.asked(function))
+        self.connection.create_function("getdate", 0, self.now)
+        self.connection.executescript(
+            "CREATE TEMP TABLE INFORMATION_SCHEMA_COLUMNS(TABLE_NAME, COLUMN_NAME, DATA_TYPE);"
+            "CREATE TEMP TABLE sys_dm_exec_connections(session_id, encrypt_option);"
+        )
+        self.connection.execute(
+            "INSERT INTO sys_dm_exec_connections VALUES(?, ?)",
+            (self.SESSION, "TRUE" if encrypted else "FALSE"),
+        )
+
+    def asked(self, function):
+        """The function as SQLite calls it, which does not keep the error of one that fails."""
+
+        def called(*arguments):
+            try:
+                if self.traits.get("asksNothing"):
+                    raise Refusal(229, "The permission was denied.")
+                return function(*arguments)
+            except Refusal as refusal:
+                self.refusal = refusal
+                raise
+
+        return called
+
+    def now(self):
+        # With a T the order of year, month and day is the same in every language.
+        time = datetime.datetime.now() + datetime.timedelta(minutes=self.traits.get("clock", 0))
+        return time.isoformat("T", "milliseconds")
+
+    def denies(self, right, table):
+        return f"{right} on {table}".lower() in map(str.lower, self.traits.get("denied", ()))
+
+    def require_rights(self, statement):
+        """Refuses as a server does what the login may not do."""
+        table = statement.words[1 if statement.verb == "UPDATE" else 2] if statement.words[2:] else ""
+        if self.denies(statement.verb, table):
+            what = f"The {statement.verb} permission was denied on the object '{table}'."
+            raise Refusal(229, what)
+        hidden = self.traits.get("serverState") is False or self.traits.get("asksNothing")
+        if hidden and "DM_EXEC_CONNECTIONS" in statement.words:
+            raise Refusal(300, "VIEW SERVER STATE permission was denied on object 'server'.")
 
     def watch(self, table, types):
         """Converts the values of changed rows to the types of their columns."""
@@ -171,6 +248,7 @@ class Store:
     def run(self, statement):
         """The columns and the rows of a query, or None and the number of changed rows."""
         self.fitting, self.refusal = False, None
+        self.require_rights(statement)
         try:
             if self.trancount and not self.connection.in_transaction:
                 self.begin(statement)
@@ -243,11 +321,6 @@ class Store:
     def close(self):
         self.roll_back()
         self.connection.close()
-
-
-def now():
-    # With a T the order of year, month and day is the same in every language.
-    return datetime.datetime.now().isoformat("T", "milliseconds")
 
 
 ERRORS = [

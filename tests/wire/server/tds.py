@@ -26,21 +26,21 @@ def receive(stream):
             return kind, content
 
 
-def packets(content, last=True):
+def packets(content, last=True, message=REPLY):
     """The packets of a reply; with `last` unset, more will follow."""
     size = PACKET_SIZE - 8
     pieces = [content[i : i + size] for i in range(0, len(content), size)] or [b""]
     sent = b""
     for number, piece in enumerate(pieces, 1):
         end = 1 if last and number == len(pieces) else 0
-        sent += struct.pack(">BBHHBB", REPLY, end, len(piece) + 8, 51, number % 256, 0) + piece
+        sent += struct.pack(">BBHHBB", message, end, len(piece) + 8, 51, number % 256, 0) + piece
     return sent
 
 
-def prelogin_answer():
+def prelogin_answer(encrypts=False):
     options = [
         (0, bytes([16, 0, 0, 0, 0, 0])),
-        (1, b"\x02"),  # No encryption here.
+        (1, b"\x03" if encrypts else b"\x02"),  # Required, or not supported.
         (2, b"\x00"),
         (3, b""),
         (4, b"\x00"),

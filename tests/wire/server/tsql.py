@@ -11,7 +11,8 @@ TOKEN = re.compile(
     re.VERBOSE | re.DOTALL,
 )
 VERBS = ("SELECT", "INSERT", "UPDATE", "DELETE", "SET", "BEGIN", "COMMIT", "ROLLBACK", "IF")
-COUNTERS = ("@@TRANCOUNT", "@@ROWCOUNT")
+SERVER_VALUES = ("@@TRANCOUNT", "@@ROWCOUNT", "@@SPID", "@@LANGUAGE", "@@VERSION")
+SYSTEM_SCHEMAS = ("SYS", "INFORMATION_SCHEMA")
 HOLDING_HINTS = {"UPDLOCK", "HOLDLOCK", "XLOCK", "TABLOCKX", "SERIALIZABLE", "REPEATABLEREAD"}
 
 
@@ -65,6 +66,9 @@ class Statement:
                 position = item_start = end + 1
             elif word == "DBO" and following[:1] == ["."]:
                 position += 2
+            elif word in SYSTEM_SCHEMAS and following[:1] == ["."]:
+                pieces.append(f"{text}_{tokens[position + 2][1]}")
+                position += 3
             elif word == "WITH" and following[:1] == ["("]:
                 end = closing(tokens, position + 1)
                 hints = {text.upper() for _, text in tokens[position + 2 : end]}
@@ -91,7 +95,7 @@ def renamed(kind, text, following):
         return text.lstrip("Nn")
     if kind == "word" and text.upper() == "ISNULL" and following[:1] == ["("]:
         return "ifnull"
-    if kind == "word" and text.upper() in COUNTERS:
+    if kind == "word" and text.upper() in SERVER_VALUES:
         return text[2:] + "()"
     return text
 
