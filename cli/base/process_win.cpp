@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <cstdlib>
+#include <iostream>
 
 #include "cli/base/process.h"
 #include "support/text.h"
@@ -15,6 +16,11 @@ bool isRunning(std::int64_t processId) {
   const bool running = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
   CloseHandle(process);
   return running;
+}
+
+void endProcess(int exitCode) {
+  std::cout.flush();
+  std::_Exit(exitCode);
 }
 
 int runCommandLine(const std::string& commandLine) {

@@ -24,11 +24,6 @@ namespace {
 using Record = clsPACSConfiguration;
 using Findings = std::vector<Finding>;
 
-bool listens(const Record& record) {
-  return (record.PACSType == vendor::kTcpIp || record.PACSType == vendor::kBrokerExtended) &&
-         record.Port > 0;
-}
-
 /// The checks of one configuration after the other. The window's rules work on a form; one blank
 /// form serves for all.
 class ConfigurationCheck {
@@ -226,7 +221,7 @@ class WorkstationCheck {
       if (!record || !listens(*record)) continue;
       const auto [place, isFirst] = ports.emplace(record->Port, record->configID);
       if (isFirst || place->second == record->configID) continue;
-      note(Severity::Error, "port-used-twice", name,
+      note(Severity::Error, kPortUsedTwice, name,
            L"The configurations " + decimal(place->second) + L" and " + decimal(record->configID) +
                L" both listen on port " + decimal(record->Port) + L" of this workstation.");
     }
@@ -246,6 +241,11 @@ class WorkstationCheck {
 };
 
 }  // namespace
+
+bool listens(const Record& record) {
+  return (record.PACSType == vendor::kTcpIp || record.PACSType == vendor::kBrokerExtended) &&
+         record.Port > 0;
+}
 
 std::vector<Finding> findingsIn(const Site& site, const std::vector<StoredAssignment>& assignments,
                                 const std::optional<std::vector<std::wstring>>& xmlFiles) {

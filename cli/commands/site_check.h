@@ -14,6 +14,9 @@ enum class Severity {
   Warning,  ///< The settings window would change it when somebody saves the configuration.
 };
 
+/// The rule of a finding: two configurations of one workstation listen on one port.
+inline constexpr const char* kPortUsedTwice = "port-used-twice";
+
 struct Finding {
   Severity severity = Severity::Error;
   const char* rule = "";
@@ -22,6 +25,9 @@ struct Finding {
   std::wstring field;  ///< The property; empty when the finding is about the whole row.
   std::wstring message;
 };
+
+/// Whether the configuration makes a workstation listen on a port.
+bool listens(const clsPACSConfiguration& record);
 
 /// What the settings window would say about each configuration, and what no window sees.
 /// `xmlFiles` are the names of the site's mapping files; null when they are not known.

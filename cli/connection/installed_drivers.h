@@ -5,8 +5,14 @@
 
 namespace tlpacscfg::cli {
 
-/// The ODBC drivers of this computer; on Windows those of 64-bit and of 32-bit programs, which have
-/// lists of their own.
-std::vector<std::string> installedDrivers();
+/// What ODBC offers to programs of one kind. On Windows there are two kinds, with lists of their
+/// own.
+struct InstalledDrivers {
+  std::string programs;  ///< "64-bit programs"; "programs" where there is one kind.
+  std::vector<std::string> drivers;
+  std::vector<std::string> dataSources;
+};
+
+std::vector<InstalledDrivers> installedDrivers();
 
 }  // namespace tlpacscfg::cli

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <array>
+#include <utility>
 
 #include "cli/connection/installed_drivers.h"
 #include "support/handle_win.h"
@@ -11,38 +12,39 @@ namespace {
 
 using Key = UniqueHandle<HKEY, &RegCloseKey>;
 
-/// The names of the values below a key in one of the two views of the registry.
-std::string namesIn(const wchar_t* path, REGSAM view) {
+/// Adds the names of the values below a key in one of the two views of the registry.
+void addNames(std::vector<std::string>& names, HKEY root, const wchar_t* path, REGSAM view) {
   HKEY opened = nullptr;
-  const LSTATUS status =
-      RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_QUERY_VALUE | view, &opened);
+  const LSTATUS status = RegOpenKeyExW(root, path, 0, KEY_QUERY_VALUE | view, &opened);
   const Key key(status == ERROR_SUCCESS ? opened : nullptr);
-  std::string names;
-  if (!key) return "none";
+  if (!key) return;
   std::array<wchar_t, 256> name;
   for (DWORD index = 0;; ++index) {
     auto length = static_cast<DWORD>(name.size());
     if (RegEnumValueW(key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
         ERROR_SUCCESS) {
-      break;
+      return;
     }
-    names += (names.empty() ? "" : ", ") + toUtf8(std::wstring_view(name.data(), length));
+    names.push_back(toUtf8(std::wstring_view(name.data(), length)));
   }
-  return names.empty() ? "none" : names;
 }
 
 }  // namespace
 
-std::vector<std::string> installedDrivers() {
+std::vector<InstalledDrivers> installedDrivers() {
   constexpr const wchar_t* kDrivers = L"SOFTWARE\\ODBC\\ODBCINST.INI\\ODBC Drivers";
   constexpr const wchar_t* kSources = L"SOFTWARE\\ODBC\\ODBC.INI\\ODBC Data Sources";
-  std::vector<std::string> lines;
-  for (const auto& [bits, view] :
-       {std::pair("64 bits", KEY_WOW64_64KEY), std::pair("32 bits", KEY_WOW64_32KEY)}) {
-    lines.push_back(std::string(bits) + ": " + namesIn(kDrivers, static_cast<REGSAM>(view)) +
-                    "; data sources: " + namesIn(kSources, static_cast<REGSAM>(view)));
+  std::vector<InstalledDrivers> kinds;
+  for (const auto& [programs, view] : {std::pair("64-bit programs", REGSAM{KEY_WOW64_64KEY}),
+                                       std::pair("32-bit programs", REGSAM{KEY_WOW64_32KEY})}) {
+    InstalledDrivers& kind = kinds.emplace_back();
+    kind.programs = programs;
+    addNames(kind.drivers, HKEY_LOCAL_MACHINE, kDrivers, view);
+    addNames(kind.dataSources, HKEY_LOCAL_MACHINE, kSources, view);
+    // A user's own serve both kinds.
+    addNames(kind.dataSources, HKEY_CURRENT_USER, kSources, view);
   }
-  return lines;
+  return kinds;
 }
 
 }  // namespace tlpacscfg::cli

@@ -52,7 +52,8 @@ Failure unknownSetting(const std::string& place, const std::string& name,
 
 }  // namespace
 
-std::string ownSettingsFile() {
+std::string settingsFileOf(const ConnectionOptions& options) {
+  if (!options.settingsFile.empty()) return options.settingsFile;
 #ifdef _WIN32
   const auto base = environmentValue("APPDATA");
   return base ? *base + "\\tlpacscfg\\sites.ini" : std::string();
@@ -65,7 +66,7 @@ std::string ownSettingsFile() {
 
 ConnectionOptions withSiteSettings(ConnectionOptions options) {
   if (options.site.empty()) return options;
-  const std::string file = options.settingsFile.empty() ? ownSettingsFile() : options.settingsFile;
+  const std::string file = settingsFileOf(options);
   const std::string content = readFile(file);
   const std::vector<Option> table = optionsOf(options);
   const std::vector<std::string> names = settingNames(table);

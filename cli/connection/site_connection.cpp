@@ -17,6 +17,7 @@
 #include "data/tl_comm_client.h"
 #include "host/host_object.h"
 #include "odbc/error.h"
+#include "support/scope_exit.h"
 #include "support/secret.h"
 #include "support/system.h"
 #include "support/text.h"
@@ -37,21 +38,19 @@ void requireFile(const std::string& file) {
   throw Failure(ExitCode::NoConnection, "There is no file '" + file + "'.");
 }
 
-void openServer(const ConnectionOptions& options, HostSettings& settings) {
+void openServer(const ConnectionOptions& options, HostSettings& settings, std::wstring& secret) {
   settings.SqlServerName = fromUtf8(options.server);
-  settings.Password = readSecret(options, "password of the server", IfMissing::Refuse);
+  settings.Password = std::move(secret);
   useConnection(openSqlConnection(settings, std::chrono::seconds(options.timeout)));
 }
 
-void openDsn(const ConnectionOptions& options, HostSettings& settings) {
+void openDsn(const ConnectionOptions& options, HostSettings& settings, std::wstring& secret) {
   settings.SQLDSN = fromUtf8(options.dataSource);
-  const bool hasLogin = !options.user.empty();
-  settings.Password = readSecret(options, "password of the data source",
-                                 hasLogin ? IfMissing::Refuse : IfMissing::Empty);
+  settings.Password = std::move(secret);
   useConnection(openDataSource(settings, std::chrono::seconds(options.timeout)));
 }
 
-void openSqlite(const ConnectionOptions& options, HostSettings&) {
+void openSqlite(const ConnectionOptions& options, HostSettings&, std::wstring&) {
   requireFile(options.sqliteFile);
   std::wstring parameters = L"Driver={SQLite3};Timeout=10000;Database=";
   odbc::appendConnectValue(parameters, fromUtf8(options.sqliteFile));
@@ -61,7 +60,7 @@ void openSqlite(const ConnectionOptions& options, HostSettings&) {
       std::make_shared<odbc::Connection>(environment, L"", odbc::Prompt::Never, parameters + L";"));
 }
 
-void openOffline(const ConnectionOptions& options, HostSettings&) {
+void openOffline(const ConnectionOptions& options, HostSettings&, std::wstring&) {
   requireFile(options.offlineFile);
   modMain.g_blnUseOfflineDB = true;
   modMain.g_conOffline = openAccessFile(fromUtf8(options.offlineFile));
@@ -69,21 +68,23 @@ void openOffline(const ConnectionOptions& options, HostSettings&) {
   modMain.g_blnOfflineConnected = true;
 }
 
-void openService(const ConnectionOptions& options, HostSettings&) {
-  const std::size_t colon = options.service.rfind(':');
-  if (colon == options.service.npos || colon == 0 || options.database.empty()) {
-    throw Failure(ExitCode::Usage, "Write --service HOST:PORT --database NAME.");
-  }
+/// Without the token. Throws Failure.
+client::Settings serviceSettings(const ConnectionOptions& options) {
   client::Settings settings;
   settings.plainHttp = options.plainHttp;
-  if (!options.fingerprint.empty()) {
-    const auto fingerprint = client::parseFingerprint(fromUtf8(options.fingerprint));
-    if (!fingerprint) {
-      throw Failure(ExitCode::Usage, "The fingerprint is not one of a SHA-256 certificate digest.");
-    }
-    settings.fingerprints.push_back(*fingerprint);
+  if (options.fingerprint.empty()) return settings;
+  const auto fingerprint = client::parseFingerprint(fromUtf8(options.fingerprint));
+  if (!fingerprint) {
+    throw Failure(ExitCode::Usage, "The fingerprint is not one of a SHA-256 certificate digest.");
   }
-  settings.token = readSecret(options, "token of the service", IfMissing::Refuse);
+  settings.fingerprints.push_back(*fingerprint);
+  return settings;
+}
+
+void openService(const ConnectionOptions& options, HostSettings&, std::wstring& secret) {
+  const std::size_t colon = options.service.rfind(':');
+  client::Settings settings = serviceSettings(options);
+  settings.token = std::move(secret);
   modTlCommClient.g_objTlCommClient = std::make_shared<ServiceClient>(
       settings, ServiceClient::Address{fromUtf8(options.service.substr(0, colon)),
                                        fromUtf8(options.service.substr(colon + 1)),
@@ -94,22 +95,33 @@ void openService(const ConnectionOptions& options, HostSettings&) {
 
 struct Way {
   const std::string& chosen;
-  void (*open)(const ConnectionOptions&, HostSettings&);
+  /// What the password is called; null for a way without one.
+  const char* secret;
+  IfMissing ifMissing;
+  void (*open)(const ConnectionOptions&, HostSettings&, std::wstring& secret);
 };
 
-void open(const ConnectionOptions& options, HostSettings& settings) {
-  const Way ways[] = {{options.server, openServer},
-                      {options.dataSource, openDsn},
-                      {options.sqliteFile, openSqlite},
-                      {options.offlineFile, openOffline},
-                      {options.service, openService}};
+/// Throws Failure unless the options name one way, and all of it.
+Way wayTo(const ConnectionOptions& options) {
+  const auto ifMissing = options.user.empty() ? IfMissing::Empty : IfMissing::Refuse;
+  const Way ways[] = {{options.server, "password of the server", IfMissing::Refuse, openServer},
+                      {options.dataSource, "password of the data source", ifMissing, openDsn},
+                      {options.sqliteFile, nullptr, IfMissing::Empty, openSqlite},
+                      {options.offlineFile, nullptr, IfMissing::Empty, openOffline},
+                      {options.service, "token of the service", IfMissing::Refuse, openService}};
   const auto isChosen = [](const Way& way) { return !way.chosen.empty(); };
   if (std::ranges::count_if(ways, isChosen) != 1) {
     throw Failure(ExitCode::Usage,
                   "Name the site with one of --server, --dsn, --sqlite, --offline, --service and "
                   "--site.");
   }
-  std::ranges::find_if(ways, isChosen)->open(options, settings);
+  const std::size_t colon = options.service.rfind(':');
+  if (!options.service.empty() &&
+      (colon == options.service.npos || colon == 0 || options.database.empty())) {
+    throw Failure(ExitCode::Usage, "Write --service HOST:PORT --database NAME.");
+  }
+  serviceSettings(options);
+  return *std::ranges::find_if(ways, isChosen);
 }
 
 void findRootDirectory(const ConnectionOptions& options, HostSettings& settings) {
@@ -146,7 +158,17 @@ std::string nameOfSite(const ConnectionOptions& given) {
   return {};
 }
 
-SiteConnection::SiteConnection(const ConnectionOptions& given) {
+std::wstring secretOf(const ConnectionOptions& given) {
+  const ConnectionOptions options = withSiteSettings(given);
+  const Way way = wayTo(options);
+  return way.secret != nullptr ? readSecret(options, way.secret, way.ifMissing) : std::wstring();
+}
+
+SiteConnection::SiteConnection(const ConnectionOptions& given)
+    : SiteConnection(given, secretOf(given)) {}
+
+SiteConnection::SiteConnection(const ConnectionOptions& given, std::wstring secret) {
+  const ScopeExit wiped([&] { wipe(secret); });
   const ConnectionOptions options = withSiteSettings(given);
   system::showMessage = system::MessageBoxes([](const system::Message& message) {
     say("tlpacscfg: " + toUtf8(message.text));
@@ -158,7 +180,7 @@ SiteConnection::SiteConnection(const ConnectionOptions& given) {
   settings->User_ID = static_cast<std::int16_t>(options.userId);
   modMain.g_objConfig = settings;
   try {
-    open(options, *settings);
+    wayTo(options).open(options, *settings, secret);
   } catch (const odbc::Error& error) {
     throw Failure(ExitCode::NoConnection,
                   "There is no connection to the database.\n" + toUtf8(error.description()));

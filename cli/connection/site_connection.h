@@ -12,11 +12,16 @@ namespace tlpacscfg::cli {
 /// Empty when they name none. Throws Failure.
 std::string nameOfSite(const ConnectionOptions& options);
 
+/// The password or token that the site needs, which may be asked for; empty for a site without one.
+/// Throws Failure, also for options that name no site.
+std::wstring secretOf(const ConnectionOptions& options);
+
 /// The data path to a site: open while this exists. There is one at a time, as the core has one.
 class SiteConnection {
  public:
   /// With the settings of the site that the options name. Throws Failure.
   explicit SiteConnection(const ConnectionOptions& options);
+  SiteConnection(const ConnectionOptions& options, std::wstring secret);
   ~SiteConnection();
   SiteConnection(const SiteConnection&) = delete;
   SiteConnection& operator=(const SiteConnection&) = delete;

@@ -5,6 +5,7 @@ import json
 import os
 import shutil
 import sqlite3
+import ssl
 import subprocess
 import tempfile
 import time
@@ -114,10 +115,16 @@ class CliTest(unittest.TestCase):
         return outcome
 
 
-class StandIn:
-    """The stand-in for SQL Server, with the demonstration site."""
+def make_certificate(directory):
+    subprocess.run(
+        [PROJECT / "tools/make-certificate", directory], check=True, capture_output=True
+    )
 
-    def __init__(self, test):
+
+class StandIn:
+    """The stand-in for SQL Server, with the demonstration site. Its traits are those of a store."""
+
+    def __init__(self, test, encrypts=False, **traits):
         import server
         import store
 
@@ -126,11 +133,19 @@ class StandIn:
         self.site = server.Site(str(directory))
         test.addCleanup(self.site.reset)
         self.path = directory / "server.db"
-        store.create(str(self.path))
+        store.create(str(self.path), traits)
         database = sqlite3.connect(self.path)
         database.executescript((DEMO / "site.sql").read_text(encoding="utf-8"))
         database.close()
-        self.site.stored_site = {"path": str(self.path), "traits": {}}
+        self.site.stored_site = {"path": str(self.path), "traits": traits}
+        if encrypts:
+            make_certificate(directory)
+            self.site.encryption = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            # The last one whose handshake fits into the packets of the protocol.
+            self.site.encryption.maximum_version = ssl.TLSVersion.TLSv1_2
+            self.site.encryption.load_cert_chain(
+                directory / "certificate.pem", directory / "key.pem"
+            )
         self.environment = {"TDSPORT": str(self.site.port), "TLPACSCFG_PASSWORD": PASSWORD}
         self.connection = ["--server", "127.0.0.1", "--database", "Talora", "--user", "anna"]
 
@@ -146,9 +161,7 @@ class Service:
         secret = directory / "token"
         secret.write_text(self.TOKEN)
         secret.chmod(0o600)
-        subprocess.run(
-            [PROJECT / "tools/make-certificate", directory], check=True, capture_output=True
-        )
+        make_certificate(directory)
         source = directory / "site.db"
         shutil.copy(test.database, source)
         settings = directory / "tlcommd.conf"

@@ -1,4 +1,7 @@
 """The program for Windows."""
+import shutil
+import subprocess
+
 from harness import NO_CONNECTION, CliTest, Service
 
 
@@ -18,3 +21,19 @@ class WindowsTest(CliTest):
 
     def test_ends_with_the_same_codes(self):
         self.fail_with(NO_CONNECTION, "list", connection=["--dsn", "Missing"], says="Data source")
+
+    def test_doctor_knows_the_drivers_of_both_kinds_of_programs(self):
+        key = r"HKLM\SOFTWARE\ODBC\ODBC.INI\ODBC Data Sources"
+        name = ["/v", "TlTestSite", "/f", "/reg:64"]
+        subprocess.run(["wine", "reg", "add", key, *name, "/d", "SQLite3"], check=True)
+        self.addCleanup(subprocess.run, ["wine", "reg", "delete", key, *name], check=True)
+        shutil.copy(self.database, f"{self.directory.parent}/site.db")
+        outcome = self.succeed("doctor", "--json", connection=["--dsn", "TlTestSite"])
+        lines = [
+            (line["health"], line["finding"])
+            for line in outcome.json()["diagnosis"]
+            if line["subject"] == "data sources"
+        ]
+        self.assertEqual([health for health, _ in lines], ["ok", "warning"])
+        self.assertIn("for 64-bit programs: TlTestSite", lines[0][1])
+        self.assertRegex(lines[1][1], "^for 32-bit programs: .*, without 'TlTestSite'$")

@@ -1,0 +1,32 @@
+#include <winsock2.h>
+
+#include <system_error>
+
+#include "cli/base/listening_port.h"
+#include "support/scope_exit.h"
+
+namespace tlpacscfg::cli {
+
+std::optional<std::string> whyNobodyCanListenOn(int port) {
+  const auto reason = [] { return std::system_category().message(WSAGetLastError()); };
+  WSADATA started;
+  if (const int error = WSAStartup(MAKEWORD(2, 2), &started); error != 0) {
+    return std::system_category().message(error);
+  }
+  const ScopeExit ended([] { WSACleanup(); });
+  const SOCKET socket = ::socket(AF_INET, SOCK_STREAM, 0);
+  if (socket == INVALID_SOCKET) return reason();
+  const ScopeExit closed([&] { closesocket(socket); });
+  // Otherwise it could share the port with another listener.
+  const BOOL on = TRUE;
+  setsockopt(socket, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&on),
+             sizeof(on));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<u_short>(port));
+  address.sin_addr.s_addr = htonl(INADDR_ANY);
+  if (bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) return {};
+  return reason();
+}
+
+}  // namespace tlpacscfg::cli
