@@ -5,13 +5,15 @@
 namespace tlpacscfg::cli {
 
 bool usesColours() {
-  return outputIsTerminal() && environmentValue("NO_COLOR").value_or("").empty();
+  return outputShowsColours() && environmentValue("NO_COLOR").value_or("").empty();
 }
 
 bool askYesNo(const std::string& question) {
   std::cerr << question << " [y/N] " << std::flush;
   std::string answer;
-  std::getline(std::cin, answer);
+  // The end of the input leaves the cursor after the question.
+  if (!std::getline(std::cin, answer)) std::cerr << '\n';
+  if (answer.ends_with('\r')) answer.pop_back();
   return answer == "y" || answer == "Y" || answer == "yes";
 }
 

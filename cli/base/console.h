@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,13 +12,13 @@ namespace tlpacscfg::cli {
 class Console {
  public:
   Console();
-  // NOLINTNEXTLINE(performance-trivially-destructible): on Windows it is not.
   ~Console();
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
 
  private:
-  [[maybe_unused]] unsigned codePageBefore_ = 0;  ///< On Windows.
+  struct Streams;
+  std::unique_ptr<Streams> streams_;  ///< Null where the program's own streams will do.
 };
 
 /// Without the program's name.
@@ -28,14 +29,17 @@ std::optional<std::string> environmentValue(const char* name);
 bool inputIsTerminal();
 bool outputIsTerminal();
 bool errorsAreTerminal();
+bool outputShowsColours();
 
 /// Whether what is written to standard output may have colours: on a terminal, without NO_COLOR.
 bool usesColours();
 
-/// Asks on the terminal and shows nothing of what is typed. Only for an input that is a terminal.
-std::string askSecret(const std::string& question);
+/// Asks on the terminal and shows nothing of what is typed; null at the end of the input. Only for
+/// an input that is a terminal.
+std::optional<std::string> askSecret(const std::string& question);
 
-/// Asks on the terminal; true for "y" and "yes". Only for an input that is a terminal.
+/// Asks on the terminal; true for "y" and "yes", false for all else and at the end of the input.
+/// Only for an input that is a terminal.
 bool askYesNo(const std::string& question);
 
 /// A line of the program's own on standard error.

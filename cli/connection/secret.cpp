@@ -1,6 +1,7 @@
 #include "cli/connection/secret.h"
 
 #include <iostream>
+#include <utility>
 
 #include "cli/formats/files.h"
 #include "cli/base/console.h"
@@ -44,7 +45,8 @@ std::wstring readSecret(const ConnectionOptions& options, const std::string& wha
                                        "variable " +
                                        kVariable + ".");
   }
-  return taken(askSecret("The " + what + ": "));
+  if (auto typed = askSecret("The " + what + ": ")) return taken(std::move(*typed));
+  throw Failure(ExitCode::Usage, "There is no " + what + ".");
 }
 
 }  // namespace tlpacscfg::cli

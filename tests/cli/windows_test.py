@@ -2,7 +2,8 @@
 import shutil
 import subprocess
 
-from harness import NO_CONNECTION, CliTest, Service
+from harness import DONE, NO_CONNECTION, USAGE, CliTest, Service
+from terminal_test import TerminalTest
 
 
 class WindowsTest(CliTest):
@@ -37,3 +38,38 @@ class WindowsTest(CliTest):
         self.assertEqual([health for health, _ in lines], ["ok", "warning"])
         self.assertIn("for 64-bit programs: TlTestSite", lines[0][1])
         self.assertRegex(lines[1][1], "^for 32-bit programs: .*, without 'TlTestSite'$")
+
+
+class ConsoleTest(TerminalTest):
+    EDITS_LINES = True
+
+    def setUp(self):
+        super().setUp()
+        shutil.copy(self.database, f"{self.directory.parent}/site.db")
+        self.connection = ["--dsn", "TlTestSite"]
+
+    def on_console(self, *arguments, **options):
+        code, shown, _ = self.on_terminal(*arguments, **options)
+        return code, self.plain(shown.encode("utf-8"))
+
+    def test_shows_utf8(self):
+        code, shown = self.on_console("list", "--name", "*łódź")
+        self.assertEqual(code, DONE)
+        self.assertIn("8       Kårdiologi Łódź  McKesson - XML", shown)
+
+    def test_asks(self):
+        many = ("assign", "7", "READ-*", "--max-changes", "5", "--journal", "Z:" + str(self.journal))
+        code, shown = self.on_console(*many, typed="\r")
+        self.assertEqual(code, USAGE)
+        self.assertIn("Nothing was changed.", shown)
+        code, shown = self.on_console(*many, typed="y\r")
+        self.assertEqual(code, DONE)
+        self.assertIn("Changed 11 workstations.", shown)
+
+    def test_does_not_show_a_password(self):
+        code, shown = self.on_console(
+            "list", "--user", "anna", prompt="source:", typed="top-secret\r"
+        )
+        self.assertEqual(code, DONE)
+        self.assertIn("8       Kårdiologi", shown)
+        self.assertNotIn("top", shown)
