@@ -3,15 +3,15 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 
 #include "cli/base/listening_port.h"
+#include "cli/base/system_reason.h"
 #include "support/scope_exit.h"
 
 namespace tlpacscfg::cli {
 
 std::optional<std::string> whyNobodyCanListenOn(int port) {
-  const auto reason = [] { return std::generic_category().message(errno); };
+  const auto reason = [] { return systemReason({errno, std::generic_category()}); };
   const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
   if (socket < 0) return reason();
   const ScopeExit closed([&] { close(socket); });

@@ -1,17 +1,16 @@
 #include <winsock2.h>
 
-#include <system_error>
-
 #include "cli/base/listening_port.h"
+#include "cli/base/system_reason.h"
 #include "support/scope_exit.h"
 
 namespace tlpacscfg::cli {
 
 std::optional<std::string> whyNobodyCanListenOn(int port) {
-  const auto reason = [] { return std::system_category().message(WSAGetLastError()); };
+  const auto reason = [] { return systemReason({WSAGetLastError(), std::system_category()}); };
   WSADATA started;
   if (const int error = WSAStartup(MAKEWORD(2, 2), &started); error != 0) {
-    return std::system_category().message(error);
+    return systemReason({error, std::system_category()});
   }
   const ScopeExit ended([] { WSACleanup(); });
   const SOCKET socket = ::socket(AF_INET, SOCK_STREAM, 0);

@@ -1,9 +1,21 @@
+#include <algorithm>
+
 #include "cli/commands/change.h"
 #include "cli/commands/commands.h"
 #include "cli/formats/plan_file.h"
 
 namespace tlpacscfg::cli {
 namespace {
+
+/// Whether the plan takes back the change of its number in this journal. Another computer's journal
+/// may have another change under that number.
+bool takesBack(const PlanFile& file, const Site& site, const std::vector<JournalEntry>& entries) {
+  const auto entry = std::ranges::find(entries, file.undoes, &JournalEntry::number);
+  if (entry == entries.end() || isUndone(entries, file.undoes)) return false;
+  const auto undo = jsonOf(reversed(entry->plan, site)), plan = jsonOf(file.plan);
+  return undo.at("configurations") == plan.at("configurations") &&
+         undo.at("assignments") == plan.at("assignments");
+}
 
 class Apply : public Command {
  public:
@@ -26,9 +38,12 @@ class Apply : public Command {
   }
 
   ExitCode run(Context& context) override {
-    Plan plan = readPlanFile(file_);
+    const PlanFile file = readPlanFile(file_);
     return runChange(context, change_, {.command = "apply"},
-                     [&](const Site&, const auto&, Change&) { return plan; });
+                     [&](const Site& site, const auto& entries, Change& change) {
+                       if (takesBack(file, site, entries)) change = undoOf(file.undoes);
+                       return file.plan;
+                     });
   }
 
  private:

@@ -91,8 +91,13 @@ void apply(const Plan& plan, const Site& site, const Journal& journal, JournalEn
     if (begun) settleByLooking(journal, entry);
     throw;
   }
-  journal.settle(entry, ChangeState::Stored);
   const std::string number = std::to_string(entry.number);
+  try {
+    journal.settle(entry, ChangeState::Stored);
+  } catch (const Failure& failure) {
+    say(std::string("tlpacscfg: ") + failure.what() +
+        " The next start with this site settles change " + number + ".");
+  }
   say("Changed " + countOf(plan) + ". 'tlpacscfg undo " + number + "' takes change " + number +
       " back.");
 }
@@ -102,10 +107,11 @@ ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& optio
   const bool planToOutput = options.planFile == "-";
   if (!planToOutput) write(listingOf(plan, &site), output, "Nothing changes.");
   if (!options.planFile.empty()) {
+    const std::string document = planDocument({.plan = plan, .undoes = entry.undoes});
     if (planToOutput) {
-      std::cout << planDocument(plan);
+      std::cout << document;
     } else {
-      writeFile(pathOf(options.planFile), planDocument(plan));
+      writeFile(pathOf(options.planFile), document);
     }
     return plan.changes() == 0 ? ExitCode::Done : ExitCode::Differences;
   }
@@ -140,6 +146,10 @@ std::vector<Option> optionsOf(ChangeOptions& options) {
 
 Journal journalFor(const ConnectionOptions& options) {
   return Journal(withSiteSettings(options).journal);
+}
+
+Change undoOf(int number) {
+  return {.command = "undo " + std::to_string(number), .undoes = number};
 }
 
 std::vector<JournalEntry> settledEntries(const Journal& journal, const std::string& site) {

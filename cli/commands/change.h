@@ -27,13 +27,16 @@ std::vector<Option> applyingOptionsOf(ChangeOptions& options);
 /// The journal that the options or the settings of the site name.
 Journal journalFor(const ConnectionOptions& options);
 
-/// Opens the site, settles what an interrupted change left, reads the site, makes the plan and
-/// shows it. Then it writes the plan to a file, tries it or applies it, as the options say, with an
-/// entry in the journal. `undoes` is the number of the change that the plan takes back, or 0.
+/// What the journal says of a change.
 struct Change {
   std::string command;
-  int undoes = 0;
+  int undoes = 0;  ///< The number of the change that it takes back; 0: none.
 };
+Change undoOf(int number);
+
+/// Opens the site, settles what an interrupted change left, reads the site, makes the plan and
+/// shows it. Then it writes the plan to a file, tries it or applies it, as the options say, with an
+/// entry in the journal.
 ExitCode runChange(
     Context& context, const ChangeOptions& options, Change change,
     const std::function<Plan(const Site& site, const std::vector<JournalEntry>& journal,

@@ -76,7 +76,7 @@ class Diff : public Command {
 
  private:
   ExitCode showPlan(const Context& context) const {
-    const Plan plan = readPlanFile(first_);
+    const Plan plan = readPlanFile(first_).plan;
     write(listingOf(plan, nullptr), context.output, "Nothing changes.");
     return plan.changes() == 0 ? ExitCode::Done : ExitCode::Differences;
   }

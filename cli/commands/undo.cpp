@@ -54,8 +54,7 @@ class Undo : public Command {
     return runChange(context, change_, {.command = "undo"},
                      [&](const Site& site, const auto& entries, Change& change) {
                        const JournalEntry& entry = entryToUndo(entries, number_);
-                       change.command = "undo " + std::to_string(entry.number);
-                       change.undoes = entry.number;
+                       change = undoOf(entry.number);
                        return reversed(entry.plan, site);
                      });
   }

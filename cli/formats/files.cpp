@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "cli/base/failure.h"
+#include "cli/base/system_reason.h"
 
 namespace tlpacscfg::cli {
 
@@ -27,19 +28,11 @@ std::string readFile(const std::string& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-void writeFile(const std::filesystem::path& file, std::string_view content) {
-  std::filesystem::path unfinished = file;
-  unfinished += ".new";
-  {
-    std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
-    stream.write(content.data(), static_cast<std::streamsize>(content.size()));
-    stream.close();
-    if (!stream)
-      throw Failure(ExitCode::Usage, "The file '" + utf8Of(file) + "' cannot be written.");
+void writeFile(const std::filesystem::path& file, std::string_view content, Lasting lasting) {
+  if (const auto error = replaceFile(file, content, lasting)) {
+    throw Failure(ExitCode::Usage, "The file '" + utf8Of(file) +
+                                       "' cannot be written: " + systemReason(error) + ".");
   }
-  std::error_code error;
-  std::filesystem::rename(unfinished, file, error);
-  if (error) throw Failure(ExitCode::Usage, "The file '" + utf8Of(file) + "' cannot be written.");
 }
 
 }  // namespace tlpacscfg::cli

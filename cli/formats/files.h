@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "cli/formats/replace_file.h"
+
 namespace tlpacscfg::cli {
 
 /// The path of a UTF-8 text.
@@ -13,7 +15,8 @@ std::string utf8Of(const std::filesystem::path& path);
 /// The whole content; "-" reads standard input. Throws Failure.
 std::string readFile(const std::string& file);
 
-/// Replaces the file as a whole: a reader sees the old content or the new. Throws Failure.
-void writeFile(const std::filesystem::path& file, std::string_view content);
+/// Replaces the file as a whole. Throws Failure with the system's reason.
+void writeFile(const std::filesystem::path& file, std::string_view content,
+               Lasting lasting = Lasting::No);
 
 }  // namespace tlpacscfg::cli

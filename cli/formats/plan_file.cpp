@@ -115,17 +115,17 @@ Plan planOf(const ordered_json& json) {
   return plan;
 }
 
-std::string planDocument(const Plan& plan) {
-  ordered_json json = {{"schema", schemaOf(kKind)}};
-  json.update(jsonOf(plan));
+std::string planDocument(const PlanFile& file) {
+  ordered_json json = {{"schema", schemaOf(kKind)}, {"undoes", file.undoes}};
+  json.update(jsonOf(file.plan));
   json["statements"] = ordered_json::array();
-  for (const std::wstring& statement : statementsOf(plan)) {
+  for (const std::wstring& statement : statementsOf(file.plan)) {
     json["statements"].push_back(toUtf8(statement));
   }
   return json.dump(2) + "\n";
 }
 
-Plan readPlanFile(const std::string& file) {
+PlanFile readPlanFile(const std::string& file) {
   const std::string content = readFile(file);
   const auto notAPlan = [&](const std::string& reason) {
     return Failure(ExitCode::Usage, "The file '" + file + "' is not a plan: " + reason);
@@ -133,7 +133,7 @@ Plan readPlanFile(const std::string& file) {
   try {
     const ordered_json json = ordered_json::parse(content);
     if (json.at("schema") != schemaOf(kKind)) throw notAPlan("its schema is another one.");
-    return planOf(json);
+    return {.plan = planOf(json), .undoes = json.value("undoes", 0)};
   } catch (const ordered_json::exception& error) {
     throw notAPlan(error.what());
   } catch (const RunTimeError& error) {

@@ -13,10 +13,15 @@ nlohmann::ordered_json jsonOf(const Plan& plan);
 /// Throws what the library throws, and RunTimeError, for what is no plan.
 Plan planOf(const nlohmann::ordered_json& json);
 
+struct PlanFile {
+  Plan plan;
+  int undoes = 0;  ///< The number of the change that the plan takes back; 0: none.
+};
+
 /// With its schema and its statements.
-std::string planDocument(const Plan& plan);
+std::string planDocument(const PlanFile& file);
 
 /// Throws Failure.
-Plan readPlanFile(const std::string& file);
+PlanFile readPlanFile(const std::string& file);
 
 }  // namespace tlpacscfg::cli

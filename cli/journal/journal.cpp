@@ -9,6 +9,7 @@
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
 #include "cli/base/process.h"
+#include "cli/base/system_reason.h"
 #include "cli/formats/files.h"
 #include "cli/formats/output.h"
 #include "cli/formats/plan_file.h"
@@ -144,16 +145,16 @@ JournalEntry Journal::begin(JournalEntry entry) const {
   entry.process = processId();
   const auto cannotWrite = [&](const std::error_code& error) {
     return Failure(ExitCode::Usage, "The journal in '" + utf8Of(directory_) +
-                                        "' cannot be written (" + error.message() +
-                                        "). Nothing was changed.");
+                                        "' cannot be written: " + systemReason(error) +
+                                        ". Nothing was changed.");
   };
   std::error_code error;
-  fs::create_directories(directory_, error);
+  if (fs::create_directories(directory_, error)) makeFolderLast(directory_);
   if (error) throw cannotWrite(error);
   fs::permissions(directory_, fs::perms::owner_all, error);
   // An empty file claims the number; of several programs one can create it.
   const fs::path empty = directory_ / pathOf("claim-" + std::to_string(entry.process));
-  writeFile(empty, "");
+  if (const auto failure = replaceFile(empty, "", Lasting::No)) throw cannotWrite(failure);
   const ScopeExit removed([&] { fs::remove(empty, error); });
   const std::vector<int> numbers = numbersIn(directory_);
   entry.number = numbers.empty() ? 1 : numbers.back() + 1;
@@ -161,13 +162,14 @@ JournalEntry Journal::begin(JournalEntry entry) const {
     if (error != std::errc::file_exists) throw cannotWrite(error);
     ++entry.number;
   }
-  writeFile(fileOf(entry.number), documentOf(entry));
+  const auto failure = replaceFile(fileOf(entry.number), documentOf(entry), Lasting::Yes);
+  if (failure) throw cannotWrite(failure);
   return entry;
 }
 
 void Journal::settle(JournalEntry& entry, ChangeState state) const {
   entry.state = state;
-  writeFile(fileOf(entry.number), documentOf(entry));
+  writeFile(fileOf(entry.number), documentOf(entry), Lasting::Yes);
 }
 
 bool isUndone(const std::vector<JournalEntry>& entries, int number) {

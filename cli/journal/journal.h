@@ -43,8 +43,10 @@ class Journal {
   /// By number. Throws Failure for a file that cannot be read.
   std::vector<JournalEntry> entries() const;
 
-  /// Writes the change as pending, under the next free number.
+  /// Writes the change as pending, under the next free number. It is there after a failure of the
+  /// power, too. Throws Failure.
   JournalEntry begin(JournalEntry entry) const;
+  /// Throws Failure.
   void settle(JournalEntry& entry, ChangeState state) const;
 
  private:

@@ -250,6 +250,19 @@ class PlanTest(ChangeTest):
         self.assertIn("VALUES('READ-01', 38, 'PACSConfig', '7', -1, 0)", first)
         self.assertIn("System_offline_db_updates", mark)
 
+    def test_says_why_its_file_cannot_be_written(self):
+        self.refuse(
+            USAGE,
+            *("assign", "7", "READ-01", "--plan", "missing/moves.plan"),
+            says="The file 'missing/moves.plan' cannot be written: No such file or directory.",
+        )
+
+    def test_goes_into_a_file_that_is_none(self):
+        outcome = self.change_site(
+            "assign", "7", "READ-01", "--json", "--plan", "/dev/stderr", code=DIFFERENCES
+        )
+        self.assertEqual(json.loads(outcome.errors)["schema"], "tlpacscfg/plan/1")
+
     def test_without_a_change_is_no_difference(self):
         self.change_site("assign", "1", "READ-01", "--plan", self.plan)
         self.assertEqual(json.loads(self.plan.read_text("utf-8"))["assignments"], [])

@@ -1,11 +1,15 @@
 """The journal and undo: what they record, and what an interrupted program leaves."""
 import json
+import os
 import random
+import re
 import signal
 import sqlite3
 import threading
 import time
+import unittest.mock
 
+import harness
 from change_test import CONFIGURATIONS, ChangeTest
 from harness import CONFLICT, DONE, REFUSED, USAGE
 
@@ -69,11 +73,72 @@ class JournalTest(ChangeTest):
 
     def test_that_cannot_be_written_or_read_stops_the_change(self):
         self.journal.write_text("")
-        self.refuse(USAGE, "assign", "7", "READ-01", says="cannot be written (")
+        self.refuse(
+            USAGE,
+            *("assign", "7", "READ-01"),
+            says=f"The journal in '{self.journal}' cannot be written: Not a directory. Nothing was",
+        )
         self.journal.unlink()
         self.journal.mkdir()
         self.entry().write_text("{}")
         self.refuse(USAGE, "assign", "7", "READ-01", says="of the journal cannot be used")
+
+    def traced(self, *arguments, fails=None):
+        """What a change lets last, in order; the call of the number fails for the entry's file."""
+        trace = self.directory / "trace"
+        tracer = ["strace", "-f", "-y", "-qq", "-o", str(trace)]
+        tracer += ["-e", "trace=fsync,fdatasync,rename,unlink"]
+        if fails:
+            tracer += ["-P", f"{self.entry()}.new", "-e", f"inject=fsync:error=EIO:when={fails}"]
+        # The leak sanitizer does not work in a process that is traced.
+        options = os.environ.get("ASAN_OPTIONS", "") + ":detect_leaks=0"
+        with unittest.mock.patch.object(harness, "PROGRAM", [*tracer, *harness.PROGRAM]):
+            outcome = self.run_program(
+                *arguments, "--journal", self.journal, environment={"ASAN_OPTIONS": options}
+            )
+        calls = re.findall(r"^\d+ +(\w+)\((.*)\) += ", trace.read_text(), re.MULTILINE)
+        return outcome, calls
+
+    def test_lasts_before_the_database_commits(self):
+        outcome, calls = self.traced("assign", "7", "READ-01")
+        self.assertEqual(outcome.code, DONE, outcome.errors)
+        entry, folder = f"{self.entry()}", f"<{self.journal}>"
+        # SQLite commits when it deletes its own journal.
+        (commit,) = [
+            place
+            for place, (call, what) in enumerate(calls)
+            if call == "unlink" and "site.db-journal" in what
+        ]
+        before, after = calls[:commit], calls[commit:]
+
+        def order(calls):
+            return [
+                call
+                for call, what in calls
+                if f"{entry}.new" in what or (call == "fsync" and what.endswith(folder))
+            ]
+
+        self.assertEqual(order(before)[-3:], ["fsync", "rename", "fsync"])
+        self.assertEqual(order(after), ["fsync", "rename", "fsync"])
+        # The folder was made for this change.
+        self.assertIn(("fsync", f"<{self.directory}>"), [(c, w[w.find("<") :]) for c, w in before])
+
+    def test_that_cannot_be_made_to_last_stops_the_change(self):
+        before = self.everything()
+        self.journal.mkdir()
+        outcome, _ = self.traced("assign", "7", "READ-01", fails=1)
+        self.assertEqual(outcome.code, USAGE)
+        self.assertIn("cannot be written: Input/output error. Nothing was changed.", outcome.errors)
+        self.assertEqual(self.everything(), before)
+        self.assertEqual(self.states(), [])
+
+    def test_that_cannot_be_settled_is_settled_by_the_next_start(self):
+        self.journal.mkdir()
+        outcome, _ = self.traced("assign", "7", "READ-01", fails=2)
+        self.assertEqual(outcome.code, DONE)
+        self.assertIn("Input/output error. The next start with this site settles", outcome.errors)
+        self.assertEqual(self.assignments()["READ-01"], "7")
+        self.assertIn("change 1 was interrupted; it is stored.", self.change_site("history").errors)
 
     def test_is_kept_for_each_site(self):
         self.change_site("assign", "7", "READ-01")
@@ -116,6 +181,18 @@ class JournalTest(ChangeTest):
         self.assertEqual(self.change_site("undo", "--plan", plan, code=1).out, tried.out)
         self.change_site("apply", plan)
         self.assertEqual(self.everything(), before)
+        self.assertEqual(self.states(), [(1, "assign", "undone"), (2, "undo 1", "stored")])
+        self.refuse(USAGE, "undo", says="There is no change to this site that can be undone.")
+
+    def test_a_plan_is_an_undo_only_of_the_change_that_it_takes_back(self):
+        self.change_site("assign", "7", "READ-01")
+        plan = self.directory / "undo.plan"
+        self.change_site("undo", "--plan", plan, code=1)
+        # Elsewhere another change has the number.
+        self.journal = self.directory / "other"
+        self.change_site("assign", "7", "READ-02")
+        self.change_site("apply", plan)
+        self.assertEqual(self.states(), [(1, "assign", "stored"), (2, "apply", "stored")])
 
     def test_undo_of_any_sequence_restores_every_row(self):
         choose = random.Random(20)
