@@ -110,8 +110,6 @@ if "%2"=="64" if "%PROCESSOR_ARCHITECTURE%"=="x86" (
   call :not_run 1 "all of %1: this system runs no 64-bit programs"
   goto :eof
 )
-set "TL_COMPONENT=%folder%\TLPACSCFG.dll"
-set "TL_CLIENT_DLL=%folder%\TlCommClient.dll"
 call :section Sample hosts, %1
 set command="%folder%\plain-host.exe"
 call :sample %1 without-registration
@@ -124,7 +122,7 @@ reg delete "HKCU\SOFTWARE\ODBC\ODBC.INI\ODBC Data Sources" /v TlTestSite /f >nul
 reg delete "HKCU\SOFTWARE\ODBC\ODBC.INI\ODBC Data Sources" /v TlImpatientSite /f >nul 2>&1
 
 call :section Sample hosts with the registered component, %1
-"%system%\regsvr32.exe" /s "%TL_COMPONENT%"
+"%system%\regsvr32.exe" /s "%folder%\TLPACSCFG.dll"
 set command="%folder%\tlpacscfg-host.exe"
 call :sample %1 program
 set command="%system%\cscript.exe" //nologo "%kit%\samples\host.vbs"
@@ -153,8 +151,8 @@ if errorlevel 1 (
 ) else (
   call :sample %1 python
 )
-"%system%\regsvr32.exe" /s /u "%TL_CLIENT_DLL%"
-"%system%\regsvr32.exe" /s /u "%TL_COMPONENT%"
+"%system%\regsvr32.exe" /s /u "%folder%\TlCommClient.dll"
+"%system%\regsvr32.exe" /s /u "%folder%\TLPACSCFG.dll"
 goto :eof
 
 rem data_sources BITS: makes the data sources of the tests, where there is the driver for SQLite.

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <thread>
 
-#include "harness/machine.h"
 #include "harness/scratch.h"
 #include "support/text.h"
 
@@ -75,7 +74,7 @@ bool handleWindowDuring(const std::function<void()>& work,
 
 }  // namespace
 
-std::wstring componentPath() { return platformPath(ofMachine("TL_COMPONENT", TL_COMPONENT)); }
+std::wstring componentPath() { return builtPath(L"TLPACSCFG.dll"); }
 
 HostThread::HostThread() : component_(LoadLibraryW(componentPath().c_str())) {
   EXPECT_NE(component_, nullptr) << "error " << GetLastError();

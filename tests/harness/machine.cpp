@@ -96,9 +96,4 @@ void needDriver(const std::wstring& name) {
 
 std::wstring sqliteDriver() { return onWindows() ? L"SQLite3 ODBC Driver" : L"SQLite3"; }
 
-std::string ofMachine(const char* variable, const char* ofBuild) {
-  const char* const value = std::getenv(variable);
-  return value != nullptr ? value : ofBuild;
-}
-
 }  // namespace tlpacscfg::test

@@ -19,8 +19,4 @@ void needDriver(const std::wstring& name);
 /// The name of the ODBC driver for SQLite on this machine.
 std::wstring sqliteDriver();
 
-/// The value of the variable where the programs were moved to another machine, and otherwise what
-/// the build has for it.
-std::string ofMachine(const char* variable, const char* ofBuild);
-
 }  // namespace tlpacscfg::test

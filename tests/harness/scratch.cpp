@@ -9,17 +9,22 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "harness/machine.h"
 #include "support/text.h"
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 namespace tlpacscfg::test {
 namespace {
 
-std::string directory() {
-  const char* const scratch = std::getenv("TL_SCRATCH");
-  if (scratch == nullptr) throw std::runtime_error("Run the tests through tools/in-scratch.");
-  return scratch + std::string("/test");
+std::string ofEnvironment(const char* variable) {
+  const char* const value = std::getenv(variable);
+  if (value == nullptr) throw std::runtime_error("Run the tests through tools/in-scratch.");
+  return value;
 }
+
+std::string directory() { return ofEnvironment("TL_SCRATCH") + "/test"; }
 
 std::filesystem::path asPath(const std::wstring& path) { return toUtf16(path); }
 
@@ -65,8 +70,22 @@ void writeBytes(const std::wstring& path, const std::string& bytes) {
 
 void makeDirectory(const std::wstring& path) { std::filesystem::create_directories(asPath(path)); }
 
-std::wstring sourcePath(const std::string& name) {
-  return platformPath(ofMachine("TL_SOURCE_DIR", TL_SOURCE_DIR) + "/" + name);
+std::string sourceUnixPath(const std::string& name) {
+  return ofEnvironment("TL_SOURCE_DIR") + "/" + name;
 }
+
+std::wstring sourcePath(const std::string& name) { return platformPath(sourceUnixPath(name)); }
+
+#ifdef _WIN32
+std::wstring builtPath(const std::wstring& name) {
+  wchar_t program[MAX_PATH];
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  for (std::filesystem::path folder = program; folder.has_relative_path();) {
+    folder = folder.parent_path();
+    if (exists(folder / name)) return (folder / name).wstring();
+  }
+  throw std::runtime_error("There is no " + toUtf8(name) + " near this program.");
+}
+#endif
 
 }  // namespace tlpacscfg::test

@@ -24,7 +24,13 @@ std::string readBytes(const std::wstring& path);
 void writeBytes(const std::wstring& path, const std::string& bytes);
 void makeDirectory(const std::wstring& path);
 
-/// A file that belongs to the sources of the project.
+/// A file that belongs to the sources of the project; the second as Unix programs name it.
 std::wstring sourcePath(const std::string& name);
+std::string sourceUnixPath(const std::string& name);
+
+#ifdef _WIN32
+/// A file that was built with this program: in its folder, or else in the nearest one above.
+std::wstring builtPath(const std::wstring& name);
+#endif
 
 }  // namespace tlpacscfg::test

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "data/tl_comm_client.h"
-#include "harness/machine.h"
 #include "harness/scratch.h"
 #include "log/log_support.h"
 #include "support/handle_win.h"
@@ -21,7 +20,7 @@ void deleteSettings() { RegDeleteTreeW(HKEY_CURRENT_USER, kKey); }
 
 }  // namespace
 
-std::wstring clientPath() { return platformPath(ofMachine("TL_CLIENT_DLL", TL_CLIENT_DLL)); }
+std::wstring clientPath() { return builtPath(L"TlCommClient.dll"); }
 
 void registerServer(const char* entryPoint) {
   const UniqueHandle<HMODULE, FreeLibrary> module(LoadLibraryW(clientPath().c_str()));

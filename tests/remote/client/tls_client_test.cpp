@@ -48,7 +48,8 @@ class TlsClientTest : public ServiceClientTest {
   static std::wstring makeCertificate(const std::string& folder) {
     const std::wstring file = platformPath(scratchUnixPath(folder + "fingerprint"));
     makeDirectory(platformPath(scratchUnixPath(folder)));
-    runUnixProgram("bash " TL_MAKE_CERTIFICATE " " + scratchUnixPath(folder));
+    runUnixProgram("bash " + sourceUnixPath("tools/make-certificate") + " " +
+                   scratchUnixPath(folder));
     EXPECT_TRUE(eventually([&] { return fileExists(file); }));
     return fromUtf8(readBytes(file).substr(0, 95));
   }

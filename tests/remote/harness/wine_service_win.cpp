@@ -72,7 +72,7 @@ std::string WineService::log() const {
 void WineService::control(const std::string& arguments) const {
   const std::wstring done = file(".done");
   std::filesystem::remove(std::filesystem::path(done));
-  runUnixProgram("bash " + std::string(TL_SERVICE_CONTROL) + " " + arguments);
+  runUnixProgram("bash " + sourceUnixPath("tests/remote/service-control") + " " + arguments);
   if (!eventually([&] { return fileExists(done); })) {
     throw std::runtime_error("service-control did not end: " + arguments);
   }

@@ -159,8 +159,7 @@ TEST(OptionsTest, AConfigurationFileHasSettingsDatabasesAndDirectories) {
 
 TEST(OptionsTest, TheExampleIsAConfiguration) {
   ServiceOptions options;
-  applyConfiguration(options,
-                     readBytes(platformPath(TL_SOURCE_DIR "/remote/service/tlcommd.conf.example")));
+  applyConfiguration(options, readBytes(sourcePath("remote/service/tlcommd.conf.example")));
   EXPECT_EQ(options.tokens.size(), 1U);
   EXPECT_EQ(options.databases.size(), 1U);
   EXPECT_EQ(options.directories.size(), 1U);
