@@ -18,7 +18,7 @@ Digest digestOf(std::string_view text) {
   return digest;
 }
 
-Token read(const TokenFile& file) {
+Token readToken(const TokenFile& file) {
   const std::string secret = remote::tokenIn(readPrivateFile("the token file", file.path));
   if (secret.empty()) throw OptionError("the token file '" + file.path + "' is empty");
   if (secret.size() < kMinLength) {
@@ -32,7 +32,7 @@ Token read(const TokenFile& file) {
 
 Tokens::Tokens(const std::vector<TokenFile>& files) {
   for (const TokenFile& file : files) {
-    Token token = read(file);
+    Token token = readToken(file);
     for (const Token& other : tokens_) {
       if (other.digest != token.digest) continue;
       throw OptionError("the tokens '" + other.name + "' and '" + token.name + "' are the same");

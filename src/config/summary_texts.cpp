@@ -18,30 +18,32 @@ const wchar_t* find(CodeTable table, std::int16_t code) {
   return found->summaryText ? found->summaryText : found->text;
 }
 
-std::wstring textOf(CodeTable table, std::int16_t code, const wchar_t* otherwise = kUnknown) {
+std::wstring wordsOf(CodeTable table, std::int16_t code, const wchar_t* otherwise = kUnknown) {
   const wchar_t* const text = find(table, code);
   return text ? text : otherwise;
 }
 
 }  // namespace
 
-std::wstring GetPACSTypeText(std::int16_t code) { return textOf(kVendorFormats, code); }
+std::wstring GetPACSTypeText(std::int16_t code) { return wordsOf(kVendorFormats, code); }
 
-std::wstring GetStartTriggerText(std::int16_t code) { return textOf(kMicrophoneButtons, code); }
+std::wstring GetStartTriggerText(std::int16_t code) { return wordsOf(kMicrophoneButtons, code); }
 
 std::wstring GetManualEntryTriggerText(std::int16_t code) { return GetStartTriggerText(code); }
 
-std::wstring GetUserMappingText(std::int16_t code) { return textOf(kUserMappings, code); }
+std::wstring GetUserMappingText(std::int16_t code) { return wordsOf(kUserMappings, code); }
 
-std::wstring GetRequestPasswordText(std::int16_t code) { return textOf(kRequestPasswords, code); }
+std::wstring GetRequestPasswordText(std::int16_t code) { return wordsOf(kRequestPasswords, code); }
 
-std::wstring GetResponsePasswordText(std::int16_t code) { return textOf(kResponsePasswords, code); }
+std::wstring GetResponsePasswordText(std::int16_t code) {
+  return wordsOf(kResponsePasswords, code);
+}
 
-std::wstring GetPollingOptionText(std::int16_t code) { return textOf(kPollingOptions, code); }
+std::wstring GetPollingOptionText(std::int16_t code) { return wordsOf(kPollingOptions, code); }
 
-std::wstring GetPollingActionText(std::int16_t code) { return textOf(kPollingActions, code); }
+std::wstring GetPollingActionText(std::int16_t code) { return wordsOf(kPollingActions, code); }
 
-std::wstring GetContextUpdateText(std::int16_t code) { return textOf(kContextUpdates, code); }
+std::wstring GetContextUpdateText(std::int16_t code) { return wordsOf(kContextUpdates, code); }
 
 std::wstring GetContextChangeText(std::int16_t code) {
   const wchar_t* const text = find(kContextChanges, code);
@@ -53,10 +55,10 @@ std::wstring GetDictationFieldText(std::int16_t code) {
   return name ? decimal(code) + L" - " + name : std::wstring();
 }
 
-std::wstring GetMultiAccessText(std::int16_t code) { return textOf(kMultiAccess, code, L""); }
+std::wstring GetMultiAccessText(std::int16_t code) { return wordsOf(kMultiAccess, code, L""); }
 
 std::wstring GetCloseDictationActionText(std::int16_t code) {
-  return textOf(kCloseDictationActions, code, L"");
+  return wordsOf(kCloseDictationActions, code, L"");
 }
 
 std::wstring GetFieldListText(std::wstring_view list) {
