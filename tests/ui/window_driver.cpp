@@ -69,6 +69,15 @@ POINT pointBelowRows(HWND list) {
   return {client.right / 2, client.bottom - 5};
 }
 
+BOOL CALLBACK addTooltips(HWND candidate, LPARAM parameter) {
+  wchar_t name[64];
+  GetClassNameW(candidate, name, 64);
+  if (std::wstring_view(name) == TOOLTIPS_CLASSW) {
+    reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(candidate);
+  }
+  return TRUE;
+}
+
 }  // namespace
 
 void waitUntil(const std::function<bool()>& condition, const std::string& what) {
@@ -102,6 +111,28 @@ std::wstring textOf(HWND control) {
       SendMessageW(control, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
   text.resize(static_cast<std::size_t>(copied));
   return text;
+}
+
+std::vector<HWND> tooltipWindowsBeside(HWND window) {
+  std::vector<HWND> found;
+  EnumThreadWindows(GetWindowThreadProcessId(window, nullptr), &addTooltips,
+                    reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+std::wstring tooltipOf(HWND control) {
+  std::wstring text(1000, L'\0');
+  TTTOOLINFOW tool{};
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;
+  tool.hwnd = GetAncestor(control, GA_ROOT);
+  tool.uId = reinterpret_cast<UINT_PTR>(control);
+  tool.lpszText = text.data();
+  // Each top-level window has one of its own.
+  for (const HWND tooltips : tooltipWindowsBeside(control)) {
+    SendMessageW(tooltips, TTM_GETTEXTW, text.size(), reinterpret_cast<LPARAM>(&tool));
+    if (text.front() != L'\0') break;
+  }
+  return text.c_str();
 }
 
 void click(HWND window, int id) { SendMessageW(controlOf(window, id), BM_CLICK, 0, 0); }

@@ -21,6 +21,11 @@ HWND controlOf(HWND window, int id);
 
 std::wstring textOf(HWND control);
 
+/// The windows of the same thread that show tooltips.
+std::vector<HWND> tooltipWindowsBeside(HWND window);
+/// The tooltip that its top-level window has for the control; empty when there is none.
+std::wstring tooltipOf(HWND control);
+
 /// Like the user: notifies the control's parent.
 void click(HWND window, int id);
 void choose(HWND window, int comboId, int position);

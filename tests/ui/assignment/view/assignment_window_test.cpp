@@ -152,6 +152,31 @@ TEST_F(AssignmentTest, KeysChooseAndConfirm) {
   EXPECT_EQ(assigned(kComputer), L"9");
 }
 
+TEST_F(AssignmentTest, TabMovesBetweenTheChoiceAndTheButton) {
+  makeSite();
+  assignWhile([](HWND list) {
+    const HWND dialog = open(list);
+    for (const int id :
+         {IDC_frmWorkstationSettings_cmdOK, IDC_frmWorkstationSettings_cmbPACSConfig}) {
+      pressKey(dialog, VK_TAB);
+      waitUntil([&] { return focusOf(dialog) == controlOf(dialog, id); }, "focus moves on");
+    }
+    ok(dialog);
+  });
+}
+
+TEST_F(AssignmentTest, TooltipsSayWhatTheControlsAreFor) {
+  makeSite();
+  assignWhile([](HWND list) {
+    const HWND dialog = open(list);
+    EXPECT_EQ(tooltipOf(combo(dialog)),
+              L"A list of configurations that can be assigned to the workstation");
+    EXPECT_EQ(tooltipOf(controlOf(dialog, IDC_frmWorkstationSettings_cmdOK)),
+              L"Save changes and exit");
+    ok(dialog);
+  });
+}
+
 TEST_F(AssignmentTest, AWorkstationWithAnAmpersandIsFoundByItsName) {
   addConsistent(1, L"Default & more");
   addWorkstation(L"A&B");

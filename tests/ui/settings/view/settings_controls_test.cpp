@@ -51,35 +51,6 @@ class SettingsControlsTest : public SettingsTest {
     }
     return L"";
   }
-
-  static BOOL CALLBACK addTooltips(HWND candidate, LPARAM parameter) {
-    if (classOf(candidate) == TOOLTIPS_CLASSW) {
-      reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(candidate);
-    }
-    return TRUE;
-  }
-
-  static std::vector<HWND> tooltipWindows(HWND window) {
-    std::vector<HWND> found;
-    EnumThreadWindows(GetWindowThreadProcessId(window, nullptr), &addTooltips,
-                      reinterpret_cast<LPARAM>(&found));
-    return found;
-  }
-
-  /// Each window has a tooltip control of its own for its controls only.
-  static std::wstring tooltipOf(HWND window, HWND control) {
-    std::wstring text(1000, L'\0');
-    TTTOOLINFOW tool{};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.hwnd = window;
-    tool.uId = reinterpret_cast<UINT_PTR>(control);
-    tool.lpszText = text.data();
-    for (const HWND tooltips : tooltipWindows(window)) {
-      SendMessageW(tooltips, TTM_GETTEXTW, text.size(), reinterpret_cast<LPARAM>(&tool));
-      if (text.front() != L'\0') break;
-    }
-    return text.c_str();
-  }
 };
 
 TEST(ControlIdsTest, EveryControlHasTheResourceIdOfItsName) {
@@ -107,7 +78,7 @@ TEST_F(SettingsControlsTest, EveryControlIsOnItsPageWithItsClassCaptionAndToolti
       if (captioned) {
         EXPECT_EQ(textOf(control), expected.text);
       }
-      EXPECT_EQ(tooltipOf(window, control), expected.tooltip);
+      EXPECT_EQ(tooltipOf(control), expected.tooltip);
       pagesSeen.insert(GetParent(control));
     }
     EXPECT_EQ(pagesSeen.size(), 6U);
@@ -118,11 +89,11 @@ TEST_F(SettingsControlsTest, TheTooltipsAreDestroyedWithTheWindow) {
   makeSite();
   initialise();
   showWhile([](HWND list) {
-    const std::size_t before = tooltipWindows(list).size();
+    const std::size_t before = tooltipWindowsBeside(list).size();
     const HWND window = openSettings(list);
-    EXPECT_EQ(tooltipWindows(list).size(), before + 1);
+    EXPECT_EQ(tooltipWindowsBeside(list).size(), before + 1);
     closeSettings(window);
-    EXPECT_EQ(tooltipWindows(list).size(), before);
+    EXPECT_EQ(tooltipWindowsBeside(list).size(), before);
     click(list, IDC_frmPACSList_btnOk);
   });
 }

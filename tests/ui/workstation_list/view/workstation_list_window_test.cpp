@@ -52,6 +52,20 @@ TEST_F(ListWindowTest, OpensOnTheWorkstationsThatHaveAConfiguration) {
       0);
 }
 
+TEST_F(ListWindowTest, TooltipsSayWhatTheButtonsDo) {
+  initialise();
+  showWhile([&](HWND window) {
+    const std::pair<int, const wchar_t*> tooltips[] = {
+        {IDC_frmPACSList_btnOk, L"Close the Workstation List"},
+        {IDC_frmPACSList_cmdEditConfig, L"Edit, delete or add configurations"},
+        {IDC_frmPACSList_cmdEditWorkstation, L"Assign a configuration to a workstation"}};
+    for (const auto& [id, tooltip] : tooltips) {
+      EXPECT_EQ(tooltipOf(controlOf(window, id)), tooltip);
+    }
+    close(window);
+  });
+}
+
 TEST_F(ListWindowTest, HasFiveColumnsOfWhichTwoAreHidden) {
   initialise();
   showWhile([&](HWND window) {
