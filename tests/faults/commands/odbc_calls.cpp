@@ -16,6 +16,7 @@ bool active = false;
 bool refusing = false;
 int refusedAttribute = 0;
 int refusedAttributes = 0;
+ConnectCall connectCall;
 
 void notify(OdbcMoment moment) {
   if (!listener) return;
@@ -71,6 +72,8 @@ RefusedConnectAttribute::~RefusedConnectAttribute() { refusedAttribute = 0; }
 
 int RefusedConnectAttribute::refusals() const { return refusedAttributes; }
 
+const ConnectCall& lastConnectCall() { return connectCall; }
+
 }  // namespace tlpacscfg::test
 
 extern "C" {
@@ -80,6 +83,22 @@ SQLRETURN SQL_API __real_SQLEndTran(SQLSMALLINT type, SQLHANDLE handle, SQLSMALL
 
 SQLRETURN SQL_API __real_SQLSetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute,
                                             SQLPOINTER value, SQLINTEGER length);
+
+SQLRETURN SQL_API __real_SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* text,
+                                           SQLSMALLINT length, SQLWCHAR* completed,
+                                           SQLSMALLINT size, SQLSMALLINT* needed,
+                                           SQLUSMALLINT completion);
+
+SQLRETURN SQL_API __wrap_SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* text,
+                                           SQLSMALLINT length, SQLWCHAR* completed,
+                                           SQLSMALLINT size, SQLSMALLINT* needed,
+                                           SQLUSMALLINT completion) {
+  using namespace tlpacscfg;
+  test::connectCall = {fromUtf16(odbc::odbcView(text, static_cast<std::size_t>(length))),
+                       completion};
+  return __real_SQLDriverConnectW(connection, window, text, length, completed, size, needed,
+                                  completion);
+}
 
 SQLRETURN SQL_API __wrap_SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) {
   using namespace tlpacscfg;

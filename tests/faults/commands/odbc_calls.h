@@ -27,6 +27,14 @@ class OdbcCalls {
   static void refuseThisCall();
 };
 
+/// What the driver manager was last asked to connect with.
+struct ConnectCall {
+  std::wstring text;
+  /// Whether a driver may ask the user: SQL_DRIVER_NOPROMPT and so on.
+  int completion;
+};
+const ConnectCall& lastConnectCall();
+
 /// While it lives, the driver manager refuses to set this attribute of a connection, without a
 /// reason.
 class RefusedConnectAttribute {
