@@ -14,7 +14,7 @@ std::optional<std::string> whyNobodyCanListenOn(int port) {
   const auto reason = [] { return systemReason({errno, std::generic_category()}); };
   const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
   if (socket < 0) return reason();
-  const ScopeExit closed([&] { close(socket); });
+  const ScopeExit closed([&] { ::close(socket); });
   // Connections that ended a moment ago do not count.
   const int on = 1;
   setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));

@@ -103,9 +103,9 @@ void apply(const Plan& plan, const Site& site, const Journal& journal, JournalEn
 }
 
 ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& options,
-                  const OutputOptions& output, const Journal& journal, JournalEntry entry) {
+                  const Context& context, const Journal& journal, JournalEntry entry) {
   const bool planToOutput = options.planFile == "-";
-  if (!planToOutput) write(listingOf(plan, &site), output, "Nothing changes.");
+  if (!planToOutput) write(listingOf(plan, &site), context.output, "Nothing changes.");
   if (!options.planFile.empty()) {
     const std::string document = planDocument({.plan = plan, .undoes = entry.undoes});
     if (planToOutput) {
@@ -116,6 +116,7 @@ ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& optio
     return plan.changes() == 0 ? ExitCode::Done : ExitCode::Differences;
   }
   if (plan.changes() == 0) return ExitCode::Done;
+  requireFittingRequest(context.connection, requestOf(plan));
   if (options.dryRun) {
     tryOut(plan, site);
   } else {
@@ -178,7 +179,7 @@ ExitCode runChange(
     entry.site = siteName;
     entry.command = change.command;
     entry.undoes = change.undoes;
-    return carryOut(plan, site, options, context.output, journal, entry);
+    return carryOut(plan, site, options, context, journal, entry);
   });
 }
 

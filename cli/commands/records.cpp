@@ -1,6 +1,7 @@
 #include "cli/commands/records.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -29,10 +30,17 @@ void select(const Site& site, const std::string& word, std::set<Site::Configurat
   }
 }
 
-Site withPlan(const Site& site, const Plan& plan) {
-  Site after = site;
+/// The configurations of the site after the plan; nothing else of it.
+Site configurationsAfter(const Site& site, const Plan& plan) {
+  std::map<std::int16_t, const ConfigurationChange*> changes;
   for (const ConfigurationChange& change : plan.configurations) {
-    std::erase(after.configurations, change.before);
+    changes.emplace(change.configID(), &change);
+  }
+  Site after;
+  for (const auto& record : site.configurations) {
+    if (!changes.contains(record->configID)) after.configurations.push_back(record);
+  }
+  for (const ConfigurationChange& change : plan.configurations) {
     if (change.after) after.configurations.push_back(change.after);
   }
   std::ranges::stable_sort(after.configurations, {},
@@ -40,12 +48,13 @@ Site withPlan(const Site& site, const Plan& plan) {
   return after;
 }
 
-/// Of each configuration what would keep the window from saving it.
-std::set<std::pair<std::wstring, std::wstring>> errorsIn(const Site& site) {
+/// Of each of the configurations what would keep the window from saving it.
+std::set<std::pair<std::wstring, std::wstring>> errorsOf(
+    const std::vector<Site::Configuration>& records, const Site& site) {
   std::set<std::pair<std::wstring, std::wstring>> errors;
-  for (const Finding& finding : findingsIn(site, {}, std::nullopt)) {
-    if (finding.severity != Severity::Error || !finding.configuration) continue;
-    errors.emplace(*finding.configuration, finding.message);
+  for (const Finding& finding : findingsAbout(records, site, std::nullopt)) {
+    if (finding.severity == Severity::Error)
+      errors.emplace(*finding.configuration, finding.message);
   }
   return errors;
 }
@@ -87,10 +96,15 @@ Site::Configuration withValues(const clsPACSConfiguration& record,
 }
 
 void requireRules(const Site& site, const Plan& plan) {
-  const auto before = errorsIn(site);
+  std::vector<Site::Configuration> before, after;
+  for (const ConfigurationChange& change : plan.configurations) {
+    if (change.before) before.push_back(change.before);
+    if (change.after) after.push_back(change.after);
+  }
+  const auto known = errorsOf(before, site);
   std::string text;
-  for (const auto& [number, message] : errorsIn(withPlan(site, plan))) {
-    if (before.contains({number, message})) continue;
+  for (const auto& [number, message] : errorsOf(after, configurationsAfter(site, plan))) {
+    if (known.contains({number, message})) continue;
     text += "\nConfiguration " + toUtf8(number) + ": " + toUtf8(message);
   }
   if (!text.empty()) {

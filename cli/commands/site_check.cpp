@@ -247,6 +247,15 @@ bool listens(const Record& record) {
          record.Port > 0;
 }
 
+std::vector<Finding> findingsAbout(const std::vector<Site::Configuration>& records,
+                                   const Site& site,
+                                   const std::optional<std::vector<std::wstring>>& xmlFiles) {
+  Findings findings;
+  ConfigurationCheck check(site, xmlFiles, findings);
+  for (const auto& record : records) check.check(*record);
+  return findings;
+}
+
 std::vector<Finding> findingsIn(const Site& site, const std::vector<StoredAssignment>& assignments,
                                 const std::optional<std::vector<std::wstring>>& xmlFiles) {
   Findings findings;

@@ -29,8 +29,13 @@ struct Finding {
 /// Whether the configuration makes a workstation listen on a port.
 bool listens(const clsPACSConfiguration& record);
 
-/// What the settings window would say about each configuration, and what no window sees.
-/// `xmlFiles` are the names of the site's mapping files; null when they are not known.
+/// What the settings window would say about these configurations of the site. `xmlFiles` are the
+/// names of the site's mapping files; null when they are not known.
+std::vector<Finding> findingsAbout(const std::vector<Site::Configuration>& records,
+                                   const Site& site,
+                                   const std::optional<std::vector<std::wstring>>& xmlFiles);
+
+/// The same about all of them, and what no window sees.
 std::vector<Finding> findingsIn(const Site& site, const std::vector<StoredAssignment>& assignments,
                                 const std::optional<std::vector<std::wstring>>& xmlFiles);
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "cli/base/option.h"
+#include "shared/limits.h"
 
 namespace tlpacscfg::cli {
 
@@ -18,6 +19,7 @@ struct ConnectionOptions {
   std::string service;
   std::string fingerprint;
   bool plainHttp = false;
+  int requestBytes = remote::kRequestBytes;
 
   std::string site;
   std::string settingsFile;

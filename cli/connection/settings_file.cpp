@@ -17,7 +17,9 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
-void set(const Option& option, const std::string& value, const std::string& place) {
+/// Unless the command line gave it: then it differs from `unset`, the same option with its default.
+void set(const Option& option, const Option& unset, const std::string& value,
+         const std::string& place) {
   if (auto* const flag = std::get_if<bool*>(&option.target)) {
     if (value != "yes" && value != "no") {
       throw Failure(ExitCode::Usage, place + ": write yes or no.");
@@ -26,10 +28,12 @@ void set(const Option& option, const std::string& value, const std::string& plac
   } else if (auto* const text = std::get_if<std::string*>(&option.target)) {
     if ((*text)->empty()) **text = value;
   } else if (auto* const number = std::get_if<int*>(&option.target)) {
-    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), **number);
+    int read = 0;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), read);
     if (error != std::errc{} || end != value.data() + value.size()) {
       throw Failure(ExitCode::Usage, place + ": '" + value + "' is not a number.");
     }
+    if (**number == **std::get_if<int*>(&unset.target)) **number = read;
   }
 }
 
@@ -70,8 +74,8 @@ ConnectionOptions withSiteSettings(ConnectionOptions options) {
   const std::string content = readFile(file);
   const std::vector<Option> table = optionsOf(options);
   const std::vector<std::string> names = settingNames(table);
-  const int timeoutBefore = options.timeout, userBefore = options.userId;
-  const ConnectionOptions defaults;
+  ConnectionOptions defaults;
+  const std::vector<Option> unset = optionsOf(defaults);
   std::vector<std::string> sites;
   bool found = false, inSite = false;
   std::size_t number = 0;
@@ -97,15 +101,13 @@ ConnectionOptions withSiteSettings(ConnectionOptions options) {
       throw unknownSetting(place, name, names);
     }
     const auto option = std::ranges::find(table, "--" + name, &Option::names);
-    set(*option, std::string(trimmed(line.substr(equals + 1))), place);
+    set(*option, unset[static_cast<std::size_t>(option - table.begin())],
+        std::string(trimmed(line.substr(equals + 1))), place);
   }
   if (!found) {
     throw Failure(ExitCode::Usage, "There is no site '" + options.site + "' in " + file + "." +
                                        suggestion(options.site, sites));
   }
-  // The command line takes precedence.
-  if (timeoutBefore != defaults.timeout) options.timeout = timeoutBefore;
-  if (userBefore != defaults.userId) options.userId = userBefore;
   return options;
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "cli/connection/secret.h"
 #include "cli/connection/service_client.h"
@@ -12,6 +13,7 @@
 #include "cli/formats/files.h"
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
+#include "client/protocol.h"
 #include "data/direct_connections.h"
 #include "data/mod_main.h"
 #include "data/tl_comm_client.h"
@@ -193,6 +195,20 @@ SiteConnection::~SiteConnection() {
   releaseModMain();
   modMain.g_blnUseOfflineDB = false;
   modMain.g_strNetworkRootDir.clear();
+}
+
+void requireFittingRequest(const ConnectionOptions& given, const std::wstring& sql) {
+  const ConnectionOptions options = withSiteSettings(given);
+  if (options.service.empty()) return;
+  const auto size =
+      client::protocol::requestOf(L"", {{"database", fromUtf8(options.database)}, {"sql", sql}})
+          .size();
+  if (std::cmp_less_equal(size, options.requestBytes)) return;
+  throw Failure(ExitCode::Usage,
+                "The change is too big for the service: a request of " + std::to_string(size) +
+                    " bytes, where it takes " + std::to_string(options.requestBytes) +
+                    ". Nothing was changed. Change fewer rows at a time, or configure a larger "
+                    "request-bytes for the service and give it here as --request-bytes.");
 }
 
 Failure failureOf(const RunTimeError& error) {

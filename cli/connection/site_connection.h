@@ -27,6 +27,9 @@ class SiteConnection {
   SiteConnection& operator=(const SiteConnection&) = delete;
 };
 
+/// Throws Failure when the statements are more than the service takes in one request.
+void requireFittingRequest(const ConnectionOptions& options, const std::wstring& sql);
+
 /// An error of the data path that is open: the connection is lost, or the database refused.
 Failure failureOf(const RunTimeError& error);
 

@@ -14,8 +14,6 @@
 namespace tlpacscfg::cli {
 namespace {
 
-using nlohmann::json;
-
 bool isControl(char letter) { return static_cast<unsigned char>(letter) < 0x20 || letter == 0x7F; }
 
 bool wouldBeMisread(const std::string& text) {
@@ -32,7 +30,7 @@ std::string_view trimmed(std::string_view text) {
 /// Throws Failure.
 std::string unquoted(std::string_view value) {
   if (!value.starts_with('"')) return std::string(value);
-  const json text = json::parse(value, nullptr, false);
+  const auto text = nlohmann::json::parse(value, nullptr, false);
   if (!text.is_string()) throw Failure(ExitCode::Usage, "the quoted text is not a JSON string");
   return text.get<std::string>();
 }
@@ -89,7 +87,7 @@ std::string textOf(const clsPACSConfiguration& record) {
   std::string text;
   for (const Column& column : columns()) {
     std::string value = wordsOf(column, record);
-    if (wouldBeMisread(value)) value = json(value).dump();
+    if (wouldBeMisread(value)) value = nlohmann::json(value).dump();
     text += toUtf8(column.property) + (value.empty() ? " =" : " = ") + value + "\n";
   }
   return text;

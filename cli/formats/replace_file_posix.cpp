@@ -16,7 +16,7 @@ std::error_code lastError() { return {errno, std::generic_category()}; }
 
 std::error_code writeAll(int file, std::string_view content) {
   while (!content.empty()) {
-    const ssize_t written = write(file, content.data(), content.size());
+    const ssize_t written = ::write(file, content.data(), content.size());
     if (written < 0 && errno != EINTR) return lastError();
     if (written > 0) content.remove_prefix(static_cast<std::size_t>(written));
   }
@@ -25,7 +25,7 @@ std::error_code writeAll(int file, std::string_view content) {
 
 std::error_code writeTo(const fs::path& path, std::string_view content, Lasting lasting) {
   constexpr mode_t kForAll = 0666;
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kForAll);
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kForAll);
   if (file < 0) return lastError();
   std::error_code error = writeAll(file, content);
   if (!error && lasting == Lasting::Yes && fsync(file) != 0) error = lastError();
@@ -34,9 +34,9 @@ std::error_code writeTo(const fs::path& path, std::string_view content, Lasting 
 }
 
 std::error_code syncFolder(const fs::path& path) {
-  const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) return lastError();
-  const ScopeExit closed([&] { close(folder); });
+  const ScopeExit closed([&] { ::close(folder); });
   return fsync(folder) == 0 ? std::error_code() : lastError();
 }
 

@@ -1,6 +1,7 @@
 #include <httplib.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
+#include <signal.h>
 
 #include <algorithm>
 #include <memory>
@@ -29,6 +30,28 @@ int hasFingerprint(X509_STORE_CTX* chain, void* accepted) {
   }
   return std::ranges::find(fingerprints, shown) != fingerprints.end() ? 1 : 0;
 }
+
+/// While it exists, writing to a connection that the service closed is an error and does not end
+/// the program.
+class BrokenPipesAreErrors {
+ public:
+  BrokenPipesAreErrors() {
+    sigemptyset(&brokenPipe_);
+    sigaddset(&brokenPipe_, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &brokenPipe_, &before_);
+  }
+  ~BrokenPipesAreErrors() {
+    if (sigismember(&before_, SIGPIPE) == 1) return;
+    const timespec none{};
+    while (sigtimedwait(&brokenPipe_, nullptr, &none) == SIGPIPE) continue;
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  }
+  BrokenPipesAreErrors(const BrokenPipesAreErrors&) = delete;
+  BrokenPipesAreErrors& operator=(const BrokenPipesAreErrors&) = delete;
+
+ private:
+  sigset_t brokenPipe_{}, before_{};
+};
 
 [[noreturn]] void failWith(httplib::Error error) {
   switch (error) {
@@ -108,6 +131,7 @@ Answer Endpoint::exchange(const std::wstring& path, const std::string& json) con
     answer.body.append(bytes, size);
     return true;
   };
+  const BrokenPipesAreErrors brokenPipesAreErrors;
   const httplib::Result result = connection_->client->send(request);
   if (tooLarge) throw ClientError(L"The service's answer is too large.");
   if (!result) failWith(result.error());

@@ -44,7 +44,7 @@ struct ServiceOptions {
   bool plainHttp = false;
   std::size_t workers = 8;
   std::size_t waiting = 512;
-  std::size_t requestBytes = 1 << 20;
+  std::size_t requestBytes = remote::kRequestBytes;
   std::size_t responseBytes = remote::kMaxAnswerBytes;
   std::chrono::seconds headerSeconds{5};
   std::chrono::seconds requestSeconds{10};

@@ -153,10 +153,25 @@ void requireDatabase(const SiteCommand& command) {
   throw RunTimeError(odbc::kOdbcFailed, L"The local file of a workstation is only read.");
 }
 
-/// One request, which the service executes as a whole. Statements are told apart by blank lines.
-std::wstring joined(const std::vector<std::wstring>& statements) {
+/// No database has it, so a statement that names it fails, and its request is undone as a whole.
+constexpr const wchar_t* kNoTable = L"tlpacscfg_undo_this_dry_run";
+
+/// A dry run without a transaction of its own. Throws when a statement of the plan fails.
+void tryOut(SiteCommand& command, const Plan& plan) {
+  try {
+    command.execute(requestOf(plan) + L"DELETE FROM " + kNoTable);
+  } catch (const RunTimeError& error) {
+    if (error.description().find(kNoTable) != std::wstring::npos) return;
+    throw;
+  }
+  throw RunTimeError(odbc::kOdbcFailed, L"The database did not undo the dry run.");
+}
+
+}  // namespace
+
+std::wstring requestOf(const Plan& plan) {
   std::wstring text;
-  for (const std::wstring& statement : statements) {
+  for (const std::wstring& statement : statementsOf(plan)) {
     text += statement;
     text += kLineBreak;
     text += kLineBreak;
@@ -164,16 +179,14 @@ std::wstring joined(const std::vector<std::wstring>& statements) {
   return text;
 }
 
-}  // namespace
-
 ForeignChanges applyPlan(const Plan& plan, Ending ending,
                          const std::function<void()>& beforeCommit) {
   SiteCommand command;
   requireDatabase(command);
   ForeignChanges foreign = compare(plan, readRows(command, plan));
   if (foreign.any()) return foreign;
-  std::vector<std::wstring> statements = statementsOf(plan);
   if (command.isTransaction()) {
+    std::vector<std::wstring> statements = statementsOf(plan);
     statements.pop_back();
     for (const std::wstring& statement : statements) command.execute(statement);
     requireWritten(command, plan, readRows(command, plan));
@@ -182,9 +195,12 @@ ForeignChanges applyPlan(const Plan& plan, Ending ending,
     command.markAndCommit();
     return {};
   }
-  if (ending == Ending::RollBack) return {};
+  if (ending == Ending::RollBack) {
+    tryOut(command, plan);
+    return compare(plan, readRows(command, plan));
+  }
   beforeCommit();
-  command.execute(joined(statements));
+  command.execute(requestOf(plan));
   requireWritten(command, plan, readRows(command, plan));
   return {};
 }

@@ -35,12 +35,16 @@ struct ForeignChanges {
 
 enum class Ending {
   Commit,
-  RollBack,  ///< A dry run. Where there are no transactions, it ends before the first statement.
+  RollBack,  ///< A dry run.
 };
+
+/// The statements as the remote path sends them, in one request; blank lines tell them apart.
+std::wstring requestOf(const Plan& plan);
 
 /// In one transaction: reads the rows of the plan and compares them, executes its statements, reads
 /// the rows back and compares them, and ends as asked. On the remote path the statements are one
-/// request, which the service executes as one transaction; the rows are read before and after it.
+/// request, which the service executes as one transaction; the rows are read before and after it,
+/// and a dry run ends the request with a statement that fails.
 /// When somebody else changed a row, nothing is written. `beforeCommit` is called when only the
 /// commit, or the one request, is left to do. Throws RunTimeError when nothing was written,
 /// OutcomeUnknown when that is not known.

@@ -413,6 +413,73 @@ class OtherPathsTest(ChangeTest):
         self.change_site("undo", **options)
         self.assertEqual(self.assignments(service.database), before)
 
+    def test_a_dry_run_over_the_service_runs_every_statement_and_keeps_nothing(self):
+        service = Service(self)
+        options = {"connection": service.connection, "environment": service.environment}
+        before = self.assignments(service.database)
+        tried = self.change_site("assign", "7", "READ-0?", "--dry-run", **options)
+        self.assertEqual(
+            tried.errors, "This was a dry run of 8 workstations. Nothing was written.\n"
+        )
+        self.assertEqual(self.assignments(service.database), before)
+        database = sqlite3.connect(service.database)
+        with database:
+            database.execute(
+                "CREATE TRIGGER refuse BEFORE INSERT ON System_offline_db_updates BEGIN "
+                "SELECT RAISE(ABORT, 'not today'); END"
+            )
+        database.close()
+        outcome = self.change_site("assign", "7", "READ-0?", "--dry-run", code=REFUSED, **options)
+        self.assertIn("not today", outcome.errors)
+        self.assertEqual((self.assignments(service.database), self.states(**options)), (before, []))
+
+    def test_a_service_with_sql_server(self):
+        server = StandIn(self)
+        service = Service(self, server)
+        options = {"connection": service.connection, "environment": service.environment}
+        before = self.assignments(server.path)
+        outcome = self.change_site("assign", "7", "READ-0?", "--dry-run", **options)
+        self.assertIn("This was a dry run of 8 workstations.", outcome.errors)
+        self.assertEqual(self.assignments(server.path), before)
+        server.site.stored_site["traits"]["denied"] = ["DELETE on System_workstation_cfg"]
+        outcome = self.change_site("assign", "7", "READ-0?", "--dry-run", code=REFUSED, **options)
+        self.assertIn("DELETE permission was denied", outcome.errors)
+        server.site.stored_site["traits"].clear()
+        self.change_site("assign", "7", "READ-01", **options)
+        self.assertEqual(self.assignments(server.path), before | {"READ-01": "7"})
+
+    def test_a_change_that_is_too_big_for_the_service_is_not_sent(self):
+        service = Service(self)
+        options = {"connection": service.connection, "environment": service.environment}
+        many = 4000
+        database = sqlite3.connect(service.database)
+        with database:
+            database.executemany(
+                "INSERT INTO System_pc_names VALUES (?, NULL, 1)",
+                [(f"MANY-{number}",) for number in range(many)],
+            )
+        database.close()
+        before = self.assignments(service.database)
+        for ending in ("--dry-run", "--yes"):
+            outcome = self.change_site("assign", "7", "MANY-*", ending, code=USAGE, **options)
+            self.assertRegex(
+                outcome.errors,
+                r"The change is too big for the service: a request of 1\d{6} bytes, where it takes "
+                r"1048576\. Nothing was changed\. Change fewer rows at a time, or configure a larger",
+            )
+        self.assertNotIn("execute", service.journal.read_text())
+        # The service has the last word.
+        outcome = self.change_site(
+            *("assign", "7", "MANY-*", "--yes", "--request-bytes", 1 << 24),
+            code=REFUSED,
+            **options,
+        )
+        self.assertRegex(
+            outcome.errors, "The request is larger than|The service broke the connection off"
+        )
+        self.assertEqual(self.assignments(service.database), before)
+        self.assertEqual(self.states(**options), [(1, "assign", "not stored")])
+
     def test_service_executes_a_plan_as_a_whole(self):
         service = Service(self)
         options = {"connection": service.connection, "environment": service.environment}

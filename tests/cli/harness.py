@@ -151,11 +151,11 @@ class StandIn:
 
 
 class Service:
-    """The remote data service, with the test's SQLite site."""
+    """The remote data service, with the test's SQLite site or with the stand-in for SQL Server."""
 
     TOKEN = "0123456789abcdef0123456789abcdef"
 
-    def __init__(self, test):
+    def __init__(self, test, server=None):
         directory = test.directory / "service"
         directory.mkdir()
         secret = directory / "token"
@@ -164,11 +164,14 @@ class Service:
         make_certificate(directory)
         source = directory / "site.db"
         shutil.copy(test.database, source)
+        database = f"Driver=SQLite3;Database={source}"
+        if server:
+            database = "Driver=SQL Server;Server=127.0.0.1;Database=Talora;UID=anna;PWD=x"
         settings = directory / "tlcommd.conf"
         settings.write_text(
             f"[service]\nport = 0\ncertificate = {directory}/certificate.pem\n"
             f"key = {directory}/key.pem\ntoken-file = {secret}\n"
-            f"[databases]\nTalora = Driver=SQLite3;Database={source}\n"
+            f"[databases]\nTalora = {database}\n"
             f"[database-files]\nTalora = {directory}\n"
             f"[directories]\nZ:\\site\\TALORA\\PROMPTS = {DEMO}/site/TALORA/PROMPTS\n"
         )
@@ -177,7 +180,10 @@ class Service:
         self.journal = directory / "journal"
         with open(self.journal, "wb") as journal:
             self.process = subprocess.Popen(
-                [TLCOMMD, "--config", settings], stdout=journal, stderr=journal
+                [TLCOMMD, "--config", settings],
+                stdout=journal,
+                stderr=journal,
+                env={**os.environ, **(server.environment if server else {})},
             )
         test.addCleanup(self.end)
         self.port = self.wait_for_port()

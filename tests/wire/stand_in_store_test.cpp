@@ -182,6 +182,8 @@ TEST_F(WireStoreTest, AnErrorOfAStatementHasItsNumber) {
   expectFailure(L"INSERT INTO System_pc_names VALUES(NULL, '', 1)", 515);
   expectFailure(L"UPDATE System_pc_names SET nowhere = 1", 207);
   expectFailure(L"UPDATE Nowhere SET flag2 = 1", 208);
+  // A table is looked for when its statement runs.
+  expectFailure(insertName(L"a") + L"\n\nDELETE FROM Nowhere", 2627);
   expectFailure(L"INSERT INTO System_pc_names VALUES('B')", 213);
   expectFailure(L"UPDATE System_pc_names SET SET", 102);
   expectFailure(L"UPDATE System_pc_names SET pc_name = 'B", 105);

@@ -232,12 +232,20 @@ class Store:
             found = tsql.statements(batch, self.traits.get("joinsLines"))
             for statement in found:
                 if not statement.is_for_the_session:
-                    self.connection.execute("EXPLAIN " + statement.sql).close()
+                    self.check(statement)
             return found
         except tsql.SyntaxError as error:
             raise Refusal(error.number, str(error), ends="batch") from None
         except sqlite3.Error as error:
             raise self.refusal_for(error) from None
+
+    def check(self, statement):
+        try:
+            self.connection.execute("EXPLAIN " + statement.sql).close()
+        except sqlite3.Error as error:
+            # A table may be missing until its statement runs.
+            if "no such table" not in str(error):
+                raise
 
     def set(self, words):
         if words[:4] == ["SET", "TRANSACTION", "ISOLATION", "LEVEL"]:
