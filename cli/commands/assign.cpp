@@ -91,9 +91,9 @@ class CsvAssignments {
   std::optional<Site::Configuration> configurationIn(const CsvCell& cell) {
     const std::string word = trimmed(cell);
     if (word.empty() || word == "0") return Site::Configuration();
-    const SiteNames::Found found = names_.configuration(word);
-    if (found.record) return found.record;
-    addError(cell.at, found.isAmbiguous
+    const auto found = names_.configurations(word);
+    if (found.size() == 1) return found.front();
+    addError(cell.at, !found.empty()
                           ? "Several configurations are called '" + word + "'. Use the number."
                           : "There is no configuration '" + word + "'." +
                                 (suggests() ? names_.suggestConfiguration(word) : ""));
@@ -176,7 +176,7 @@ class Assign : public Command {
 
  private:
   static Site::Configuration configurationOrNone(const Site& site, const std::string& word) {
-    return word == "none" ? nullptr : requireConfiguration(site, word);
+    return word == "none" ? nullptr : SiteNames(site).require(word);
   }
 
   void assignSelected(const Site& site, PlanMaker& maker) const {

@@ -4,7 +4,7 @@
 #include "cli/commands/change.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/records.h"
-#include "cli/commands/selection.h"
+#include "cli/commands/site_names.h"
 #include "support/text.h"
 
 namespace tlpacscfg::cli {
@@ -48,7 +48,7 @@ class Copy : public Command {
 
  private:
   Plan planFor(const Site& site) const {
-    clsPACSConfiguration copy = *requireConfiguration(site, original_);
+    clsPACSConfiguration copy = *SiteNames(site).require(original_);
     copy.configID = newNumber(site);
     copy.Description = fromUtf8(description_);
     copy.LastUpdateUserID = savingUser();

@@ -6,6 +6,7 @@
 #include "cli/base/failure.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/selection.h"
+#include "cli/commands/site_names.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/changes.h"
 #include "cli/formats/fields.h"
@@ -67,8 +68,9 @@ class Diff : public Command {
       compareSites(before, siteOf(context, second_));
     } else {
       const Site site = onSite(context.connection, [] { return readSite(); });
-      const auto before = requireConfiguration(site, first_);
-      compare(before, requireConfiguration(site, second_), std::to_string(before->configID));
+      const SiteNames names(site);
+      const auto before = names.require(first_);
+      compare(before, names.require(second_), std::to_string(before->configID));
     }
     write(differences_, context.output, "There is no difference.");
     return differences_.rows.empty() ? ExitCode::Done : ExitCode::Differences;

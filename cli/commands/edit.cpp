@@ -6,7 +6,7 @@
 #include "cli/commands/change.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/records.h"
-#include "cli/commands/selection.h"
+#include "cli/commands/site_names.h"
 #include "cli/formats/configuration_text.h"
 #include "cli/formats/files.h"
 
@@ -64,7 +64,7 @@ class Edit : public Command {
   ExitCode run(Context& context) override {
     return runChange(context, change_, {.command = "edit"},
                      [&](const Site& site, const auto&, Change&) {
-                       const auto record = requireConfiguration(site, name_);
+                       const auto record = SiteNames(site).require(name_);
                        PlanMaker maker(site);
                        maker.store(record, edited(*record));
                        Plan plan = maker.plan();

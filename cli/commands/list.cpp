@@ -3,6 +3,7 @@
 
 #include "cli/commands/commands.h"
 #include "cli/commands/selection.h"
+#include "cli/commands/site_names.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/fields.h"
 #include "cli/formats/output.h"
@@ -56,7 +57,7 @@ class List : public Command {
     std::optional<std::int16_t> wanted;
     if (!configuration_.empty()) {
       wanted = configuration_ == "none" ? std::int16_t{0}
-                                        : requireConfiguration(site, configuration_)->configID;
+                                        : SiteNames(site).require(configuration_)->configID;
     }
     std::vector<const SiteWorkstation*> listed;
     for (const SiteWorkstation& workstation : site.workstations) {

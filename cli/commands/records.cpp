@@ -7,6 +7,7 @@
 
 #include "cli/base/failure.h"
 #include "cli/commands/selection.h"
+#include "cli/commands/site_names.h"
 #include "cli/commands/site_check.h"
 #include "cli/formats/fields.h"
 #include "support/text.h"
@@ -14,9 +15,10 @@
 namespace tlpacscfg::cli {
 namespace {
 
-void select(const Site& site, const std::string& word, std::set<Site::Configuration>& selected) {
-  if (!isPattern(word) || findConfiguration(site, word)) {
-    selected.insert(requireConfiguration(site, word));
+void select(const Site& site, const SiteNames& names, const std::string& word,
+            std::set<Site::Configuration>& selected) {
+  if (!isPattern(word) || names.find(word)) {
+    selected.insert(names.require(word));
     return;
   }
   bool fitsAny = false;
@@ -68,7 +70,8 @@ std::vector<Site::Configuration> selectConfigurations(const Site& site,
     throw Failure(ExitCode::Usage, "No configuration is named. Nothing was changed.");
   }
   std::set<Site::Configuration> selected;
-  for (const std::string& word : words) select(site, word, selected);
+  const SiteNames names(site);
+  for (const std::string& word : words) select(site, names, word, selected);
   const std::vector<FieldFilter> filters(conditions.begin(), conditions.end());
   std::vector<Site::Configuration> records;
   for (const auto& record : site.configurations) {

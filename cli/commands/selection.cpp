@@ -4,11 +4,8 @@
 
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
-#include "cli/base/suggestion.h"
 #include "cli/formats/fields.h"
 #include "config/columns.h"
-#include "config/summary_texts.h"
-#include "support/conversions.h"
 #include "support/text.h"
 
 namespace tlpacscfg::cli {
@@ -37,46 +34,6 @@ bool fitsFolded(std::wstring_view text, std::wstring_view pattern) {
 }
 
 }  // namespace
-
-Site::Configuration findConfiguration(const Site& site, const std::string& word) {
-  const std::wstring wanted = fromUtf8(word);
-  if (IsAllDigits(wanted)) {
-    // No larger number is one of a configuration.
-    constexpr std::size_t kMaxDigits = 9;
-    if (wanted.size() > kMaxDigits) return nullptr;
-    const std::int32_t number = toInt32(wanted);
-    return number <= INT16_MAX ? site.find(static_cast<std::int16_t>(number)) : nullptr;
-  }
-  Site::Configuration found;
-  for (const auto& record : site.configurations) {
-    if (!equalIgnoringCase(trimBlanks(record->Description), trimBlanks(wanted))) continue;
-    if (found) {
-      throw Failure(ExitCode::Usage, "Several configurations are called '" + word +
-                                         "', for example " + std::to_string(found->configID) +
-                                         " and " + std::to_string(record->configID) +
-                                         ". Use the number.");
-    }
-    found = record;
-  }
-  return found;
-}
-
-Site::Configuration requireConfiguration(const Site& site, const std::string& word) {
-  if (auto found = findConfiguration(site, word)) return found;
-  std::vector<std::string> known;
-  for (const auto& record : site.configurations) known.push_back(toUtf8(record->Description));
-  throw Failure(ExitCode::Usage,
-                "There is no configuration '" + word + "'." + suggestion(word, known));
-}
-
-const SiteWorkstation* findWorkstation(const Site& site, const std::string& name) {
-  const std::wstring wanted = fromUtf8(name);
-  const auto found =
-      std::ranges::find_if(site.workstations, [&](const SiteWorkstation& workstation) {
-        return equalIgnoringCase(workstation.name, trimBlanks(wanted));
-      });
-  return found == site.workstations.end() ? nullptr : &*found;
-}
 
 bool isPattern(std::string_view word) { return word.find_first_of("*?") != std::string_view::npos; }
 

@@ -11,16 +11,6 @@
 /// What the words of a command line mean in a site.
 namespace tlpacscfg::cli {
 
-/// The configuration of a number or of a description, whatever its letter case; null when there is
-/// none. Throws Failure when several have the description.
-Site::Configuration findConfiguration(const Site& site, const std::string& word);
-
-/// The same; throws Failure when there is none.
-Site::Configuration requireConfiguration(const Site& site, const std::string& word);
-
-/// Null when no workstation has the name, whatever its letter case.
-const SiteWorkstation* findWorkstation(const Site& site, const std::string& name);
-
 /// Whether the text fits the pattern, in which * stands for any letters and ? for one, whatever the
 /// letter case.
 bool fits(std::wstring_view text, std::wstring_view pattern);

@@ -2,7 +2,7 @@
 
 #include "cli/base/failure.h"
 #include "cli/commands/commands.h"
-#include "cli/commands/selection.h"
+#include "cli/commands/site_names.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/fields.h"
 #include "cli/formats/output.h"
@@ -71,8 +71,9 @@ class Show : public Command {
 
  private:
   static Site::Configuration configurationOf(const Site& site, const std::string& name) {
-    if (findConfiguration(site, name) != nullptr) return findConfiguration(site, name);
-    const SiteWorkstation* const workstation = findWorkstation(site, name);
+    const SiteNames names(site);
+    if (auto record = names.find(name)) return record;
+    const SiteWorkstation* const workstation = names.workstation(name);
     if (workstation == nullptr) {
       throw Failure(ExitCode::Usage,
                     "There is no configuration and no workstation '" + name + "'.");

@@ -217,21 +217,13 @@ class WorkstationCheck {
          decimal(rows.size()) + L" rows assign configurations to it.");
     std::map<std::int32_t, std::int16_t> ports;
     for (const StoredAssignment* const row : rows) {
-      const auto record = configurationOf(*row);
+      const auto record = site_.find(configIDIn(row->assigned).value_or(0));
       if (!record || !listens(*record)) continue;
       const auto [place, isFirst] = ports.emplace(record->Port, record->configID);
       if (isFirst || place->second == record->configID) continue;
       note(Severity::Error, kPortUsedTwice, name,
            L"The configurations " + decimal(place->second) + L" and " + decimal(record->configID) +
                L" both listen on port " + decimal(record->Port) + L" of this workstation.");
-    }
-  }
-
-  Site::Configuration configurationOf(const StoredAssignment& row) const {
-    try {
-      return row.assigned ? site_.find(toInt16(*row.assigned)) : nullptr;
-    } catch (const RunTimeError&) {
-      return nullptr;
     }
   }
 

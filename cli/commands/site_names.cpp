@@ -6,6 +6,7 @@
 #include "cli/base/suggestion.h"
 #include "cli/commands/selection.h"
 #include "config/summary_texts.h"
+#include "support/conversions.h"
 #include "support/text.h"
 
 namespace tlpacscfg::cli {
@@ -20,8 +21,7 @@ SiteNames::SiteNames(const Site& site) : site_(site) {
     workstations_.try_emplace(keyOf(workstation.name), &workstation);
   }
   for (const auto& record : site.configurations) {
-    Found& found = configurations_[keyOf(record->Description)];
-    found = {found.record ? nullptr : record, found.record || found.isAmbiguous};
+    configurations_[keyOf(record->Description)].push_back(record);
   }
 }
 
@@ -30,11 +30,32 @@ const SiteWorkstation* SiteNames::workstation(const std::string& name) const {
   return found == workstations_.end() ? nullptr : found->second;
 }
 
-SiteNames::Found SiteNames::configuration(const std::string& word) const {
+std::vector<Site::Configuration> SiteNames::configurations(const std::string& word) const {
   const std::wstring wanted = fromUtf8(word);
-  if (IsAllDigits(wanted)) return {findConfiguration(site_, word), false};
-  const auto found = configurations_.find(keyOf(wanted));
-  return found == configurations_.end() ? Found() : found->second;
+  if (!IsAllDigits(wanted)) {
+    const auto found = configurations_.find(keyOf(wanted));
+    return found == configurations_.end() ? std::vector<Site::Configuration>() : found->second;
+  }
+  // No larger number is one of a configuration.
+  constexpr std::size_t kMaxDigits = 9;
+  const std::int32_t number = wanted.size() > kMaxDigits ? INT32_MAX : toInt32(wanted);
+  const auto record = number <= INT16_MAX ? site_.find(static_cast<std::int16_t>(number)) : nullptr;
+  if (!record) return {};
+  return {record};
+}
+
+Site::Configuration SiteNames::find(const std::string& word) const {
+  const auto found = configurations(word);
+  if (found.size() < 2) return found.empty() ? nullptr : found.front();
+  throw Failure(ExitCode::Usage, "Several configurations are called '" + word + "', for example " +
+                                     std::to_string(found[0]->configID) + " and " +
+                                     std::to_string(found[1]->configID) + ". Use the number.");
+}
+
+Site::Configuration SiteNames::require(const std::string& word) const {
+  if (auto found = find(word)) return found;
+  throw Failure(ExitCode::Usage,
+                "There is no configuration '" + word + "'." + suggestConfiguration(word));
 }
 
 std::string SiteNames::suggestWorkstation(const std::string& name) const {

@@ -8,8 +8,8 @@
 
 namespace tlpacscfg::cli {
 
-/// Finds workstations by name and configurations by number or description, like the functions of
-/// `selection`, but many of them in a large site.
+/// Finds workstations by name, and configurations by number or description, whatever the letter
+/// case.
 class SiteNames {
  public:
   explicit SiteNames(const Site& site);
@@ -17,11 +17,12 @@ class SiteNames {
   /// Null when there is none.
   const SiteWorkstation* workstation(const std::string& name) const;
 
-  struct Found {
-    Site::Configuration record;
-    bool isAmbiguous = false;
-  };
-  Found configuration(const std::string& word) const;
+  /// Several when they have the description.
+  std::vector<Site::Configuration> configurations(const std::string& word) const;
+  /// Null when there is none. Throws Failure when there are several.
+  Site::Configuration find(const std::string& word) const;
+  /// Throws Failure unless there is one.
+  Site::Configuration require(const std::string& word) const;
 
   std::string suggestWorkstation(const std::string& name) const;
   std::string suggestConfiguration(const std::string& word) const;
@@ -29,7 +30,7 @@ class SiteNames {
  private:
   const Site& site_;
   std::unordered_map<std::wstring, const SiteWorkstation*> workstations_;
-  std::unordered_map<std::wstring, Found> configurations_;
+  std::unordered_map<std::wstring, std::vector<Site::Configuration>> configurations_;
 };
 
 /// The workstations that have one of the names or fit one of the patterns, each once, in the order

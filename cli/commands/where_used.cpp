@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/selection.h"
+#include "cli/commands/site_names.h"
 #include "cli/connection/site_connection.h"
 #include "cli/program/context.h"
 #include "site/site.h"
@@ -28,14 +29,15 @@ class WhereUsed : public Command {
 
   ExitCode run(Context& context) override {
     const Site site = onSite(context.connection, [] { return readSite(); });
-    const auto record = findConfiguration(site, configuration_);
+    const SiteNames names(site);
+    const auto record = names.find(configuration_);
     std::vector<const SiteWorkstation*> users;
     for (const SiteWorkstation& workstation : site.workstations) {
       const bool uses = record ? workstation.configID == record->configID
                                : workstation.assigned == fromUtf8(configuration_);
       if (uses) users.push_back(&workstation);
     }
-    if (!record && users.empty()) requireConfiguration(site, configuration_);
+    if (!record && users.empty()) names.require(configuration_);
     write(listingOf(site, users), context.output, "No workstation uses it.");
     return ExitCode::Done;
   }
