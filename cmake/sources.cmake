@@ -15,11 +15,12 @@ function(tl_sources out)
 endfunction()
 
 # tl_unity(target): compiles several of its sources as one, where TL_UNITY asks for it. That takes half
-# the time; the other presets compile each by itself, so that none leaves out an include.
+# the time; ./package compiles each by itself, too, so that none leaves out an include.
 function(tl_unity target)
   if(TL_UNITY AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # The compiler takes the joined sources for headers, which should not use what others cannot name.
-    target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    # The compiler takes the joined sources for headers, which should not use what others cannot name, and
+    # warns when one of them names what another one names, too.
+    target_compile_options(${target} PRIVATE -Wno-subobject-linkage -Wno-shadow)
   endif()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ${TL_UNITY} UNITY_BUILD_BATCH_SIZE 8)
 endfunction()
