@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 
 #include "cli/base/listening_port.h"
 #include "cli/base/system_reason.h"

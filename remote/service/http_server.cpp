@@ -18,7 +18,8 @@ namespace tlpacscfg::service {
 namespace {
 
 // A protected function, which another version may change.
-static_assert(std::string_view(CPPHTTPLIB_VERSION).starts_with("0.11."),
+constexpr std::string_view kLibraryVersion = CPPHTTPLIB_VERSION;
+static_assert(kLibraryVersion.starts_with("0.11.") || kLibraryVersion.starts_with("0.18."),
               "Check Server::process_request of this version of cpp-httplib.");
 
 constexpr const char* kJson = "application/json";
@@ -137,6 +138,17 @@ void HttpServer::answer(const httplib::Request& request, httplib::Response& resp
   }
 }
 
+template <class Setup>
+void HttpServer::processRequest(Channel& channel, Setup setup) {
+  bool closed = false;
+  if constexpr (requires { this->process_request(channel, true, closed, setup); }) {
+    this->process_request(channel, true, closed, setup);
+  } else {
+    // Newer versions also take the addresses of both sides, for handlers that ask for them.
+    this->process_request(channel, {}, 0, {}, 0, true, closed, setup);
+  }
+}
+
 TokenCheck HttpServer::serve(Connection& connection) {
   const auto start = Clock::now();
   // The client's time does not run while the connection waits for a worker.
@@ -155,8 +167,7 @@ TokenCheck HttpServer::serve(Connection& connection) {
   std::string failure;
   try {
     if (tls == nullptr || channel.handshake()) {
-      bool closed = false;
-      process_request(channel, true, closed, [](httplib::Request& request) {
+      processRequest(channel, [](httplib::Request& request) {
         // The library would compress the response.
         request.headers.erase("Accept-Encoding");
       });

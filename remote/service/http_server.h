@@ -15,6 +15,8 @@
 
 namespace tlpacscfg::service {
 
+class Channel;
+
 /// Answers the one request of each connection and writes a line about it into the journal.
 /// Thread-safe.
 class HttpServer : private httplib::Server {
@@ -37,6 +39,8 @@ class HttpServer : private httplib::Server {
   HandlerResponse refuseEarly(const httplib::Request& request, httplib::Response& response) const;
   void answer(const httplib::Request& request, httplib::Response& response) const;
   std::string answerOf(const httplib::Request& request) const;
+  template <class Setup>
+  void processRequest(Channel& channel, Setup setup);
 
   const ServiceOptions& options_;
   const int stopSignal_;

@@ -190,9 +190,10 @@ class WireCommandFaultTest : public WireCommandTest,
 };
 
 TEST_P(WireCommandFaultTest, TheSiteIsOldOrNewAndTheSameCommandSucceedsAfterwards) {
-  const auto& [command, fault, endings] = GetParam();
+  const auto command = GetParam().command;
+  const auto fault = GetParam().fault;
   const std::wstring done = undisturbed(command);
-  expectEndings(GetParam(), requestsAt(command), [&, command = command, fault = fault](int at) {
+  expectEndings(GetParam(), requestsAt(command), [&](int at) {
     begin(command);
     injectFault(fault, at);
     give();
@@ -209,10 +210,11 @@ class WireRivalTest : public WireCommandTest,
                       public ::testing::WithParamInterface<ChartRow<Rival>> {};
 
 TEST_P(WireRivalTest, ARivalsChangeIsAskedAboutOrAppliedAfterwardsAndNeverLost) {
-  const auto& [command, rival, endings] = GetParam();
+  const auto command = GetParam().command;
+  const auto& rival = GetParam().fault;
   std::wstring script;
   for (const std::wstring& statement : statementsOf(rival)) script += statement + L";";
-  expectEndings(GetParam(), requestsAt(command), [&, command = command, &rival = rival](int at) {
+  expectEndings(GetParam(), requestsAt(command), [&](int at) {
     begin(command);
     changeSiteAt(At::request(at), script);
     give();

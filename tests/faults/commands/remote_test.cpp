@@ -163,11 +163,12 @@ class RemoteFaultTest : public SqliteCommandTest,
 };
 
 TEST_P(RemoteFaultTest, WhatWasConfirmedStaysAndTheSameCommandSucceedsAfterwards) {
-  const auto& [command, fault, endings] = GetParam();
+  const auto command = GetParam().command;
+  const auto fault = GetParam().fault;
   const std::wstring done = undisturbed(command);
-  std::vector<int> steps(endings.size());
+  std::vector<int> steps(GetParam().endings.size());
   std::iota(steps.begin(), steps.end(), 1);
-  expectEndings(GetParam(), steps, [&, command = command, fault = fault](int call) {
+  expectEndings(GetParam(), steps, [&](int call) {
     begin(command);
     EXPECT_TRUE(giveWith(fault, call));
     const char ending = remoteLetter(done);

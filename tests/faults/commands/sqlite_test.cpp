@@ -47,10 +47,11 @@ class SqliteFaultTest : public SqliteCommandTest,
                         public ::testing::WithParamInterface<ChartRow<Fault>> {};
 
 TEST_P(SqliteFaultTest, TheSiteIsOldOrNewAndTheSameCommandSucceedsAfterwards) {
-  const auto& [command, fault, endings] = GetParam();
+  const auto command = GetParam().command;
+  const auto fault = GetParam().fault;
   if (!isPossible(fault)) leaveOut("Windows does not move a file that is in use");
   const std::wstring done = undisturbed(command);
-  expectEndings(GetParam(), callsOf(command), [&, command = command, fault = fault](int call) {
+  expectEndings(GetParam(), callsOf(command), [&](int call) {
     begin(command);
     DatabaseFault databaseFault;
     EXPECT_TRUE(giveWith(call, OdbcMoment::Before, [&] {
@@ -87,8 +88,9 @@ class SqliteRivalTest : public SqliteCommandTest,
 };
 
 TEST_P(SqliteRivalTest, ARivalsChangeIsAskedAboutOrAppliedAfterwardsAndNeverLost) {
-  const auto& [command, rival, endings] = GetParam();
-  expectEndings(GetParam(), callsOf(command), [&, command = command, &rival = rival](int call) {
+  const auto command = GetParam().command;
+  const auto& rival = GetParam().fault;
+  expectEndings(GetParam(), callsOf(command), [&](int call) {
     begin(command);
     bool came = false;
     EXPECT_TRUE(giveWith(call, OdbcMoment::Before, [&] { came = rivalChangesSite(); }));

@@ -81,12 +81,12 @@ TEST_F(ConfinementTest, OnlyTheOwnDirectoryAndLibrariesCanBeOpened) {
       {"/etc", O_RDONLY | O_DIRECTORY, denied(1)},
       {"/usr/bin/env", O_RDWR, geteuid() == 0 ? denied(1) : EACCES},
   };
-  for (const auto& [file, flags, outcome] : cases) {
-    const auto attempt = [&, &file = file, &flags = flags] {
+  for (const auto& opening : cases) {
+    const auto attempt = [&] {
       service::confine(own, service::Access::ReadAndWrite);
-      std::_Exit(outcomeOfOpening(file, flags));
+      std::_Exit(outcomeOfOpening(opening.file, opening.flags));
     };
-    EXPECT_EXIT(attempt(), ExitedWithCode(outcome), "") << file;
+    EXPECT_EXIT(attempt(), ExitedWithCode(opening.outcome), "") << opening.file;
   }
 }
 
