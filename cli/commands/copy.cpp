@@ -33,9 +33,9 @@ class Copy : public Command {
                    .help = "Of the copy",
                    .target = &description_,
                    .required = true},
-                  {.names = "FIELD=VALUE",
+                  {.names = "VALUE",
                    .value = "",
-                   .help = "What is different in the copy",
+                   .help = "FIELD=VALUE, what is different in the copy",
                    .target = &values_},
                   {"--number", "NUMBER", "The next free one when it is not given", &number_}});
     return table;

@@ -64,7 +64,7 @@ class TextReader {
     const std::size_t equals = line.find('=');
     if (equals == line.npos) return note(number, "this is not FIELD = VALUE");
     try {
-      const Column& column = columnNamed(std::string(trimmed(line.substr(0, equals))));
+      const Column& column = columnNamed(trimmed(line.substr(0, equals)));
       const auto place = static_cast<std::size_t>(&column - columns().data());
       if (found_[place]) {
         return note(number, "the field " + toUtf8(column.property) + " is there twice");

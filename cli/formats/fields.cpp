@@ -57,7 +57,7 @@ std::wstring codesOfNames(const std::wstring& list) {
 
 }  // namespace
 
-const Column& columnNamed(const std::string& name) {
+const Column& columnNamed(std::string_view name) {
   const std::wstring wanted = fromUtf8(name);
   // The caption last: finding it takes longest.
   using NameOf = std::wstring (*)(const Column&);
@@ -71,7 +71,8 @@ const Column& columnNamed(const std::string& name) {
   }
   std::vector<std::string> known;
   for (const Column& column : columns()) known.push_back(toUtf8(column.property));
-  throw Failure(ExitCode::Usage, "There is no field '" + name + "'." + suggestion(name, known));
+  throw Failure(ExitCode::Usage,
+                "There is no field '" + std::string(name) + "'." + suggestion(name, known));
 }
 
 std::string wordsOf(const Column& column, const FieldValue& value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "config/columns.h"
@@ -11,7 +12,7 @@ namespace tlpacscfg::cli {
 
 /// The column of this property, whatever its letter case; also found by its name in the table and
 /// by its caption in the window. Throws Failure, which suggests the right name.
-const Column& columnNamed(const std::string& name);
+const Column& columnNamed(std::string_view name);
 
 /// The option's text, "yes" or "no", or the value itself where it has no words.
 std::string wordsOf(const Column& column, const FieldValue& value);
