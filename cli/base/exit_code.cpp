@@ -9,8 +9,8 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-    {ExitCode::Done, "Done; for diff and plan: there is no difference."},
-    {ExitCode::Differences, "diff and plan: there are differences."},
+    {ExitCode::Done, "Done; for diff and --plan: there is no difference."},
+    {ExitCode::Differences, "diff and --plan: there are differences."},
     {ExitCode::Usage,
      "The command line, or a file that it names, cannot be used. Nothing was done."},
     {ExitCode::Findings, "check and doctor: something is wrong with the site."},

@@ -32,7 +32,7 @@ class CsvAssignments {
     for (CsvError& error : csv.errors) errors_.push_back(std::move(error));
     if (csv.rows.empty() || !isHeader(csv.rows.front())) {
       const TextPosition at = csv.rows.empty() ? TextPosition{} : csv.rows.front().front().at;
-      addError(at, "The first line must be 'workstation,configuration'.");
+      addError(at, "The first line must be 'workstation,configuration'." + whyNot(csv.rows));
     } else {
       csv.rows.erase(csv.rows.begin());
       for (const std::vector<CsvCell>& row : csv.rows) addLine(row, maker);
@@ -51,6 +51,14 @@ class CsvAssignments {
   static bool isHeader(const std::vector<CsvCell>& row) {
     return row.size() == 2 && equalIgnoringCase(fromUtf8(trimmed(row[0])), L"workstation") &&
            equalIgnoringCase(fromUtf8(trimmed(row[1])), L"configuration");
+  }
+
+  /// What spreadsheets and 'list' make of the first line.
+  static std::string whyNot(const std::vector<std::vector<CsvCell>>& rows) {
+    if (rows.empty()) return "";
+    if (rows.front().size() > 2) return " Keep only these two columns.";
+    const bool semicolon = rows.front().front().text.find(';') != std::string::npos;
+    return semicolon ? " Commas, not semicolons, separate the cells." : "";
   }
 
   void addError(TextPosition at, std::string message) {
@@ -130,7 +138,8 @@ class Assign : public Command {
             "  tlpacscfg --site main assign 'Ward round' --from 3\n"
             "  tlpacscfg --site main assign --csv moves.csv --plan moves.plan\n\n"
             "A CSV file begins with the line 'workstation,configuration'. A configuration is a\n"
-            "number, a description, or nothing for none.\n"};
+            "number, a description, or nothing for none. 'export' writes such a file, "
+            "assignments.csv.\n"};
   }
 
   std::vector<Option> options() override {

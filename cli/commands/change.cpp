@@ -130,7 +130,8 @@ ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& optio
 
 std::vector<Option> applyingOptionsOf(ChangeOptions& options) {
   return {
-      {"--dry-run", "", "Do all of it but the commit", &options.dryRun},
+      {"--dry-run", "", "Do all of it in the database, and then take it back: nothing is stored",
+       &options.dryRun},
       {"-y,--yes", "", "Delete, and change more than --max-changes, without asking", &options.yes},
       {"--max-changes", "COUNT", "More changes need --yes; 50 when it is not given",
        &options.maxChanges},

@@ -50,8 +50,9 @@ class Help : public Command {
       if (command->help().name == topic_) return context.helpText(topic_);
       topics.emplace_back(command->help().name);
     }
-    throw Failure(ExitCode::Usage,
-                  "There is no help about '" + topic_ + "'." + suggestion(topic_, topics));
+    throw Failure(ExitCode::Usage, "There is no help about '" + topic_ + "'." +
+                                       suggestion(topic_, topics) +
+                                       " Name a command, exit-codes, man or a shell.");
   }
 
   std::string topic_;

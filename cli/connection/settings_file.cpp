@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 
 #include "cli/formats/files.h"
 #include "cli/base/console.h"
@@ -71,6 +72,12 @@ std::string settingsFileOf(const ConnectionOptions& options) {
 ConnectionOptions withSiteSettings(ConnectionOptions options) {
   if (options.site.empty()) return options;
   const std::string file = settingsFileOf(options);
+  std::error_code ignored;
+  if (!std::filesystem::exists(pathOf(file), ignored)) {
+    throw Failure(ExitCode::Usage, "There is no settings file " + file +
+                                       ". It names sites: a line [" + options.site +
+                                       "], then lines such as sqlite = FILE.");
+  }
   const std::string content = readFile(file);
   const std::vector<Option> table = optionsOf(options);
   const std::vector<std::string> names = settingNames(table);

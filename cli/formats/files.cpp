@@ -1,5 +1,6 @@
 #include "cli/formats/files.h"
 
+#include <cerrno>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -23,7 +24,9 @@ std::string readFile(const std::string& file) {
   std::error_code ignored;
   std::ifstream stream(pathOf(file), std::ios::binary);
   if (!stream || std::filesystem::is_directory(pathOf(file), ignored)) {
-    throw Failure(ExitCode::Usage, "The file '" + file + "' cannot be read.");
+    const int reason = stream ? EISDIR : errno;
+    throw Failure(ExitCode::Usage, "The file '" + file + "' cannot be read: " +
+                                       systemReason({reason, std::generic_category()}) + ".");
   }
   return {std::istreambuf_iterator<char>(stream), {}};
 }

@@ -14,6 +14,28 @@ namespace {
 
 constexpr const char* kConnectionGroup = "Connection";
 constexpr const char* kOutputGroup = "Output";
+constexpr const char* kFirstSteps =
+    R"(A site is what one of --server, --dsn, --sqlite, --offline and --service names, or, for --site, a section
+of the settings file, ~/.config/tlpacscfg/sites.ini or on Windows %APPDATA%\tlpacscfg\sites.ini:
+
+  [main]
+  server = sql01
+  database = Talora
+  user = anna
+
+The password is asked for, or comes from --password-file, --password-stdin or the variable
+TLPACSCFG_PASSWORD.
+
+From a look at a site to a change, and back:
+
+  tlpacscfg --site main doctor
+  tlpacscfg --site main list workstations
+  tlpacscfg --site main assign --csv moves.csv --plan moves.plan
+  tlpacscfg --site main apply moves.plan
+  tlpacscfg --site main history
+  tlpacscfg --site main undo
+
+Read 'tlpacscfg COMMAND --help' for a command, 'tlpacscfg help exit-codes' for scripts.)";
 constexpr const char* kHelpHint = "Read 'tlpacscfg --help' or 'tlpacscfg COMMAND --help'.";
 
 void add(CLI::App& app, const Option& option, const char* group = nullptr) {
@@ -44,6 +66,8 @@ class Parser {
          const std::vector<Option>& output)
       : app_("Looks after the integration configurations and workstations of a site.",
              "tlpacscfg") {
+    app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    app_.get_formatter()->label("Positionals", "Arguments");
     // What a command does not know is an option of the program.
     app_.fallthrough();
     // A path may begin with a slash.
@@ -57,11 +81,12 @@ class Parser {
     for (const auto& command : commands) {
       const CommandHelp help = command->help();
       CLI::App* const parsed = app_.add_subcommand(help.name, help.summary);
-      parsed->footer("Examples:\n" + std::string(help.examples));
+      parsed->group("Commands");
+      parsed->footer("The options of 'tlpacscfg --help' may stand here, too.\n\nExamples:\n" +
+                     std::string(help.examples));
       for (const Option& option : command->options()) add(*parsed, option);
     }
-    app_.footer(
-        "Read 'tlpacscfg COMMAND --help' for a command, 'tlpacscfg help exit-codes' for scripts.");
+    app_.footer(kFirstSteps);
   }
 
   /// The name of the command; empty when help was asked for and printed, or none is given. Throws

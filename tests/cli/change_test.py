@@ -201,12 +201,17 @@ class CsvTest(ChangeTest):
         )
 
     def test_needs_its_header_and_an_assignment(self):
-        for text in ("", "READ-01,2\n", "workstation;configuration\nREAD-01;2\n"):
+        for text, why in (
+            ("", ""),
+            ("READ-01,2\n", ""),
+            ("workstation;configuration\nREAD-01;2\n", " Commas, not semicolons, separate the"),
+            (self.succeed("list", "workstations", "--csv").out, " Keep only these two columns."),
+        ):
             self.refuse(
                 USAGE,
                 *("assign", "--csv", "-"),
                 input=text,
-                says="standard input:1:1: The first line must be 'workstation,configuration'.",
+                says="standard input:1:1: The first line must be 'workstation,configuration'." + why,
             )
         self.refuse(
             USAGE,
@@ -214,7 +219,7 @@ class CsvTest(ChangeTest):
             input="workstation,configuration\n",
             says="standard input:2:1: There is no assignment.",
         )
-        self.refuse(USAGE, "assign", "--csv", "missing.csv", says="'missing.csv' cannot be read.")
+        self.refuse(USAGE, "assign", "--csv", "missing.csv", says="'missing.csv' cannot be read: No such file or directory.")
 
     def test_refuses_what_is_no_utf8(self):
         file = self.directory / "latin1.csv"
@@ -317,7 +322,7 @@ class PlanTest(ChangeTest):
             ('{"schema": "tlpacscfg/plan/1"}', "configurations"),
         ):
             self.refuse(USAGE, "apply", self.write("x.plan", text), says=says)
-        self.refuse(USAGE, "apply", "missing.plan", says="'missing.plan' cannot be read.")
+        self.refuse(USAGE, "apply", "missing.plan", says="'missing.plan' cannot be read: No such")
 
     def test_dry_run_does_all_but_the_commit(self):
         before = self.assignments()

@@ -194,5 +194,8 @@ class SettingsFileTest(CliTest):
         says("sites.ini:2: write yes or no.", "[main]\nplain-http = 1\n")
         self.file.unlink()
         self.fail_with(
-            USAGE, "list", "--site", "main", connection=[], says="sites.ini' cannot be read."
+            USAGE,
+            *("list", "--site", "main"),
+            connection=[],
+            says="sites.ini. It names sites: a line [main], then lines such as sqlite = FILE.",
         )

@@ -44,6 +44,16 @@ class DocumentationTest(CliTest):
             ran += 1
         self.assertGreaterEqual(ran, 16)
 
+    def test_every_example_of_the_help_works_in_its_order(self):
+        shown = self.succeed("--help", connection=[]).out
+        commands = re.findall(r"^  tlpacscfg (--site .*)$", shown, re.MULTILINE)
+        self.assertEqual(len(commands), 6)
+        for command in commands:
+            words = shlex.split(command)
+            outcome = self.run_program(*words, connection=[])
+            expected = EXPECTED_CODES.get(" ".join(words[2:]), DONE)
+            self.assertEqual(outcome.code, expected, command + outcome.errors)
+
     def test_names_every_exit_code(self):
         codes = re.findall(r"^\| (\d) \|", self.text, re.MULTILINE)
         self.assertEqual(codes, list("0123456"))

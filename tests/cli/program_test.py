@@ -28,7 +28,7 @@ class ProgramTest(CliTest):
 
     def test_every_command_has_help_with_examples(self):
         text = self.succeed("--help", connection=[]).out
-        lines = text.split("Subcommands:\n")[1].split("\n\n")[0].splitlines()
+        lines = text.split("Commands:\n")[1].split("\n\n")[0].splitlines()
         commands = [line.split()[0] for line in lines if line[2:3].strip()]
         self.assertIn("list", commands)
         for command in commands:
