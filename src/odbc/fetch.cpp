@@ -20,7 +20,8 @@ enum class Encoding { Ascii, Utf16 };
 
 struct Column {
   Encoding encoding = Encoding::Utf16;
-  std::size_t width = 0;  ///< Characters, the terminator included.
+  std::size_t width = 0;       ///< Characters, the terminator included.
+  std::size_t boundWidth = 0;  ///< That of the buffer, while a longer cell has been met.
   std::vector<char> texts;
   std::vector<SQLLEN> lengths;
 
@@ -129,6 +130,7 @@ class BlockFetch {
     }
     for (std::size_t i = 0; i < columns_.size(); ++i) {
       Column& column = columns_[i];
+      column.boundWidth = column.width;
       column.texts.resize(rows * column.bytes());
       column.lengths.assign(rows, SQL_NULL_DATA);
       statement_.verify(SQLBindCol(statement_.get(), static_cast<SQLUSMALLINT>(i + 1),
@@ -151,20 +153,19 @@ class BlockFetch {
       table.append(std::nullopt);
       return true;
     }
-    const std::size_t boundBytes = column.texts.size() / column.lengths.size();
-    const std::size_t bound = boundBytes / column.characterBytes();
     const std::size_t needed = length == SQL_NO_TOTAL
-                                   ? bound * 2
+                                   ? column.boundWidth * 2
                                    : static_cast<std::size_t>(length) / column.characterBytes() + 1;
     budget.takeCell(needed - 1);
-    if (needed > bound) {
+    if (needed > column.boundWidth) {
       column.width = std::max(column.width, needed);
       table.append(std::nullopt);
       return false;
     }
-    const char* const text = column.texts.data() + row * boundBytes;
+    const char* const text =
+        column.texts.data() + row * column.boundWidth * column.characterBytes();
     if (column.encoding == Encoding::Ascii) {
-      table.append(fromUtf8(std::string_view(text, needed - 1)));
+      table.appendAscii({text, needed - 1});
     } else {
       odbc::append(table, odbcView(reinterpret_cast<const SQLWCHAR*>(text), needed - 1));
     }

@@ -24,14 +24,23 @@ void Table::addPage() {
   pages_.push_back(std::move(page));
 }
 
-void Table::append(Cell cell) {
+Table::Page& Table::pageForCell(std::size_t characters) {
   if (lastPageIsFull()) addPage();
   Page& page = pages_.back();
-  if (cell) {
-    if (cell->size() >= kNull - page.texts.size()) throw std::length_error("A text is too long.");
-    page.texts.append(*cell);
-  }
+  if (characters >= kNull - page.texts.size()) throw std::length_error("A text is too long.");
+  return page;
+}
+
+void Table::append(Cell cell) {
+  Page& page = pageForCell(cell ? cell->size() : 0);
+  if (cell) page.texts.append(*cell);
   page.ends.push_back(static_cast<std::uint32_t>(page.texts.size()) | (cell ? 0 : kNull));
+}
+
+void Table::appendAscii(std::string_view text) {
+  Page& page = pageForCell(text.size());
+  for (const char letter : text) page.texts.push_back(static_cast<wchar_t>(letter));
+  page.ends.push_back(static_cast<std::uint32_t>(page.texts.size()));
 }
 
 Cell Table::at(std::size_t column, std::size_t row) const {

@@ -21,9 +21,9 @@ class Table {
   std::size_t columns() const { return columns_; }
   std::size_t rows() const;
 
-  /// Appends a cell, row by row.
-  /// Throws std::length_error for a text of 2^31 characters.
+  /// These append a cell, row by row, and throw std::length_error for a text of 2^31 characters.
   void append(Cell cell);
+  void appendAscii(std::string_view text);
 
   Cell at(std::size_t column, std::size_t row) const;
 
@@ -42,6 +42,7 @@ class Table {
 
   bool lastPageIsFull() const;
   void addPage();
+  Page& pageForCell(std::size_t characters);
 
   std::size_t columns_;
   std::vector<Page> pages_;

@@ -73,9 +73,14 @@ char32_t nextUtf8(std::string_view text, std::size_t& position) {
 
 template <class Result, class View, class Next, class Append>
 Result converted(View text, Next next, Append append) {
-  Result result;
-  result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) append(result, next(text, i));
+  // Nearly every text is plain ASCII, whose characters are the same in every encoding.
+  Result result(text.size(), 0);
+  std::size_t i = 0;
+  for (; i < text.size() && static_cast<char32_t>(text[i]) < 0x80; ++i) {
+    result[i] = static_cast<typename Result::value_type>(text[i]);
+  }
+  result.resize(i);
+  while (i < text.size()) append(result, next(text, i));
   return result;
 }
 
