@@ -49,10 +49,9 @@ class Check : public Command {
     for (const Finding& finding : findings) {
       const bool isError = finding.severity == Severity::Error;
       if (errorsOnly_ && !isError) continue;
-      listing.rows.push_back({isError ? "error" : "warning", finding.rule,
-                              valueOf(finding.configuration), valueOf(finding.workstation),
-                              finding.field.empty() ? Value() : toUtf8(finding.field),
-                              toUtf8(finding.message)});
+      listing.add(isError ? "error" : "warning", finding.rule, valueOf(finding.configuration),
+                  valueOf(finding.workstation),
+                  finding.field.empty() ? Value() : toUtf8(finding.field), toUtf8(finding.message));
     }
     write(listing, context.output, "Nothing is wrong.");
     return listing.rows.empty() ? ExitCode::Done : ExitCode::Findings;

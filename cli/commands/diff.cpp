@@ -98,7 +98,7 @@ class Diff : public Command {
 
   void note(const char* kind, const std::string& name, const std::string& field, Value before,
             Value after) {
-    differences_.rows.push_back({kind, name, field, std::move(before), std::move(after)});
+    differences_.add(kind, name, field, std::move(before), std::move(after));
   }
 
   /// One of the two may be null.

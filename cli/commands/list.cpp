@@ -86,9 +86,9 @@ class List : public Command {
       const bool accepted = std::ranges::all_of(
           filters, [&](const FieldFilter& filter) { return filter.accepts(*record); });
       if (!accepted || !hasName(record->Description)) continue;
-      listing.rows.push_back({std::int64_t{record->configID}, toUtf8(record->Description),
-                              wordsOf(format, *record), uses[record->configID],
-                              toUtf8(record->LastUpdateDate), toUtf8(record->LastUpdateUserID)});
+      listing.add(std::int64_t{record->configID}, toUtf8(record->Description),
+                  wordsOf(format, *record), uses[record->configID], toUtf8(record->LastUpdateDate),
+                  toUtf8(record->LastUpdateUserID));
     }
     return listing;
   }

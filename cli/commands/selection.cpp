@@ -79,7 +79,7 @@ Listing listingOf(const Site& site, const std::vector<const SiteWorkstation*>& w
       const auto record = site.find(*configID);
       description = record ? toUtf8(record->Description) : "(does not exist)";
     }
-    listing.rows.push_back({toUtf8(workstation->name), number, description});
+    listing.add(toUtf8(workstation->name), std::move(number), std::move(description));
   }
   return listing;
 }

@@ -52,7 +52,7 @@ class ConfigurationCheck {
     for (const auto& message : {shown, ruled.message}) {
       if (message) note(Severity::Error, "validation", L"", *message);
     }
-    for (std::wstring& message : ValidData(form_, *namesakes(), record.configID).messages) {
+    for (std::wstring& message : ValidData(form_, *namesake(), record.configID).messages) {
       note(Severity::Error, "validation", L"", std::move(message));
     }
     // Its format fell back to none; the fields that follow from that say nothing more.
@@ -65,12 +65,14 @@ class ConfigurationCheck {
                          std::move(message)});
   }
 
-  /// The configurations of this one's name: all that the check of the description looks at.
-  std::shared_ptr<colPACSConfiguration> namesakes() const {
+  /// Another configuration of this one's name, if there is one: all that the check of the
+  /// description looks for.
+  std::shared_ptr<colPACSConfiguration> namesake() const {
     auto collection = std::make_shared<colPACSConfiguration>();
-    for (const auto& record : byName_.at(upperCase(trimBlanks(record_->Description)))) {
-      collection->ColPACSConfigs->add(std::make_shared<Record>(*record));
-    }
+    const auto& named = byName_.at(upperCase(trimBlanks(record_->Description)));
+    const auto other = std::ranges::find_if(
+        named, [&](const auto& record) { return record->configID != record_->configID; });
+    if (other != named.end()) collection->ColPACSConfigs->add(std::make_shared<Record>(**other));
     return collection;
   }
 
@@ -85,10 +87,8 @@ class ConfigurationCheck {
 
   void checkTexts() {
     for (const Column& column : columns()) {
-      const bool asItStands =
-          column.quoting == Quoting::AsItStands && column.onUpdate == Source::Record;
-      if (!asItStands || !hasUnpairedQuote(tlpacscfg::textOf(valueOf(*record_, column.field))))
-        continue;
+      if (column.quoting != Quoting::AsItStands || column.onUpdate != Source::Record) continue;
+      if (!hasUnpairedQuote(record_->*std::get<std::wstring Record::*>(column.field))) continue;
       note(Severity::Error, "text-not-savable", column.property,
            L"It holds a single quote, with which the configuration cannot be saved again.");
     }
@@ -105,26 +105,26 @@ class ConfigurationCheck {
   }
 
   void checkWhatSavingChanges() {
-    Record changed = *record_;
     for (const Binding& binding : bindings()) {
-      const FieldValue stored = valueOf(*record_, binding.field);
-      std::optional<FieldValue> saved;
       try {
-        readBack(form_, binding, changed);
-        saved = valueOf(changed, binding.field);
+        if (!keepsValue(form_, binding, *record_)) noteChange(binding);
       } catch (const RunTimeError& error) {
         note(Severity::Error, "not-savable", columnOf(binding).property, error.description());
-        continue;
       }
-      const bool bothTicked = binding.conversion == Conversion::Tick &&
-                              stored != FieldValue(std::int16_t{0}) &&
-                              *saved != FieldValue(std::int16_t{0});
-      if (bothTicked || stored == *saved) continue;
-      const Column& column = columnOf(binding);
-      note(Severity::Warning, "changed-by-rules", column.property,
-           L"It is '" + fromUtf8(wordsOf(column, stored)) + L"'; the window would store '" +
-               fromUtf8(wordsOf(column, *saved)) + L"'.");
     }
+  }
+
+  void noteChange(const Binding& binding) {
+    const FieldValue stored = valueOf(*record_, binding.field);
+    const FieldValue saved = readBack(form_, binding);
+    const FieldValue none = std::int16_t{0};
+    const bool bothTicked =
+        binding.conversion == Conversion::Tick && stored != none && saved != none;
+    if (bothTicked) return;
+    const Column& column = columnOf(binding);
+    note(Severity::Warning, "changed-by-rules", column.property,
+         L"It is '" + fromUtf8(wordsOf(column, stored)) + L"'; the window would store '" +
+             fromUtf8(wordsOf(column, saved)) + L"'.");
   }
 
   static const Column& columnOf(const Binding& binding) {
@@ -168,7 +168,7 @@ class WorkstationCheck {
     std::map<std::wstring, std::vector<const StoredAssignment*>> rows;
     for (const StoredAssignment& row : assignments)
       rows[upperCase(row.workstation)].push_back(&row);
-    std::map<std::wstring, int> names;
+    std::unordered_map<std::wstring, int> names;
     for (const SiteWorkstation& workstation : site_.workstations) {
       const std::wstring key = upperCase(workstation.name);
       if (++names[key] == 2) {

@@ -30,8 +30,7 @@ std::string nameOf(const std::optional<std::wstring>& assigned, const Plan* plan
 void addFields(const ConfigurationChange& change, Listing& listing) {
   const std::string name = nameOf(change.before ? *change.before : *change.after);
   const auto add = [&](Value field, Value before, Value after) {
-    listing.rows.push_back({std::string("configuration"), name, std::move(field), std::move(before),
-                            std::move(after)});
+    listing.add("configuration", name, std::move(field), std::move(before), std::move(after));
   };
   if (!change.before) return add({}, std::string("(does not exist)"), std::string("(new)"));
   if (!change.after) return add({}, std::string("(exists)"), std::string("(deleted)"));
@@ -95,9 +94,8 @@ Listing listingOf(const Plan& plan, const Site* site) {
                   .rows = {}};
   for (const ConfigurationChange& change : plan.configurations) addFields(change, listing);
   for (const AssignmentChange& change : plan.assignments) {
-    listing.rows.push_back({std::string("workstation"), toUtf8(change.workstation),
-                            std::string("configuration"), nameOf(change.before, nullptr, site),
-                            nameOf(change.after, &plan, site)});
+    listing.add("workstation", toUtf8(change.workstation), "configuration",
+                nameOf(change.before, nullptr, site), nameOf(change.after, &plan, site));
   }
   return listing;
 }

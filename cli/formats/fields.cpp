@@ -1,6 +1,7 @@
 #include "cli/formats/fields.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "cli/base/failure.h"
 #include "cli/base/suggestion.h"
@@ -16,8 +17,7 @@ namespace {
 
 constexpr tlpacscfg::Option kFlags[] = {{L"no", 0}, {L"yes", 1}};
 
-/// The codes of a column and their texts; empty for texts and plain numbers.
-CodeTable codesOf(const Column& column) {
+CodeTable findCodes(const Column& column) {
   const auto binding = std::ranges::find(bindings(), column.field, &Binding::field);
   if (binding == bindings().end()) return {};
   switch (binding->conversion) {
@@ -35,6 +35,16 @@ CodeTable codesOf(const Column& column) {
     default:
       return {};
   }
+}
+
+/// The codes of a column and their texts; empty for texts and plain numbers.
+CodeTable codesOf(const Column& column) {
+  static const std::vector<CodeTable> tables = [] {
+    std::vector<CodeTable> found;
+    for (const Column& each : columns()) found.push_back(findCodes(each));
+    return found;
+  }();
+  return tables[static_cast<std::size_t>(&column - columns().data())];
 }
 
 FieldValue numberIn(const Column& column, const std::wstring& text) {
@@ -55,20 +65,27 @@ std::wstring codesOfNames(const std::wstring& list) {
   return codes;
 }
 
-}  // namespace
+using ColumnsByName = std::unordered_map<std::wstring, const Column*>;
 
-const Column& columnNamed(std::string_view name) {
-  const std::wstring wanted = fromUtf8(name);
-  // The caption last: finding it takes longest.
+/// By their names in capitals. A property's name comes before the same name of another kind.
+ColumnsByName columnsByName() {
   using NameOf = std::wstring (*)(const Column&);
   const NameOf namings[] = {[](const Column& column) { return std::wstring(column.property); },
                             [](const Column& column) { return std::wstring(column.name); },
                             captionOf};
+  ColumnsByName named;
   for (const NameOf nameOf : namings) {
-    for (const Column& column : columns()) {
-      if (equalIgnoringCase(nameOf(column), wanted)) return column;
-    }
+    for (const Column& column : columns()) named.try_emplace(upperCase(nameOf(column)), &column);
   }
+  return named;
+}
+
+}  // namespace
+
+const Column& columnNamed(std::string_view name) {
+  static const ColumnsByName named = columnsByName();
+  const auto found = named.find(upperCase(fromUtf8(name)));
+  if (found != named.end()) return *found->second;
   std::vector<std::string> known;
   for (const Column& column : columns()) known.push_back(toUtf8(column.property));
   throw Failure(ExitCode::Usage,
@@ -91,7 +108,7 @@ std::string wordsOf(const Column& column, const clsPACSConfiguration& record) {
 bool isKnownOption(const Column& column, const clsPACSConfiguration& record) {
   const CodeTable table = codesOf(column);
   if (table.empty() || table.data() == kFlags) return true;
-  const auto code = std::get<std::int16_t>(valueOf(record, column.field));
+  const auto code = record.*std::get<std::int16_t clsPACSConfiguration::*>(column.field);
   return std::ranges::find(table, code, &tlpacscfg::Option::code) != table.end();
 }
 

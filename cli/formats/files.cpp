@@ -4,6 +4,8 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <sstream>
+#include <utility>
 
 #include "cli/base/failure.h"
 #include "cli/base/system_reason.h"
@@ -28,7 +30,9 @@ std::string readFile(const std::string& file) {
     throw Failure(ExitCode::Usage, "The file '" + file + "' cannot be read: " +
                                        systemReason({reason, std::generic_category()}) + ".");
   }
-  return {std::istreambuf_iterator<char>(stream), {}};
+  std::ostringstream content;
+  content << stream.rdbuf();
+  return std::move(content).str();
 }
 
 void writeFile(const std::filesystem::path& file, std::string_view content, Lasting lasting) {

@@ -54,7 +54,8 @@ void writeText(const Listing& listing) {
   for (const Listing::Column& column : listing.columns) widths.push_back(widthOf(column.heading));
   for (const std::vector<Value>& row : listing.rows) {
     for (std::size_t i = 0; i < row.size(); ++i) {
-      widths[i] = std::max(widths[i], widthOf(textOf(row[i])));
+      const auto* const text = std::get_if<std::string>(&row[i]);
+      widths[i] = std::max(widths[i], text != nullptr ? widthOf(*text) : textOf(row[i]).size());
     }
   }
   const auto line = [&](auto cellOf) {

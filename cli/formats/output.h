@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -35,6 +36,14 @@ struct Listing {
   std::string kind;
   std::vector<Column> columns;
   std::vector<std::vector<Value>> rows;
+
+  /// Appends a row of these values, which are moved into it.
+  template <class... Values>
+  void add(Values&&... values) {
+    std::vector<Value>& row = rows.emplace_back();
+    row.reserve(sizeof...(values));
+    (row.emplace_back(std::forward<Values>(values)), ...);
+  }
 };
 
 /// Writes to standard output. In text, `none` stands for a listing without rows.

@@ -1,6 +1,7 @@
 #include "ui/settings/values/settings_binding.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "support/conversions.h"
 #include "support/runtime_error.h"
@@ -69,7 +70,7 @@ std::wstring selectedFile(const SettingsForm& form, const ControlContent& list) 
   return form.xmlFiles.at(static_cast<std::size_t>(list.position));
 }
 
-void showText(SettingsForm& form, const Binding& binding, const std::wstring& value) {
+void show(SettingsForm& form, const Binding& binding, const Record&, const std::wstring& value) {
   switch (binding.conversion) {
     case Conversion::FileEntry:
       form[binding.control].position = positionOfFile(form, value);
@@ -83,8 +84,11 @@ void showText(SettingsForm& form, const Binding& binding, const std::wstring& va
   }
 }
 
-void showNumber(SettingsForm& form, const Binding& binding, const Record& record,
-                std::int16_t value) {
+void show(SettingsForm& form, const Binding& binding, const Record&, std::int32_t value) {
+  form[binding.control].text = decimal(value);
+}
+
+void show(SettingsForm& form, const Binding& binding, const Record& record, std::int16_t value) {
   switch (binding.conversion) {
     case Conversion::Tick:
       form[binding.control].ticked = value != 0;
@@ -139,14 +143,7 @@ std::wstring captionOf(const Column& column) {
 
 std::optional<std::wstring> showRecord(SettingsForm& form, const Record& record) {
   for (const Binding& binding : kBindings) {
-    const FieldValue value = valueOf(record, binding.field);
-    if (const auto* text = std::get_if<std::wstring>(&value)) {
-      showText(form, binding, *text);
-    } else if (const auto* port = std::get_if<std::int32_t>(&value)) {
-      form[binding.control].text = decimal(*port);
-    } else {
-      showNumber(form, binding, record, std::get<std::int16_t>(value));
-    }
+    std::visit([&](auto member) { show(form, binding, record, record.*member); }, binding.field);
   }
   if (!needsXmlFile(record.PACSType) || !form.xmlFiles.empty()) return std::nullopt;
   form[Control::cmbVendorType].position = 0;
@@ -182,21 +179,33 @@ FieldValue readBack(const SettingsForm& form, const Binding& binding) {
   raise(ErrorNumber::TypeMismatch);
 }
 
-void readBack(const SettingsForm& form, const Binding& binding, Record& record) {
-  if (!hasNoValue(form, binding)) setValue(record, binding.field, readBack(form, binding));
+std::optional<FieldValue> valueToSave(const SettingsForm& form, const Binding& binding) {
+  if (hasNoValue(form, binding)) return std::nullopt;
+  return readBack(form, binding);
 }
 
 void readBack(const SettingsForm& form, Record& record) {
   Record changed = record;
-  for (const Binding& binding : kBindings) readBack(form, binding, changed);
+  for (const Binding& binding : kBindings) {
+    if (auto value = valueToSave(form, binding)) {
+      setValue(changed, binding.field, std::move(*value));
+    }
+  }
   record = changed;
+}
+
+bool keepsValue(const SettingsForm& form, const Binding& binding, const Record& record) {
+  if (binding.conversion == Conversion::Text) {
+    return form[binding.control].text == record.*std::get<std::wstring Record::*>(binding.field);
+  }
+  const auto value = valueToSave(form, binding);
+  return !value || *value == valueOf(record, binding.field);
 }
 
 bool PACSValueTheSame(const SettingsForm& form, const Record& record) {
   return std::all_of(std::begin(kBindings), std::end(kBindings), [&](const Binding& binding) {
-    if (hasNoValue(form, binding)) return true;
     try {
-      return readBack(form, binding) == valueOf(record, binding.field);
+      return keepsValue(form, binding, record);
     } catch (const RunTimeError&) {
       return false;
     }

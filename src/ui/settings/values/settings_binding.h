@@ -45,11 +45,16 @@ std::optional<std::wstring> showRecord(SettingsForm& form, const clsPACSConfigur
 /// InvalidPropertyArrayIndex for a list without a selected entry.
 FieldValue readBack(const SettingsForm& form, const Binding& binding);
 
-/// Copies every control into the record, except disabled lists without a selected entry. If a
-/// control cannot be converted, throws and leaves the record unchanged.
+/// The same, but null for a disabled list without a selected entry: the record keeps its value.
+std::optional<FieldValue> valueToSave(const SettingsForm& form, const Binding& binding);
+
+/// Whether saving would store the value that the record has. Throws like readBack.
+bool keepsValue(const SettingsForm& form, const Binding& binding,
+                const clsPACSConfiguration& record);
+
+/// Copies every value to save into the record. If a control cannot be converted, throws and leaves
+/// the record unchanged.
 void readBack(const SettingsForm& form, clsPACSConfiguration& record);
-/// The same for one of them.
-void readBack(const SettingsForm& form, const Binding& binding, clsPACSConfiguration& record);
 
 /// Whether reading the controls back would leave the record unchanged. A control that cannot be
 /// converted counts as changed.

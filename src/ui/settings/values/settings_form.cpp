@@ -25,7 +25,8 @@ std::wstring tickedFields(const SettingsForm& form, const wchar_t* separator) {
 
 }  // namespace
 
-SettingsForm::SettingsForm(std::vector<std::wstring> files) : xmlFiles(std::move(files)) {
+SettingsForm::SettingsForm(std::vector<std::wstring> files)
+    : xmlFiles(std::move(files)), contents_(kControlCount) {
   for (const ControlDesign& control : controls()) {
     (*this)[control.control].text = control.text;
     (*this)[control.control].tooltip = control.tooltip;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <bitset>
 #include <cstdint>
 #include <optional>
@@ -21,7 +20,7 @@ struct ControlContent {
   int position = -1;    ///< Of a list; -1 when nothing is selected.
   bool enabled = true;
   bool visible = true;
-  std::wstring tooltip;
+  std::wstring_view tooltip;  ///< One of the constants of the tables.
 
   bool operator==(const ControlContent&) const = default;
 };
@@ -50,7 +49,7 @@ class SettingsForm {
   bool operator==(const SettingsForm&) const = default;
 
  private:
-  std::array<ControlContent, kControlCount> contents_;
+  std::vector<ControlContent> contents_;
 };
 
 /// The code of the list's selected entry.

@@ -189,7 +189,7 @@ void frmPACSSettings::presentControl(const ControlDesign& each, const ControlCon
     SendMessageW(window, BM_SETCHECK, wanted.ticked ? BST_CHECKED : BST_UNCHECKED, 0);
   }
   if (wanted.position != shown.position) ComboBox(window).selectPosition(wanted.position);
-  if (wanted.tooltip != shown.tooltip) tooltips_.set(window, wanted.tooltip);
+  if (wanted.tooltip != shown.tooltip) tooltips_.set(window, std::wstring(wanted.tooltip));
   if (wanted.enabled != shown.enabled) {
     EnableWindow(window, wanted.enabled);
     if (const ControlDesign* label = labelOf(each)) {

@@ -76,7 +76,7 @@ struct Expectation {
   std::optional<bool> ticked;
   std::optional<int> position;
   std::optional<std::wstring> text;
-  std::optional<std::wstring> tooltip;
+  std::optional<std::wstring_view> tooltip;
 };
 
 using Oracle = std::map<Control, Expectation>;
