@@ -54,10 +54,14 @@ std::unordered_map<std::int16_t, Configuration> readConfigurations(
   return found;
 }
 
-StoredRows readRows(SiteCommand& command, const Plan& plan) {
+enum class Rows { Changed, ChangedAndCountedOn };
+
+StoredRows readRows(SiteCommand& command, const Plan& plan, Rows rows) {
   std::set<std::int16_t> numbers;
   for (const ConfigurationChange& change : plan.configurations) numbers.insert(change.configID());
-  for (const UnchangedRow& row : plan.restsOn) numbers.insert(row.configID);
+  if (rows == Rows::ChangedAndCountedOn) {
+    for (const UnchangedRow& row : plan.restsOn) numbers.insert(row.configID);
+  }
   StoredRows stored{.configurations = readConfigurations(command, numbers), .workstations = {}};
   if (plan.assignments.empty() && !plan.deletes()) return stored;
   for (SiteWorkstation& workstation : readWorkstations()) {
@@ -183,13 +187,13 @@ ForeignChanges applyPlan(const Plan& plan, Ending ending,
                          const std::function<void()>& beforeCommit) {
   SiteCommand command;
   requireDatabase(command);
-  ForeignChanges foreign = compare(plan, readRows(command, plan));
+  ForeignChanges foreign = compare(plan, readRows(command, plan, Rows::ChangedAndCountedOn));
   if (foreign.any()) return foreign;
   if (command.isTransaction()) {
     std::vector<std::wstring> statements = statementsOf(plan);
     statements.pop_back();
     for (const std::wstring& statement : statements) command.execute(statement);
-    requireWritten(command, plan, readRows(command, plan));
+    requireWritten(command, plan, readRows(command, plan, Rows::Changed));
     if (ending == Ending::RollBack) return {};
     beforeCommit();
     command.markAndCommit();
@@ -197,17 +201,17 @@ ForeignChanges applyPlan(const Plan& plan, Ending ending,
   }
   if (ending == Ending::RollBack) {
     tryOut(command, plan);
-    return compare(plan, readRows(command, plan));
+    return compare(plan, readRows(command, plan, Rows::ChangedAndCountedOn));
   }
   beforeCommit();
   command.execute(requestOf(plan));
-  requireWritten(command, plan, readRows(command, plan));
+  requireWritten(command, plan, readRows(command, plan, Rows::Changed));
   return {};
 }
 
 Outcome outcomeOf(const Plan& plan) {
   SiteCommand command;
-  const StoredRows stored = readRows(command, plan);
+  const StoredRows stored = readRows(command, plan, Rows::Changed);
   bool someAsBefore = false, someAsAfter = false;
   for (const ConfigurationChange& change : plan.configurations) {
     const auto now = stored.configuration(change.configID());

@@ -18,11 +18,8 @@ namespace {
 /// FNV-1a.
 class Hash {
  public:
-  void add(std::string_view bytes) {
-    for (const char byte : bytes) {
-      value_ = (value_ ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
-    }
-  }
+  void addField(const std::wstring& text) { addBytes(toUtf8(trimTrailingBlanks(text))); }
+  void addField(std::int32_t number) { addBytes(std::to_string(number)); }
 
   std::wstring digits() const {
     std::wstring text;
@@ -33,6 +30,13 @@ class Hash {
   }
 
  private:
+  /// A zero byte ends each field.
+  void addBytes(const std::string& bytes) {
+    for (std::size_t i = 0; i <= bytes.size(); ++i) {
+      value_ = (value_ ^ static_cast<unsigned char>(bytes[i])) * 0x100000001B3U;
+    }
+  }
+
   std::uint64_t value_ = 0xCBF29CE484222325U;
 };
 
@@ -108,8 +112,7 @@ std::wstring digestOf(const clsPACSConfiguration& record) {
   Hash hash;
   for (const Column& column : columns()) {
     if (!column.isContent()) continue;
-    hash.add(toUtf8(trimTrailingBlanks(textOf(valueOf(record, column.field)))));
-    hash.add(std::string_view("\0", 1));
+    std::visit([&](auto member) { hash.addField(record.*member); }, column.field);
   }
   return hash.digits();
 }
