@@ -10,6 +10,7 @@
 #include "benchmarks/measuring.h"
 #include "support/conversions.h"
 #include "support/system.h"
+#include "support/text.h"
 #include "ui/resource.h"
 #include "ui/show_form/windows.h"
 
@@ -68,7 +69,7 @@ void measureFilling(const Site& site, const std::shared_ptr<clsConfig>& config,
             UpdateWindow(list);
           }},
           {[&] {
-            connection.fetch(kNumbering);
+            connection.fetch(toUtf16(kNumbering));
             bareList.fill(WorkstationRows::kName, system::computerName());
           }});
   window.destroy();
@@ -115,7 +116,7 @@ void measureFirstOpening(const Site& site, Series series) {
     bare::Connection connection(site.connectString(Path::Direct));
     time([&] {
       bare::ListView list(kListSize, texts);
-      connection.fetch(kNumbering);
+      connection.fetch(toUtf16(kNumbering));
       list.fill(WorkstationRows::kName, system::computerName());
     });
   }

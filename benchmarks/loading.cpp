@@ -4,6 +4,7 @@
 #include "benchmarks/measurements.h"
 #include "benchmarks/measuring.h"
 #include "config/columns.h"
+#include "support/text.h"
 
 namespace tlpacscfg::bench {
 namespace {
@@ -17,9 +18,9 @@ Timed initOf(const Site& site, Path path, std::shared_ptr<clsConfig>& config) {
           }};
 }
 
-void fetchAll(const Site& site, Path path, const std::wstring& listing) {
+void fetchAll(const Site& site, Path path, const std::u16string& listing) {
   bare::Connection connection(site.connectString(path));
-  const std::size_t configurations = connection.fetch(loadingStatement());
+  const std::size_t configurations = connection.fetch(toUtf16(loadingStatement()));
   const std::size_t workstations = connection.fetch(listing);
   if (configurations != static_cast<std::size_t>(site.configurations) ||
       workstations != static_cast<std::size_t>(site.workstations)) {
@@ -31,7 +32,7 @@ void fetchAll(const Site& site, Path path, const std::wstring& listing) {
 
 void measureLoading(const Site& site, Path path) {
   std::shared_ptr<clsConfig> config;
-  const std::wstring listing = statementsAt(path, kListStatement).front();
+  const std::u16string listing = statementsAt(path, kListStatement).front();
   compare(path == Path::Direct ? "loading" : "loading-server", site.workstations, site.repetitions,
           initOf(site, path, config), {[&] { fetchAll(site, path, listing); }});
   disconnect();
@@ -39,7 +40,7 @@ void measureLoading(const Site& site, Path path) {
 
 void measureServiceLoading(const Site& site) {
   std::shared_ptr<clsConfig> config;
-  const std::wstring listing = statementsAt(Path::Direct, kListStatement).front();
+  const std::u16string listing = statementsAt(Path::Direct, kListStatement).front();
   compare("loading-service", site.workstations, site.repetitions,
           initOf(site, Path::Service, config), {[&] { fetchAll(site, Path::Direct, listing); }});
   disconnect();

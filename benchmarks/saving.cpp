@@ -11,7 +11,7 @@
 namespace tlpacscfg::bench {
 namespace {
 
-using Batches = std::vector<std::vector<std::wstring>>;
+using Batches = std::vector<std::vector<std::u16string>>;
 
 Batches batchesOf(const clsConfig& config, Path path) {
   std::vector<colWorkstation::Pointer> all;
@@ -26,8 +26,8 @@ Batches batchesOf(const clsConfig& config, Path path) {
   return batches;
 }
 
-void execute(bare::Connection& connection, const std::vector<std::wstring>& statements) {
-  for (const std::wstring& statement : statements) connection.execute(statement);
+void execute(bare::Connection& connection, const std::vector<std::u16string>& statements) {
+  for (const std::u16string& statement : statements) connection.execute(statement);
 }
 
 /// Like closing the list: reads the stored rows before and after.
@@ -60,7 +60,7 @@ class BareSave {
 
  private:
   const Batches batches_;
-  const std::wstring listing_;
+  const std::u16string listing_;
   bare::Connection connection_;
 };
 

@@ -43,7 +43,7 @@ void makeTables(bare::Connection& database) {
   }
   for (const std::wstring_view statement : split(text, L';')) {
     if (statement.find_first_not_of(L"\r\n ") != statement.npos) {
-      database.execute(std::wstring(statement));
+      database.execute(toUtf16(statement));
     }
   }
 }
@@ -91,7 +91,7 @@ void addConfigurations(bare::Connection& database, int count) {
     std::vector<std::wstring>& row = rows.emplace_back();
     for (const Column& column : columns()) row.push_back(valueFor(column, id));
   }
-  database.insert(insertion(L"Interface_PACS_cfg", kColumnCount), std::move(rows));
+  database.insert(insertion(L"Interface_PACS_cfg", kColumnCount), rows);
 }
 
 /// The numbers from 1 to the count in a reproducible random order.
@@ -113,8 +113,8 @@ void addWorkstations(bare::Connection& database, const Site& site) {
     names.push_back({name, L"A1", decimal(number % 2)});
     assignments.push_back({name, L"38", L"PACSConfig", decimal(id), L"-1", L"0"});
   }
-  database.insert(insertion(L"System_pc_names", 3), std::move(names));
-  database.insert(insertion(L"System_workstation_cfg", 6), std::move(assignments));
+  database.insert(insertion(L"System_pc_names", 3), names);
+  database.insert(insertion(L"System_workstation_cfg", 6), assignments);
 }
 
 void addRows(const Site& site) {
@@ -146,8 +146,8 @@ void makeSite(const Site& site) {
 
 void makeServerSite(const Site& site) {
   bare::Connection control(L"Driver={SQL Server};Server=127.0.0.2;UID=test;PWD=test;");
-  control.execute(L"TELL '{\"command\":\"store\",\"path\":\"" + environmentVariable("TL_SCRATCH") +
-                  L"/" + site.dataSource + L".db\"}'");
+  control.execute(toUtf16(L"TELL '{\"command\":\"store\",\"path\":\"" +
+                          environmentVariable("TL_SCRATCH") + L"/" + site.dataSource + L".db\"}'"));
   addRows(site);
 }
 
@@ -184,8 +184,13 @@ void disconnect() {
   DisconnectDatabase();
 }
 
-std::vector<std::wstring> statementsAt(Path path, const std::wstring& text) {
-  return statementsFor(path == Path::Direct ? Dialect::Sqlite : Dialect::SqlServer, text);
+std::vector<std::u16string> statementsAt(Path path, const std::wstring& text) {
+  std::vector<std::u16string> statements;
+  for (const std::wstring& statement :
+       statementsFor(path == Path::Direct ? Dialect::Sqlite : Dialect::SqlServer, text)) {
+    statements.push_back(toUtf16(statement));
+  }
+  return statements;
 }
 
 }  // namespace tlpacscfg::bench

@@ -46,6 +46,6 @@ void init(clsConfig& config);
 void disconnect();
 
 /// The statements that the driver receives for a text of the component.
-std::vector<std::wstring> statementsAt(Path path, const std::wstring& text);
+std::vector<std::u16string> statementsAt(Path path, const std::wstring& text);
 
 }  // namespace tlpacscfg::bench

@@ -27,7 +27,7 @@ bool isWholeNumber(SQLSMALLINT type) {
 
 SQLPOINTER attribute(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
 
-SQLWCHAR* mutableText(const std::wstring& text) {
+SQLWCHAR* mutableText(const std::u16string& text) {
   return const_cast<SQLWCHAR*>(reinterpret_cast<const SQLWCHAR*>(text.c_str()));
 }
 
@@ -38,8 +38,8 @@ Connection::Connection(const std::wstring& connectString) {
   check(SQLSetEnvAttr(environment_, SQL_ATTR_ODBC_VERSION,
                       reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0));
   check(SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection_));
-  check(SQLDriverConnectW(connection_, nullptr, mutableText(connectString), SQL_NTS, nullptr, 0,
-                          nullptr, SQL_DRIVER_NOPROMPT));
+  check(SQLDriverConnectW(connection_, nullptr, mutableText(toUtf16(connectString)), SQL_NTS,
+                          nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT));
   check(SQLAllocHandle(SQL_HANDLE_STMT, connection_, &statement_));
 }
 
@@ -59,10 +59,11 @@ void Connection::check(SQLRETURN code) const {
   const bool ofStatement = statement_ != SQL_NULL_HSTMT;
   SQLGetDiagRecW(ofStatement ? SQL_HANDLE_STMT : SQL_HANDLE_DBC,
                  ofStatement ? statement_ : connection_, 1, state, &native, text, 512, &length);
-  throw std::runtime_error("ODBC: " + toUtf8(reinterpret_cast<const wchar_t*>(text)));
+  throw std::runtime_error(
+      "ODBC: " + toUtf8(fromUtf16(odbc::odbcView(text, static_cast<std::size_t>(length)))));
 }
 
-std::size_t Connection::fetch(const std::wstring& sql) {
+std::size_t Connection::fetch(const std::u16string& sql) {
   check(SQLExecDirectW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size())));
   SQLSMALLINT columns = 0;
   check(SQLNumResultCols(statement_, &columns));
@@ -107,7 +108,7 @@ std::size_t Connection::fetch(const std::wstring& sql) {
   return rows;
 }
 
-void Connection::execute(const std::wstring& sql) {
+void Connection::execute(const std::u16string& sql) {
   SQLRETURN code =
       SQLExecDirectW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size()));
   check(code);
@@ -143,14 +144,18 @@ void Connection::serializably(const std::function<void()>& work) {
   if (before != SQL_TXN_SERIALIZABLE) setIsolation(before);
 }
 
-void Connection::insert(const std::wstring& sql, std::vector<std::vector<std::wstring>> rows) {
+void Connection::insert(const std::wstring& sql,
+                        const std::vector<std::vector<std::wstring>>& rows) {
   together([&] {
-    check(SQLPrepareW(statement_, mutableText(sql), static_cast<SQLINTEGER>(sql.size())));
+    check(SQLPrepareW(statement_, mutableText(toUtf16(sql)), SQL_NTS));
     SQLLEN terminated = SQL_NTS;
-    for (std::vector<std::wstring>& row : rows) {
-      for (std::size_t i = 0; i < row.size(); ++i) {
+    for (const std::vector<std::wstring>& row : rows) {
+      std::vector<std::u16string> values;
+      for (const std::wstring& value : row) values.push_back(toUtf16(value));
+      for (std::size_t i = 0; i < values.size(); ++i) {
         check(SQLBindParameter(statement_, static_cast<SQLUSMALLINT>(i + 1), SQL_PARAM_INPUT,
-                               SQL_C_WCHAR, SQL_WVARCHAR, 4000, 0, row[i].data(), 0, &terminated));
+                               SQL_C_WCHAR, SQL_WVARCHAR, 4000, 0, values[i].data(), 0,
+                               &terminated));
       }
       check(SQLExecute(statement_));
     }

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <windows.h>
-#include <sql.h>
-#include <sqlext.h>
-
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
 
-/// Efficient direct use of ODBC, without code of the component.
+#include "odbc/platform.h"
+
+/// Efficient direct use of ODBC, whose statements are in UTF-16. Of the component it uses only
+/// conversions of texts.
 namespace tlpacscfg::bench::bare {
 
 /// Throws std::runtime_error when a call fails.
@@ -21,10 +20,10 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
 
   /// Reads all rows into bound arrays of the component's size and types and returns their number.
-  std::size_t fetch(const std::wstring& sql);
+  std::size_t fetch(const std::u16string& sql);
 
   /// One or several statements.
-  void execute(const std::wstring& sql);
+  void execute(const std::u16string& sql);
 
   /// Runs the work in one transaction, which stays open if the work throws.
   void together(const std::function<void()>& work);
@@ -32,7 +31,7 @@ class Connection {
   void serializably(const std::function<void()>& work);
 
   /// Runs the statement with parameters once for each row, in one transaction.
-  void insert(const std::wstring& sql, std::vector<std::vector<std::wstring>> rows);
+  void insert(const std::wstring& sql, const std::vector<std::vector<std::wstring>>& rows);
 
  private:
   void setAutocommit(bool on);
