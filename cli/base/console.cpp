@@ -2,6 +2,8 @@
 
 #include <iostream>
 
+#include "cli/base/progress.h"
+
 namespace tlpacscfg::cli {
 
 bool usesColours() {
@@ -19,6 +21,7 @@ bool askYesNo(const std::string& question) {
 
 void say(const std::string& line) {
   std::cout.flush();
+  const auto lock = Progress::hidden();
   std::cerr << line << '\n';
 }
 

@@ -6,6 +6,8 @@
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
 #include "cli/base/process.h"
+#include "cli/base/progress.h"
+#include "cli/commands/selection.h"
 #include "cli/connection/settings_file.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/changes.h"
@@ -63,8 +65,14 @@ void requireNoForeignChange(const ForeignChanges& foreign, const Site& site) {
       "Somebody else changed the site meanwhile. Nothing was written." + textOf(foreign, &site));
 }
 
+ForeignChanges carriedOut(const Plan& plan, Ending ending,
+                          const std::function<void()>& beforeCommit) {
+  const Progress progress("Changing the site");
+  return applyPlan(plan, ending, beforeCommit);
+}
+
 void tryOut(const Plan& plan, const Site& site) {
-  requireNoForeignChange(applyPlan(plan, Ending::RollBack, [] {}), site);
+  requireNoForeignChange(carriedOut(plan, Ending::RollBack, [] {}), site);
   say("This was a dry run of " + countOf(plan) + ". Nothing was written.");
 }
 
@@ -86,7 +94,7 @@ void apply(const Plan& plan, const Site& site, const Journal& journal, JournalEn
       entry = journal.begin(std::move(entry));
       begun = true;
     };
-    requireNoForeignChange(applyPlan(plan, Ending::Commit, begin), site);
+    requireNoForeignChange(carriedOut(plan, Ending::Commit, begin), site);
   } catch (const RunTimeError&) {
     if (begun) settleByLooking(journal, entry);
     throw;
@@ -174,7 +182,7 @@ ExitCode runChange(
   const std::string siteName = nameOfSite(context.connection);
   return onSite(context.connection, [&] {
     const std::vector<JournalEntry> entries = settledEntries(journal, siteName);
-    const Site site = readSite();
+    const Site site = loadSite();
     const Plan plan = makePlan(site, entries, change);
     JournalEntry entry;
     entry.site = siteName;

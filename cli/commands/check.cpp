@@ -1,3 +1,7 @@
+#include <utility>
+#include <vector>
+
+#include "cli/base/progress.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/site_check.h"
 #include "cli/connection/site_connection.h"
@@ -12,6 +16,13 @@ namespace {
 
 Value valueOf(const std::optional<std::wstring>& text) {
   return text ? Value(toUtf8(*text)) : Value();
+}
+
+std::pair<Site, std::vector<StoredAssignment>> loadStored() {
+  const Progress progress("Reading the site");
+  std::vector<StoredAssignment> assignments = readStoredAssignments();
+  Site site = readSiteByTables(assignments);
+  return {std::move(site), std::move(assignments)};
 }
 
 class Check : public Command {
@@ -32,8 +43,7 @@ class Check : public Command {
 
   ExitCode run(Context& context) override {
     const std::vector<Finding> findings = onSite(context.connection, [] {
-      const std::vector<StoredAssignment> assignments = readStoredAssignments();
-      const Site site = readSiteByTables(assignments);
+      const auto [site, assignments] = loadStored();
       std::optional<std::vector<std::wstring>> files;
       if (knowsPromptFiles()) files = promptXmlFiles();
       return findingsIn(site, assignments, files);

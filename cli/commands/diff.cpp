@@ -67,7 +67,7 @@ class Diff : public Command {
       const Site before = siteOf(context, first_);
       compareSites(before, siteOf(context, second_));
     } else {
-      const Site site = onSite(context.connection, [] { return readSite(); });
+      const Site site = onSite(context.connection, loadSite);
       const SiteNames names(site);
       const auto before = names.require(first_);
       compare(before, names.require(second_), std::to_string(before->configID));
@@ -89,7 +89,7 @@ class Diff : public Command {
     options.settingsFile = context.connection.settingsFile;
     options.timeout = context.connection.timeout;
     options.site = word.substr(kSitePrefix.size());
-    Site site = onSite(options, [] { return readSite(); });
+    Site site = onSite(options, loadSite);
     if (reportUnreadable(site)) {
       throw Failure(ExitCode::Findings, "The site '" + options.site + "' cannot be compared.");
     }

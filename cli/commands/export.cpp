@@ -29,7 +29,7 @@ class Export : public Command {
   }
 
   ExitCode run(Context& context) override {
-    const Site site = onSite(context.connection, [] { return readSite(); });
+    const Site site = onSite(context.connection, loadSite);
     bool complete = !reportUnreadable(site);
     const auto twice = std::ranges::adjacent_find(
         site.configurations, {}, [](const auto& record) { return record->configID; });

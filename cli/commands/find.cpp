@@ -30,7 +30,7 @@ class Find : public Command {
   }
 
   ExitCode run(Context& context) override {
-    const Site site = onSite(context.connection, [] { return readSite(); });
+    const Site site = onSite(context.connection, loadSite);
     const std::wstring pattern = L"*" + fromUtf8(text_) + L"*";
     Listing found{
         .kind = "found",

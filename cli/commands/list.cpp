@@ -42,7 +42,7 @@ class List : public Command {
   }
 
   ExitCode run(Context& context) override {
-    const Site site = onSite(context.connection, [] { return readSite(); });
+    const Site site = onSite(context.connection, loadSite);
     write(kind_ == "workstations" ? workstations(site) : configurations(site), context.output,
           "Nothing is listed.");
     return reportUnreadable(site) ? ExitCode::Findings : ExitCode::Done;

@@ -4,6 +4,7 @@
 
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
+#include "cli/base/progress.h"
 #include "cli/formats/fields.h"
 #include "config/columns.h"
 #include "support/text.h"
@@ -82,6 +83,11 @@ Listing listingOf(const Site& site, const std::vector<const SiteWorkstation*>& w
     listing.add(toUtf8(workstation->name), std::move(number), std::move(description));
   }
   return listing;
+}
+
+Site loadSite() {
+  const Progress progress("Reading the site");
+  return readSite();
 }
 
 bool reportUnreadable(const Site& site) {

@@ -11,6 +11,9 @@
 /// What the words of a command line mean in a site.
 namespace tlpacscfg::cli {
 
+/// readSite, on a terminal with its progress.
+Site loadSite();
+
 /// Whether the text fits the pattern, in which * stands for any letters and ? for one, whatever the
 /// letter case.
 bool fits(std::wstring_view text, std::wstring_view pattern);

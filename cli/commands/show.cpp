@@ -2,6 +2,7 @@
 
 #include "cli/base/failure.h"
 #include "cli/commands/commands.h"
+#include "cli/commands/selection.h"
 #include "cli/commands/site_names.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/fields.h"
@@ -55,7 +56,7 @@ class Show : public Command {
   }
 
   ExitCode run(Context& context) override {
-    const Site site = onSite(context.connection, [] { return readSite(); });
+    const Site site = onSite(context.connection, loadSite);
     std::vector<Site::Configuration> records;
     for (const std::string& name : names_) records.push_back(configurationOf(site, name));
     if (context.output.json || context.output.csv) {

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "cli/base/progress.h"
 #include "cli/formats/fields.h"
 #include "config/columns.h"
 #include "config/option_tables.h"
@@ -146,6 +147,7 @@ void checkConfigurations(const Site& site, const std::optional<std::vector<std::
                         L"", row.error.description() + L" Nobody can load the configurations."});
   }
   ConfigurationCheck check(site, xmlFiles, findings);
+  Progress progress("Checking the configurations", site.configurations.size());
   const Record* before = nullptr;
   for (const auto& record : site.configurations) {
     if (before != nullptr && before->configID == record->configID) {
@@ -155,6 +157,7 @@ void checkConfigurations(const Site& site, const std::optional<std::vector<std::
     }
     before = record.get();
     check.check(*record);
+    progress.step();
   }
 }
 

@@ -28,7 +28,7 @@ class WhereUsed : public Command {
   }
 
   ExitCode run(Context& context) override {
-    const Site site = onSite(context.connection, [] { return readSite(); });
+    const Site site = onSite(context.connection, loadSite);
     const SiteNames names(site);
     const auto record = names.find(configuration_);
     std::vector<const SiteWorkstation*> users;

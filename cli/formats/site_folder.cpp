@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/base/failure.h"
+#include "cli/base/progress.h"
 #include "cli/formats/configuration_text.h"
 #include "cli/formats/csv_reader.h"
 #include "cli/formats/files.h"
@@ -75,7 +76,12 @@ class FolderReader {
   explicit FolderReader(const std::string& directory) : directory_(directory) {}
 
   Site read() {
-    for (const std::string& name : configurationFiles(directory_)) readConfiguration(name);
+    const std::vector<std::string> files = configurationFiles(directory_);
+    Progress progress("Reading the folder", files.size());
+    for (const std::string& name : files) {
+      readConfiguration(name);
+      progress.step();
+    }
     readAssignments();
     if (!errors_.empty()) {
       throw Failure(ExitCode::Usage, "The folder '" + directory_ + "' cannot be used." + errors_);
@@ -134,9 +140,11 @@ void writeSiteFolder(const Site& site, const std::string& directory) {
   std::error_code error;
   fs::create_directories(pathOf(directory), error);
   std::set<std::string> written;
+  Progress progress("Writing the folder", site.configurations.size());
   for (const auto& record : site.configurations) {
     writeIfChanged(directory, fileNameOf(*record), textOf(*record));
     written.insert(fileNameOf(*record));
+    progress.step();
   }
   for (const std::string& name : configurationFiles(directory)) {
     if (!written.contains(name)) fs::remove(pathOf(directory) / pathOf(name), error);

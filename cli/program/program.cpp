@@ -5,6 +5,7 @@
 
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
+#include "cli/base/progress.h"
 #include "cli/base/suggestion.h"
 #include "cli/program/context.h"
 #include "host/version.h"
@@ -173,6 +174,7 @@ ExitCode runReported(const Commands& commands, const std::vector<std::string>& a
   context.helpText = [&](const std::string& command) { return parser.helpText(command); };
   const std::string name = parser.parse(arguments);
   if (name.empty()) return ExitCode::Done;
+  if (errorsAreTerminal() && !context.output.json && !context.output.csv) Progress::allow();
   const auto command = std::ranges::find_if(
       commands, [&](const auto& candidate) { return candidate->help().name == name; });
   return (*command)->run(context);

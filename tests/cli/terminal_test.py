@@ -20,9 +20,11 @@ class TerminalTest(ChangeTest):
     # Whether the program, or what runs it, edits lines itself; it does when it is ready to read.
     EDITS_LINES = False
 
-    def on_terminal(self, *arguments, prompt="[y/N]", typed="", streams=STREAMS, **options):
-        """Runs the program on a terminal, where `typed` is typed after the prompt. Returns the exit
-        code, what the terminal showed, and whether it would show what is typed next."""
+    def on_terminal(self, *arguments, prompt="[y/N]", typed="", when_asked=None, streams=STREAMS,
+                    **options):
+        """Runs the program on a terminal, where `typed` is typed after the prompt, or `when_asked`
+        called. Returns the exit code, what the terminal showed, and whether it would show what is
+        typed next."""
         ours, its = pty.openpty()
         self.addCleanup(os.close, ours)
         self.addCleanup(os.close, its)
@@ -46,6 +48,9 @@ class TerminalTest(ChangeTest):
             elif typed and prompt in self.plain(shown) and self.reads(its):
                 os.write(ours, typed.encode("utf-8"))
                 typed = ""
+            elif when_asked and prompt in self.plain(shown):
+                when_asked()
+                when_asked = None
             try:
                 shown += os.read(ours, 65536)
             except BlockingIOError:
