@@ -105,7 +105,7 @@ TEST_F(RegistrationTest, ObjectsOfTheOtherClassesAreNotRegistered) {
 
 TEST(ManifestTest, HostsWithoutRegistrationFindTheSameClasses) {
   const std::wstring manifest =
-      fromUtf8(readBytes(sourcePath("apps/registration_free/TLPACSCFG.manifest")));
+      fromUtf8(readBytes(sourcePath("apps/registration_free/TLPACSCFG.Classes.manifest")));
   for (const auto& [progId, id] : {std::pair{kConfig, kConfigId}, {kRegistry, kRegistryId}}) {
     EXPECT_NE(
         manifest.find(std::wstring(L"<comClass clsid=\"") + id + L"\" progid=\"" + progId + L"\""),
