@@ -21,7 +21,11 @@ class WindowsTest(CliTest):
         self.assertEqual(outcome.json()["configurations"][-1]["configID"], 12)
 
     def test_ends_with_the_same_codes(self):
-        self.fail_with(NO_CONNECTION, "list", connection=["--dsn", "Missing"], says="Data source")
+        outcome = self.fail_with(
+            NO_CONNECTION, "list", connection=["--dsn", "Missing"], says="There is no connection"
+        )
+        # Wine's own driver manager gives no reason.
+        self.assertRegex(outcome.errors, "Data source|HY000: The ODBC driver gave no reason")
 
     def test_doctor_knows_the_drivers_of_both_kinds_of_programs(self):
         key = r"HKLM\SOFTWARE\ODBC\ODBC.INI\ODBC Data Sources"
@@ -35,9 +39,15 @@ class WindowsTest(CliTest):
             for line in outcome.json()["diagnosis"]
             if line["subject"] == "data sources"
         ]
-        self.assertEqual([health for health, _ in lines], ["ok", "warning"])
-        self.assertIn("for 64-bit programs: TlTestSite", lines[0][1])
-        self.assertRegex(lines[1][1], "^for 32-bit programs: .*, without 'TlTestSite'$")
+        self.assertRegex(lines[0][1], "^for 64-bit programs: .*TlTestSite")
+        # Wine's own driver manager has entered it for the user, whose entries both kinds share.
+        user = key.replace("HKLM", "HKCU")
+        query = subprocess.run(["wine", "reg", "query", user, *name[:2]], capture_output=True)
+        if query.returncode == 0:
+            self.assertEqual([health for health, _ in lines], ["ok", "ok"])
+        else:
+            self.assertEqual([health for health, _ in lines], ["ok", "warning"])
+            self.assertRegex(lines[1][1], "^for 32-bit programs: .*, without 'TlTestSite'$")
 
 
 class ConsoleTest(TerminalTest):

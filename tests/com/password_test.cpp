@@ -1,5 +1,11 @@
+#include <windows.h>
+
+#include <sql.h>
+#include <sqlext.h>
+
 #include <algorithm>
 #include <array>
+#include <string>
 
 #include "com/com_fixture.h"
 #include "harness/machine.h"
@@ -15,8 +21,10 @@ constexpr UINT kCompared = 20;
 /// The password is computed, so that no copy of it is in the program.
 wchar_t letter(UINT index) { return static_cast<wchar_t>(0x5000 + index * index * 7 % 499); }
 
+wchar_t otherLetter(UINT index) { return static_cast<wchar_t>(letter(index) + 0x1000); }
+
 /// The number of copies of the password's end in the writable memory of this process.
-int copiesInMemory() {
+int copiesInMemory(wchar_t (*letterOfPassword)(UINT) = letter) {
   // Static: the program's image is not searched.
   static std::array<wchar_t, 1 << 16> piece;
   int copies = 0;
@@ -34,7 +42,8 @@ int copiesInMemory() {
       const SIZE_T count = got / sizeof(wchar_t);
       for (SIZE_T i = 0; i + kCompared <= count; ++i) {
         UINT same = 0;
-        while (same < kCompared && piece[i + same] == letter(kLength - kCompared + same)) ++same;
+        while (same < kCompared && piece[i + same] == letterOfPassword(kLength - kCompared + same))
+          ++same;
         if (same == kCompared) ++copies;
       }
       if (count < piece.size()) break;
@@ -145,7 +154,30 @@ TEST_F(PasswordTest, ARefusedOneLeavesTheOldOne) {
   EXPECT_EQ(copiesInMemory(), 1);
 }
 
-class LastObjectTest : public ComTest {};
+class LastObjectTest : public ComTest {
+ protected:
+  /// How many copies of a password the driver manager itself keeps: unixODBC keeps none, Wine's own
+  /// does.
+  static int copiesKeptByDriverManager() {
+    std::wstring text = L"DSN=TlTestSite;PWD=";
+    text.reserve(text.size() + kLength);
+    for (UINT i = 0; i < kLength; ++i) text += otherLetter(i);
+    SQLHENV environment = SQL_NULL_HENV;
+    SQLHDBC connection = SQL_NULL_HDBC;
+    SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment);
+    SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3),
+                  0);
+    SQLAllocHandle(SQL_HANDLE_DBC, environment, &connection);
+    EXPECT_TRUE(SQL_SUCCEEDED(SQLDriverConnectW(connection, nullptr, text.data(),
+                                                static_cast<SQLSMALLINT>(text.size()), nullptr, 0,
+                                                nullptr, SQL_DRIVER_NOPROMPT)));
+    SQLDisconnect(connection);
+    SQLFreeHandle(SQL_HANDLE_DBC, connection);
+    SQLFreeHandle(SQL_HANDLE_ENV, environment);
+    wipeMemory(text.data(), text.size() * sizeof(wchar_t));
+    return copiesInMemory(otherLetter);
+  }
+};
 
 TEST_F(LastObjectTest, NothingOfThePasswordIsLeftWhenTheLastObjectHasGone) {
   needDriver(sqliteDriver());
@@ -159,7 +191,8 @@ TEST_F(LastObjectTest, NothingOfThePasswordIsLeftWhenTheLastObjectHasGone) {
     config.call(L"Init");
     EXPECT_GT(copiesInMemory(), 0);
   }
-  EXPECT_EQ(copiesInMemory(), 0);
+  const int copies = copiesInMemory();
+  EXPECT_LE(copies, copiesKeptByDriverManager());
 }
 
 }  // namespace

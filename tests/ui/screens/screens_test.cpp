@@ -32,6 +32,9 @@ RECT clientOf(HWND window) {
 
 class ScreensTest : public SettingsTest {
  protected:
+  /// For a program that does not know of resolutions, every screen is at 100 %.
+  ScreensTest() { SetProcessDPIAware(); }
+
   void makeFullSite() {
     makePrompts({L"a.xml"});
     addConsistent(1, L"Default", L"bidirectional = 1, string1 = 'a.xml'");
