@@ -125,6 +125,7 @@ class Doctor : public Command {
       return ExitCode::Usage;
     }
     const ConnectionOptions options = withSiteSettings(context.connection);
+    add(symptoms, examinePasswordFile(options));
     add(symptoms, examineDrivers(options));
     std::wstring secret = secretOf(options);
     const auto start = steady_clock::now();

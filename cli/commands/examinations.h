@@ -60,6 +60,8 @@ Symptoms examineClock(ExaminedSite& site);
 
 /// The settings file, before it is used. Throws nothing.
 Symptom examineSettingsFile(const ConnectionOptions& given);
+/// Who can read the password file; nothing where none is named.
+Symptoms examinePasswordFile(const ConnectionOptions& options);
 /// The drivers of this computer, and whether both kinds of programs have the data source.
 Symptoms examineDrivers(const ConnectionOptions& options);
 

@@ -66,6 +66,21 @@ Symptom examineSettingsFile(const ConnectionOptions& given) {
   }
 }
 
+Symptoms examinePasswordFile(const ConnectionOptions& options) {
+  const std::string& file = options.passwordFile;
+  // Windows has rights of another kind.
+  const bool hasModes = std::filesystem::path::preferred_separator == '/';
+  std::error_code ignored;
+  if (!hasModes || !std::filesystem::exists(pathOf(file), ignored)) return {};
+  constexpr auto kOthers = std::filesystem::perms::group_read | std::filesystem::perms::others_read;
+  const auto rights = std::filesystem::status(pathOf(file), ignored).permissions();
+  if ((rights & kOthers) == std::filesystem::perms::none) {
+    return {{Health::Ok, "password file", file}};
+  }
+  return {{Health::Warning, "password file", file + " can be read by others",
+           "Let only its owner read it: chmod 600."}};
+}
+
 Symptoms examineDrivers(const ConnectionOptions& options) {
   const std::string driver = options.server.empty() ? "" : "SQL Server";
   Symptoms symptoms;

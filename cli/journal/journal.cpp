@@ -149,9 +149,13 @@ JournalEntry Journal::begin(JournalEntry entry) const {
                                         ". Nothing was changed.");
   };
   std::error_code error;
-  if (fs::create_directories(directory_, error)) makeFolderLast(directory_);
+  const bool isNew = fs::create_directories(directory_, error);
   if (error) throw cannotWrite(error);
-  fs::permissions(directory_, fs::perms::owner_all, error);
+  // Who made the folder decides who else may read it.
+  if (isNew) {
+    fs::permissions(directory_, fs::perms::owner_all, error);
+    makeFolderLast(directory_);
+  }
   // An empty file claims the number; of several programs one can create it.
   const fs::path empty = directory_ / pathOf("claim-" + std::to_string(entry.process));
   if (const auto failure = replaceFile(empty, "", Lasting::No)) throw cannotWrite(failure);

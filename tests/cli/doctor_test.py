@@ -166,6 +166,18 @@ class DoctorTest(CliTest):
             ("ok", f"{settings}, not used without --site"),
         )
 
+    def test_finds_a_password_that_others_can_read(self):
+        file = self.directory / "password"
+        file.write_text("secret\n")
+        for mode, expected in (
+            (0o644, ("warning", f"{file} can be read by others")),
+            (0o640, ("warning", f"{file} can be read by others")),
+            (0o600, ("ok", str(file))),
+        ):
+            file.chmod(mode)
+            self.assertEqual(self.examine("--password-file", file)["password file"], expected)
+        self.assertNotIn("password file", self.examine())
+
     def test_looks_at_the_ini_file_and_the_prompts_folder(self):
         ini = self.directory / "TALORA.INI"
         errors = (

@@ -140,6 +140,13 @@ class JournalTest(ChangeTest):
         self.assertEqual(self.assignments()["READ-01"], "7")
         self.assertIn("change 1 was interrupted; it is stored.", self.change_site("history").errors)
 
+    def test_is_for_its_owner_unless_the_folder_was_there(self):
+        self.change_site("assign", "7", "READ-01")
+        self.assertEqual(self.journal.stat().st_mode & 0o777, 0o700)
+        self.journal.chmod(0o770)
+        self.change_site("assign", "7", "READ-02")
+        self.assertEqual(self.journal.stat().st_mode & 0o777, 0o770)
+
     def test_is_kept_for_each_site(self):
         self.change_site("assign", "7", "READ-01")
         other = ["--sqlite", str(self.make_database("other.db"))]
