@@ -7,7 +7,11 @@
 namespace tlpacscfg::cli {
 
 std::optional<std::string> whyNobodyCanListenOn(int port) {
-  const auto reason = [] { return systemReason({WSAGetLastError(), std::system_category()}); };
+  const auto reason = [] {
+    const int error = WSAGetLastError();
+    if (error == WSAEADDRINUSE) return std::string("Address already in use");
+    return systemReason({error, std::system_category()});
+  };
   WSADATA started;
   if (const int error = WSAStartup(MAKEWORD(2, 2), &started); error != 0) {
     return systemReason({error, std::system_category()});

@@ -1,5 +1,6 @@
 """The program for Windows."""
 import shutil
+import socket
 import subprocess
 
 from harness import DONE, NO_CONNECTION, USAGE, CliTest, Service
@@ -48,6 +49,25 @@ class WindowsTest(CliTest):
         else:
             self.assertEqual([health for health, _ in lines], ["ok", "warning"])
             self.assertRegex(lines[1][1], "^for 32-bit programs: .*, without 'TlTestSite'$")
+
+    def test_doctor_tries_the_port_of_this_computer(self):
+        name = subprocess.run(
+            ["wine", "cmd", "/c", "echo %COMPUTERNAME%"], capture_output=True, text=True, check=True
+        ).stdout.strip()
+        key = "WHERE key_name = 'PACSConfig' AND pc_name = ?"
+        self.change(f"UPDATE System_workstation_cfg SET key_value = '5' {key}", name)
+        with socket.create_server(("", 0)) as listener:
+            port = listener.getsockname()[1]
+            self.change("UPDATE Interface_PACS_cfg SET flag6 = ? WHERE config_id = 5", port)
+            shutil.copy(self.database, f"{self.directory.parent}/site.db")
+            outcome = self.succeed("doctor", connection=["--dsn", "TlTestSite"])
+            self.assertRegex(
+                outcome.out,
+                rf"port {port} of configuration 5 cannot be opened on this computer: "
+                "Address already in use",
+            )
+        outcome = self.succeed("doctor", connection=["--dsn", "TlTestSite"])
+        self.assertIn(f"port {port} of configuration 5 can be opened on this computer", outcome.out)
 
 
 class ConsoleTest(TerminalTest):
