@@ -1,10 +1,14 @@
 #include <windows.h>
 
+#include <sql.h>
+#include <sqlext.h>
+
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "com/com_fixture.h"
 #include "faults/lifetime/hook_count.h"
@@ -111,6 +115,45 @@ int blocksKeptByOneLabel(HMODULE component) {
   return (usageNow().heapBlocks - before + 50) / 100;
 }
 
+/// Whether the driver manager, called without the component, keeps memory of each query: Wine's own
+/// does, unixODBC does not. What the component keeps cannot be told from it then.
+bool driverManagerKeepsMemory() {
+  SQLHENV environment = SQL_NULL_HENV;
+  SQLHDBC connection = SQL_NULL_HDBC;
+  SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment);
+  SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+  SQLAllocHandle(SQL_HANDLE_DBC, environment, &connection);
+  std::wstring source = L"DSN=TlTestSite", query = L"SELECT 1, 2";
+  EXPECT_TRUE(SQL_SUCCEEDED(SQLDriverConnectW(connection, nullptr, source.data(), SQL_NTS, nullptr,
+                                              0, nullptr, SQL_DRIVER_NOPROMPT)));
+  // As many rows at a time as the component: small blocks are not counted one by one.
+  constexpr std::size_t kRows = 2000;
+  std::vector<SQLINTEGER> first(kRows), second(kRows);
+  std::vector<SQLLEN> lengths(kRows);
+  const auto read = [&](int times) {
+    for (int i = 0; i < times; ++i) {
+      SQLHSTMT statement = SQL_NULL_HSTMT;
+      SQLAllocHandle(SQL_HANDLE_STMT, connection, &statement);
+      SQLExecDirectW(statement, query.data(), SQL_NTS);
+      SQLSetStmtAttrW(statement, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(kRows), 0);
+      SQLBindCol(statement, 1, SQL_C_LONG, first.data(), 0, lengths.data());
+      SQLBindCol(statement, 2, SQL_C_LONG, second.data(), 0, lengths.data());
+      EXPECT_TRUE(SQL_SUCCEEDED(SQLFetch(statement)));
+      EXPECT_EQ(second[0], 2);
+      SQLFreeHandle(SQL_HANDLE_STMT, statement);
+    }
+  };
+  read(10);
+  constexpr int kQueries = 100;
+  const std::size_t before = usageNow().heapBytes;
+  read(kQueries);
+  const std::size_t after = usageNow().heapBytes;
+  SQLDisconnect(connection);
+  SQLFreeHandle(SQL_HANDLE_DBC, connection);
+  SQLFreeHandle(SQL_HANDLE_ENV, environment);
+  return after > before + kQueries * kRows;
+}
+
 /// The number of repetitions; TL_OPENINGS sets it.
 const int kTimes = [] {
   const char* const times = std::getenv("TL_OPENINGS");
@@ -130,10 +173,12 @@ void expectNoGrowth(const Usage& before, const Usage& after, int systemBlocks = 
   EXPECT_LE(after.gdiObjects, before.gdiObjects + few);
   EXPECT_EQ(after.windows, before.windows);
   EXPECT_LE(after.menusAndIcons, before.menusAndIcons + few);
+  EXPECT_LE(after.workingSet, before.workingSet + kResident);
+  static const bool isHidden = driverManagerKeepsMemory();
+  if (isHidden) return;
   EXPECT_LE(after.heapBlocks, before.heapBlocks + systemBlocks + few);
   EXPECT_LE(after.heapBytes, before.heapBytes + 32U * static_cast<unsigned>(systemBlocks) + bytes);
   EXPECT_LE(after.committedBytes, before.committedBytes + pages);
-  EXPECT_LE(after.workingSet, before.workingSet + kResident);
 }
 
 constexpr int kWarmUp = 50;
