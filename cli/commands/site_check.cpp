@@ -1,8 +1,11 @@
 #include "cli/commands/site_check.h"
 
 #include <algorithm>
+#include <future>
+#include <iterator>
 #include <map>
 #include <memory>
+#include <thread>
 #include <unordered_map>
 #include <utility>
 
@@ -25,19 +28,27 @@ namespace {
 using Record = clsPACSConfiguration;
 using Findings = std::vector<Finding>;
 
+/// The configurations by name, without blanks around it and in capitals.
+using NamedConfigurations = std::unordered_map<std::wstring, std::vector<Site::Configuration>>;
+
+std::wstring keyOfName(const Record& record) { return upperCase(trimBlanks(record.Description)); }
+
+NamedConfigurations byName(const Site& site) {
+  NamedConfigurations named;
+  for (const auto& record : site.configurations) named[keyOfName(*record)].push_back(record);
+  return named;
+}
+
 /// The checks of one configuration after the other. The window's rules work on a form; one blank
 /// form serves for all.
 class ConfigurationCheck {
  public:
-  ConfigurationCheck(const Site& site, const std::optional<std::vector<std::wstring>>& xmlFiles,
-                     Findings& findings)
-      : xmlFiles_(xmlFiles),
+  ConfigurationCheck(const NamedConfigurations& named,
+                     const std::optional<std::vector<std::wstring>>& xmlFiles, Findings& findings)
+      : named_(named),
+        xmlFiles_(xmlFiles),
         blank_(xmlFiles.value_or(std::vector<std::wstring>())),
-        findings_(findings) {
-    for (const auto& record : site.configurations) {
-      byName_[upperCase(trimBlanks(record->Description))].push_back(record);
-    }
-  }
+        findings_(findings) {}
 
   void check(const Record& record) {
     record_ = &record;
@@ -70,7 +81,7 @@ class ConfigurationCheck {
   /// description looks for.
   std::shared_ptr<colPACSConfiguration> namesake() const {
     auto collection = std::make_shared<colPACSConfiguration>();
-    const auto& named = byName_.at(upperCase(trimBlanks(record_->Description)));
+    const auto& named = named_.at(keyOfName(*record_));
     const auto other = std::ranges::find_if(
         named, [&](const auto& record) { return record->configID != record_->configID; });
     if (other != named.end()) collection->ColPACSConfigs->add(std::make_shared<Record>(**other));
@@ -132,10 +143,10 @@ class ConfigurationCheck {
     return *std::ranges::find(columns(), binding.field, &Column::field);
   }
 
+  const NamedConfigurations& named_;
   const std::optional<std::vector<std::wstring>>& xmlFiles_;
   const SettingsForm blank_;
   Findings& findings_;
-  std::unordered_map<std::wstring, std::vector<Site::Configuration>> byName_;
   const Record* record_ = nullptr;
   SettingsForm form_;
 };
@@ -146,19 +157,33 @@ void checkConfigurations(const Site& site, const std::optional<std::vector<std::
     findings.push_back({Severity::Error, "unreadable-configuration", row.configID, std::nullopt,
                         L"", row.error.description() + L" Nobody can load the configurations."});
   }
-  ConfigurationCheck check(site, xmlFiles, findings);
-  Progress progress("Checking the configurations", site.configurations.size());
-  const Record* before = nullptr;
-  for (const auto& record : site.configurations) {
-    if (before != nullptr && before->configID == record->configID) {
-      findings.push_back({Severity::Error, "duplicate-number", decimal(record->configID),
-                          std::nullopt, L"configID",
-                          L"The number is stored twice. Nobody can load the configurations."});
+  const auto& records = site.configurations;
+  const NamedConfigurations named = byName(site);
+  Progress progress("Checking the configurations", records.size());
+  const auto findingsFrom = [&](std::size_t first, std::size_t last) {
+    Findings found;
+    ConfigurationCheck check(named, xmlFiles, found);
+    for (std::size_t i = first; i < last; ++i) {
+      if (i > 0 && records[i - 1]->configID == records[i]->configID) {
+        found.push_back({Severity::Error, "duplicate-number", decimal(records[i]->configID),
+                         std::nullopt, L"configID",
+                         L"The number is stored twice. Nobody can load the configurations."});
+      }
+      check.check(*records[i]);
+      progress.step();
     }
-    before = record.get();
-    check.check(*record);
-    progress.step();
+    return found;
+  };
+  // The rules share nothing, so that each processor takes a part of a large site.
+  constexpr std::size_t kLeastPart = 1000;
+  const std::size_t parts = std::min<std::size_t>(std::max(std::thread::hardware_concurrency(), 1U),
+                                                  1 + records.size() / kLeastPart);
+  std::vector<std::future<Findings>> checks;
+  for (std::size_t part = 0; part < parts; ++part) {
+    checks.push_back(std::async(std::launch::async, findingsFrom, records.size() * part / parts,
+                                records.size() * (part + 1) / parts));
   }
+  for (auto& check : checks) std::ranges::move(check.get(), std::back_inserter(findings));
 }
 
 class WorkstationCheck {
@@ -246,7 +271,8 @@ std::vector<Finding> findingsAbout(const std::vector<Site::Configuration>& recor
                                    const Site& site,
                                    const std::optional<std::vector<std::wstring>>& xmlFiles) {
   Findings findings;
-  ConfigurationCheck check(site, xmlFiles, findings);
+  const NamedConfigurations named = byName(site);
+  ConfigurationCheck check(named, xmlFiles, findings);
   for (const auto& record : records) check.check(*record);
   return findings;
 }
