@@ -17,4 +17,10 @@ std::error_code replaceFile(const std::filesystem::path& file, std::string_view 
 /// Lets a folder that was made now last, and those that it lies in.
 void makeFolderLast(const std::filesystem::path& folder);
 
+// What replaceFile does differs between the systems in these.
+std::error_code writeInPlace(const std::filesystem::path& file, std::string_view content,
+                             Lasting lasting);
+std::error_code moveOver(const std::filesystem::path& from, const std::filesystem::path& to,
+                         Lasting lasting);
+
 }  // namespace tlpacscfg::cli

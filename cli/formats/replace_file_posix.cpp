@@ -23,16 +23,6 @@ std::error_code writeAll(int file, std::string_view content) {
   return {};
 }
 
-std::error_code writeTo(const fs::path& path, std::string_view content, Lasting lasting) {
-  constexpr mode_t kForAll = 0666;
-  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kForAll);
-  if (file < 0) return lastError();
-  std::error_code error = writeAll(file, content);
-  if (!error && lasting == Lasting::Yes && fsync(file) != 0) error = lastError();
-  if (close(file) != 0 && !error) error = lastError();
-  return error;
-}
-
 std::error_code syncFolder(const fs::path& path) {
   const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) return lastError();
@@ -42,17 +32,20 @@ std::error_code syncFolder(const fs::path& path) {
 
 }  // namespace
 
-std::error_code replaceFile(const fs::path& file, std::string_view content, Lasting lasting) {
-  std::error_code ignored;
-  if (fs::exists(file, ignored) && !fs::is_regular_file(file, ignored)) {
-    return writeTo(file, content, Lasting::No);
-  }
-  fs::path unfinished = file;
-  unfinished += ".new";
-  if (const auto error = writeTo(unfinished, content, lasting)) return error;
-  if (std::rename(unfinished.c_str(), file.c_str()) != 0) return lastError();
+std::error_code writeInPlace(const fs::path& path, std::string_view content, Lasting lasting) {
+  constexpr mode_t kForAll = 0666;
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kForAll);
+  if (file < 0) return lastError();
+  std::error_code error = writeAll(file, content);
+  if (!error && lasting == Lasting::Yes && fsync(file) != 0) error = lastError();
+  if (close(file) != 0 && !error) error = lastError();
+  return error;
+}
+
+std::error_code moveOver(const fs::path& from, const fs::path& to, Lasting lasting) {
+  if (std::rename(from.c_str(), to.c_str()) != 0) return lastError();
   if (lasting == Lasting::No) return {};
-  return syncFolder(file.has_parent_path() ? file.parent_path() : ".");
+  return syncFolder(to.has_parent_path() ? to.parent_path() : ".");
 }
 
 void makeFolderLast(const fs::path& folder) {

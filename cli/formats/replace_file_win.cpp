@@ -12,7 +12,9 @@ namespace fs = std::filesystem;
 
 std::error_code lastError() { return {static_cast<int>(GetLastError()), std::system_category()}; }
 
-std::error_code writeTo(const fs::path& path, std::string_view content, Lasting lasting) {
+}  // namespace
+
+std::error_code writeInPlace(const fs::path& path, std::string_view content, Lasting lasting) {
   const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return lastError();
@@ -27,19 +29,10 @@ std::error_code writeTo(const fs::path& path, std::string_view content, Lasting 
   return {};
 }
 
-}  // namespace
-
-std::error_code replaceFile(const fs::path& file, std::string_view content, Lasting lasting) {
-  std::error_code ignored;
-  if (fs::exists(file, ignored) && !fs::is_regular_file(file, ignored)) {
-    return writeTo(file, content, Lasting::No);
-  }
-  fs::path unfinished = file;
-  unfinished += ".new";
-  if (const auto error = writeTo(unfinished, content, lasting)) return error;
+std::error_code moveOver(const fs::path& from, const fs::path& to, Lasting lasting) {
   DWORD how = MOVEFILE_REPLACE_EXISTING;
   if (lasting == Lasting::Yes) how |= MOVEFILE_WRITE_THROUGH;
-  return MoveFileExW(unfinished.c_str(), file.c_str(), how) ? std::error_code() : lastError();
+  return MoveFileExW(from.c_str(), to.c_str(), how) ? std::error_code() : lastError();
 }
 
 // The system keeps no folder in memory.
