@@ -32,6 +32,14 @@ class ChangeTest(CliTest):
         finally:
             database.close()
 
+    def refuse_rows(self, table, path=None):
+        """Lets the database refuse to insert into the table, with "not today"."""
+        self.change(
+            f"CREATE TRIGGER refuse BEFORE INSERT ON {table} BEGIN "
+            "SELECT RAISE(ABORT, 'not today'); END",
+            path=path,
+        )
+
     def change_site(self, *arguments, code=DONE, **options):
         """Runs a command with the test's journal."""
         outcome = self.run_program(*arguments, "--journal", self.journal, **options)
@@ -332,10 +340,7 @@ class PlanTest(ChangeTest):
         )
         self.assertEqual((self.assignments(), self.states()), (before, []))
         # What the database would refuse, it refuses in a dry run too.
-        self.change(
-            "CREATE TRIGGER refuse BEFORE INSERT ON System_workstation_cfg BEGIN "
-            "SELECT RAISE(ABORT, 'not today'); END"
-        )
+        self.refuse_rows("System_workstation_cfg")
         self.refuse(REFUSED, "assign", "7", "READ-01", "--dry-run", says="not today")
         self.refuse(REFUSED, "assign", "7", "READ-01", says="not today")
         self.assertEqual(self.states(), [])
@@ -427,13 +432,7 @@ class OtherPathsTest(ChangeTest):
             tried.errors, "This was a dry run of 8 workstations. Nothing was written.\n"
         )
         self.assertEqual(self.assignments(service.database), before)
-        database = sqlite3.connect(service.database)
-        with database:
-            database.execute(
-                "CREATE TRIGGER refuse BEFORE INSERT ON System_offline_db_updates BEGIN "
-                "SELECT RAISE(ABORT, 'not today'); END"
-            )
-        database.close()
+        self.refuse_rows("System_offline_db_updates", service.database)
         outcome = self.change_site("assign", "7", "READ-0?", "--dry-run", code=REFUSED, **options)
         self.assertIn("not today", outcome.errors)
         self.assertEqual((self.assignments(service.database), self.states(**options)), (before, []))
@@ -489,13 +488,7 @@ class OtherPathsTest(ChangeTest):
         service = Service(self)
         options = {"connection": service.connection, "environment": service.environment}
         before = self.assignments(service.database)
-        database = sqlite3.connect(service.database)
-        with database:
-            database.execute(
-                "CREATE TRIGGER refuse BEFORE INSERT ON System_offline_db_updates BEGIN "
-                "SELECT RAISE(ABORT, 'not today'); END"
-            )
-        database.close()
+        self.refuse_rows("System_offline_db_updates", service.database)
         outcome = self.change_site("assign", "7", "READ-0?", code=REFUSED, **options)
         self.assertIn("not today", outcome.errors)
         self.assertEqual(self.assignments(service.database), before)

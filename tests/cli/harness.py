@@ -60,9 +60,9 @@ class CliTest(unittest.TestCase):
         database.close()
         return path
 
-    def change(self, sql, *values):
-        """Changes the site as another program."""
-        database = sqlite3.connect(self.database)
+    def change(self, sql, *values, path=None):
+        """Changes the site, or that of another file, as another program."""
+        database = sqlite3.connect(path or self.database)
         with database:
             database.execute(sql, values)
         database.close()
