@@ -28,13 +28,11 @@ class Apply : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = applyingOptionsOf(change_);
-    table.insert(table.begin(), {.names = "FILE",
-                                 .value = "",
-                                 .help = "What another command wrote with --plan",
-                                 .target = &file_,
-                                 .required = true});
-    return table;
+    return applyingOptionsOf(change_, {{.names = "FILE",
+                                        .value = "",
+                                        .help = "What another command wrote with --plan",
+                                        .target = &file_,
+                                        .required = true}});
   }
 
   ExitCode run(Context& context) override {

@@ -143,9 +143,8 @@ class Assign : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = optionsOf(change_);
-    table.insert(
-        table.begin(),
+    return optionsOf(
+        change_,
         {{.names = "CONFIGURATION",
           .value = "",
           .help = "A number, a description, or none",
@@ -158,7 +157,6 @@ class Assign : public Command {
           "Only workstations that have this one now: a number, a description, or none", &from_},
          {"--csv", "FILE", "Read workstations and configurations from a file; - for standard input",
           &csvFile_}});
-    return table;
   }
 
   ExitCode run(Context& context) override {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
@@ -136,22 +137,21 @@ ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& optio
 
 }  // namespace
 
-std::vector<Option> applyingOptionsOf(ChangeOptions& options) {
-  return {
-      {"--dry-run", "", "Do all of it in the database, and then take it back: nothing is stored",
-       &options.dryRun},
-      {"-y,--yes", "", "Delete, and change more than --max-changes, without asking", &options.yes},
-      {"--max-changes", "COUNT", "More changes need --yes; 50 when it is not given",
-       &options.maxChanges},
-  };
+std::vector<Option> applyingOptionsOf(ChangeOptions& options, std::vector<Option> own) {
+  own.insert(
+      own.end(),
+      {{"--dry-run", "", "Do all of it in the database, and then take it back: nothing is stored",
+        &options.dryRun},
+       {"-y,--yes", "", "Delete, and change more than --max-changes, without asking", &options.yes},
+       {"--max-changes", "COUNT", "More changes need --yes; 50 when it is not given",
+        &options.maxChanges}});
+  return own;
 }
 
-std::vector<Option> optionsOf(ChangeOptions& options) {
-  std::vector<Option> table = applyingOptionsOf(options);
-  table.insert(table.begin(),
-               {"--plan", "FILE", "Change nothing; write what would change to a file for 'apply'",
-                &options.planFile});
-  return table;
+std::vector<Option> optionsOf(ChangeOptions& options, std::vector<Option> own) {
+  own.push_back({"--plan", "FILE", "Change nothing; write what would change to a file for 'apply'",
+                 &options.planFile});
+  return applyingOptionsOf(options, std::move(own));
 }
 
 Journal journalFor(const ConnectionOptions& options) {

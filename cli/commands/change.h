@@ -19,10 +19,10 @@ struct ChangeOptions {
   int maxChanges = 50;
 };
 
-/// The lines of the option table that fill it.
-std::vector<Option> optionsOf(ChangeOptions& options);
+/// The option table of a command: its own lines, and those that fill the options.
+std::vector<Option> optionsOf(ChangeOptions& options, std::vector<Option> own);
 /// The same without --plan.
-std::vector<Option> applyingOptionsOf(ChangeOptions& options);
+std::vector<Option> applyingOptionsOf(ChangeOptions& options, std::vector<Option> own);
 
 /// The journal that the options or the settings of the site name.
 Journal journalFor(const ConnectionOptions& options);

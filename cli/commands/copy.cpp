@@ -21,24 +21,22 @@ class Copy : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = optionsOf(change_);
-    table.insert(table.begin(),
-                 {{.names = "CONFIGURATION",
-                   .value = "",
-                   .help = "Its number or description",
-                   .target = &original_,
-                   .required = true},
-                  {.names = "DESCRIPTION",
-                   .value = "",
-                   .help = "Of the copy",
-                   .target = &description_,
-                   .required = true},
-                  {.names = "VALUE",
-                   .value = "",
-                   .help = "FIELD=VALUE, what is different in the copy",
-                   .target = &values_},
-                  {"--number", "NUMBER", "The next free one when it is not given", &number_}});
-    return table;
+    return optionsOf(change_,
+                     {{.names = "CONFIGURATION",
+                       .value = "",
+                       .help = "Its number or description",
+                       .target = &original_,
+                       .required = true},
+                      {.names = "DESCRIPTION",
+                       .value = "",
+                       .help = "Of the copy",
+                       .target = &description_,
+                       .required = true},
+                      {.names = "VALUE",
+                       .value = "",
+                       .help = "FIELD=VALUE, what is different in the copy",
+                       .target = &values_},
+                      {"--number", "NUMBER", "The next free one when it is not given", &number_}});
   }
 
   ExitCode run(Context& context) override {
@@ -52,11 +50,6 @@ class Copy : public Command {
     copy.configID = newNumber(site);
     copy.Description = fromUtf8(description_);
     copy.LastUpdateUserID = savingUser();
-    for (const std::string& value : values_) {
-      if (value.find('=') == std::string::npos) {
-        throw Failure(ExitCode::Usage, "'" + value + "' is no FIELD=VALUE.");
-      }
-    }
     PlanMaker maker(site);
     maker.store(nullptr, withValues(copy, values_));
     Plan plan = maker.plan();

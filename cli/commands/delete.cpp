@@ -31,15 +31,12 @@ class Delete : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = optionsOf(change_);
-    table.insert(table.begin(),
-                 {{.names = "CONFIGURATION",
-                   .value = "",
-                   .help = "A number, a description or a pattern",
-                   .target = &names_},
-                  {"--where", "FIELD=VALUE", "Only configurations with this value; may be repeated",
-                   &where_}});
-    return table;
+    return optionsOf(change_, {{.names = "CONFIGURATION",
+                                .value = "",
+                                .help = "A number, a description or a pattern",
+                                .target = &names_},
+                               {"--where", "FIELD=VALUE",
+                                "Only configurations with this value; may be repeated", &where_}});
   }
 
   ExitCode run(Context& context) override {

@@ -52,13 +52,11 @@ class Edit : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = optionsOf(change_);
-    table.insert(table.begin(), {.names = "CONFIGURATION",
-                                 .value = "",
-                                 .help = "Its number or description",
-                                 .target = &name_,
-                                 .required = true});
-    return table;
+    return optionsOf(change_, {{.names = "CONFIGURATION",
+                                .value = "",
+                                .help = "Its number or description",
+                                .target = &name_,
+                                .required = true}});
   }
 
   ExitCode run(Context& context) override {

@@ -78,19 +78,17 @@ class Import : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = optionsOf(change_);
-    table.insert(table.begin(), {{.names = "DIR",
-                                  .value = "",
-                                  .help = "The folder. What it does not have stays in the site",
-                                  .target = &directory_,
-                                  .required = true},
-                                 {.names = "--on-conflict",
-                                  .value = "ACTION",
-                                  .help = "What to do with rows that the site has otherwise: stop, "
-                                          "which is the default, skip or update",
-                                  .target = &onConflict_,
-                                  .choices = {"stop", "skip", "update"}}});
-    return table;
+    return optionsOf(change_, {{.names = "DIR",
+                                .value = "",
+                                .help = "The folder. What it does not have stays in the site",
+                                .target = &directory_,
+                                .required = true},
+                               {.names = "--on-conflict",
+                                .value = "ACTION",
+                                .help = "What to do with rows that the site has otherwise: stop, "
+                                        "which is the default, skip or update",
+                                .target = &onConflict_,
+                                .choices = {"stop", "skip", "update"}}});
   }
 
   ExitCode run(Context& context) override {

@@ -89,6 +89,9 @@ Site::Configuration withValues(const clsPACSConfiguration& record,
   auto changed = std::make_shared<clsPACSConfiguration>(record);
   for (const std::string& value : values) {
     const std::size_t equals = value.find('=');
+    if (equals == std::string::npos) {
+      throw Failure(ExitCode::Usage, "'" + value + "' is no FIELD=VALUE.");
+    }
     const Column& column = columnNamed(value.substr(0, equals));
     if (!column.isContent()) {
       throw Failure(ExitCode::Usage, toUtf8(column.property) + " cannot be set.");

@@ -19,16 +19,14 @@ class Set : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = optionsOf(change_);
-    table.insert(table.begin(),
-                 {{.names = "WORD",
+    return optionsOf(
+        change_, {{.names = "WORD",
                    .value = "",
                    .help = "A number, a description or a pattern, and FIELD=VALUE for each field",
                    .target = &words_,
                    .required = true},
                   {"--where", "FIELD=VALUE", "Only configurations with this value; may be repeated",
                    &where_}});
-    return table;
   }
 
   ExitCode run(Context& context) override {

@@ -41,13 +41,11 @@ class Undo : public Command {
   }
 
   std::vector<Option> options() override {
-    std::vector<Option> table = optionsOf(change_);
-    table.insert(table.begin(), {.names = "NUMBER",
-                                 .value = "",
-                                 .help = "Of the change, as 'history' lists it; the last one when "
-                                         "it is not given",
-                                 .target = &number_});
-    return table;
+    return optionsOf(change_, {{.names = "NUMBER",
+                                .value = "",
+                                .help = "Of the change, as 'history' lists it; the last one when "
+                                        "it is not given",
+                                .target = &number_}});
   }
 
   ExitCode run(Context& context) override {
