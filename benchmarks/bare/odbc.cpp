@@ -100,11 +100,9 @@ std::size_t Connection::fetch(const std::u16string& sql) {
     check(code);
     rows += fetched;
   }
-  check(SQLFreeStmt(statement_, SQL_CLOSE));
-  check(SQLFreeStmt(statement_, SQL_UNBIND));
-  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_ARRAY_SIZE, attribute(1), 0));
-  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0));
-  check(SQLSetStmtAttrW(statement_, SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0));
+  // The buffers end here, and Wine 10 cannot make the arrays of a statement smaller.
+  check(SQLFreeHandle(SQL_HANDLE_STMT, statement_));
+  check(SQLAllocHandle(SQL_HANDLE_STMT, connection_, &statement_));
   return rows;
 }
 

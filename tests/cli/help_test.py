@@ -81,7 +81,7 @@ class CompletionTest(CliTest):
 
     def test_completes_in_fish(self):
         self.assertEqual(self.in_fish("tlpacscfg wh"), ["where-used"])
-        self.assertEqual(self.in_fish("tlpacscfg list --w"), ["--where"])
+        self.assertEqual(self.in_fish("tlpacscfg list --wh"), ["--where"])
         self.assertEqual(self.in_fish("tlpacscfg list work"), ["workstations"])
         self.assertIn("site.db", self.in_fish("tlpacscfg --sqlite sit"))
 
