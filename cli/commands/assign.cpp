@@ -8,7 +8,7 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/selection.h"
 #include "cli/commands/site_names.h"
-#include "cli/formats/csv_reader.h"
+#include "cli/formats/assignments_csv.h"
 #include "cli/formats/files.h"
 #include "support/text.h"
 
@@ -30,9 +30,8 @@ class CsvAssignments {
   void addTo(PlanMaker& maker, const std::string& content) {
     Csv csv = readCsv(content);
     for (CsvError& error : csv.errors) errors_.push_back(std::move(error));
-    if (csv.rows.empty() || !isHeader(csv.rows.front())) {
-      const TextPosition at = csv.rows.empty() ? TextPosition{} : csv.rows.front().front().at;
-      addError(at, "The first line must be 'workstation,configuration'." + whyNot(csv.rows));
+    if (auto error = headerError(csv)) {
+      errors_.push_back(std::move(*error));
     } else {
       csv.rows.erase(csv.rows.begin());
       for (const std::vector<CsvCell>& row : csv.rows) addLine(row, maker);
@@ -42,25 +41,6 @@ class CsvAssignments {
   }
 
  private:
-  static std::string trimmed(const CsvCell& cell) {
-    const std::size_t first = cell.text.find_first_not_of(" \t");
-    if (first == std::string::npos) return {};
-    return cell.text.substr(first, cell.text.find_last_not_of(" \t") - first + 1);
-  }
-
-  static bool isHeader(const std::vector<CsvCell>& row) {
-    return row.size() == 2 && equalIgnoringCase(fromUtf8(trimmed(row[0])), L"workstation") &&
-           equalIgnoringCase(fromUtf8(trimmed(row[1])), L"configuration");
-  }
-
-  /// What spreadsheets and 'list' make of the first line.
-  static std::string whyNot(const std::vector<std::vector<CsvCell>>& rows) {
-    if (rows.empty()) return "";
-    if (rows.front().size() > 2) return " Keep only these two columns.";
-    const bool semicolon = rows.front().front().text.find(';') != std::string::npos;
-    return semicolon ? " Commas, not semicolons, separate the cells." : "";
-  }
-
   void addError(TextPosition at, std::string message) {
     errors_.push_back({at, std::move(message)});
   }
@@ -80,10 +60,7 @@ class CsvAssignments {
     const auto configuration = configurationIn(row[1]);
     if (workstation == nullptr || !configuration) return;
     const auto [earlier, isNew] = lines_.try_emplace(workstation, row[0].at.line);
-    if (!isNew) {
-      return addError(row[0].at, "The workstation '" + trimmed(row[0]) + "' stands in line " +
-                                     std::to_string(earlier->second) + " already.");
-    }
+    if (!isNew) return addError(row[0].at, namedTwice(trimmed(row[0]), earlier->second));
     maker.assign(*workstation, assignmentOf(*configuration));
   }
 

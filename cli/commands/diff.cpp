@@ -84,7 +84,7 @@ class Diff : public Command {
   }
 
   static Site siteOf(const Context& context, const std::string& word) {
-    if (isFolder(word)) return readSiteFolder(word);
+    if (isFolder(word)) return readSiteFolder(word).site;
     ConnectionOptions options;
     options.settingsFile = context.connection.settingsFile;
     options.timeout = context.connection.timeout;

@@ -1,9 +1,11 @@
+#include <unordered_map>
 
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
 #include "cli/commands/change.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/site_names.h"
+#include "cli/formats/assignments_csv.h"
 #include "cli/formats/site_folder.h"
 #include "support/text.h"
 
@@ -18,14 +20,17 @@ class Merge {
   Merge(const Site& site, OnConflict onConflict)
       : site_(site), names_(site), maker_(site), onConflict_(onConflict) {}
 
-  Plan plan(const Site& folder) {
-    for (const auto& record : folder.configurations) {
+  Plan plan(const SiteFolder& folder) {
+    for (const auto& record : folder.site.configurations) {
       const Site::Configuration stored = site_.find(record->configID);
       const bool differs = stored && digestOf(*stored) != digestOf(*record);
       if (differs && !mayReplace("Configuration " + std::to_string(record->configID))) continue;
       maker_.store(stored, record);
     }
-    for (const SiteWorkstation& workstation : folder.workstations) addAssignment(workstation);
+    for (std::size_t i = 0; i < folder.lines.size(); ++i) {
+      addAssignment(folder.site.workstations[i], folder.lines[i]);
+    }
+    if (!errors_.empty()) throw Failure(ExitCode::Usage, "Nothing was changed." + errors_);
     if (!conflicts_.empty()) {
       throw Failure(ExitCode::Conflict,
                     "The site has other rows than the folder. Nothing was changed. Use "
@@ -41,7 +46,11 @@ class Merge {
     return onConflict_ == OnConflict::Update;
   }
 
-  void addAssignment(const SiteWorkstation& workstation) {
+  void addError(std::size_t line, const std::string& message) {
+    errors_ += "\n" + std::string(kAssignmentsFile) + ":" + std::to_string(line) + ": " + message;
+  }
+
+  void addAssignment(const SiteWorkstation& workstation, std::size_t line) {
     const std::string name = toUtf8(workstation.name);
     const SiteWorkstation* const stored = names_.workstation(name);
     if (stored == nullptr) {
@@ -53,10 +62,16 @@ class Merge {
       }
       return;
     }
+    const auto [earlier, isNew] = lines_.try_emplace(stored, line);
+    if (!isNew) return addError(line, namedTwice(name, earlier->second));
+    if (stored->assigned == workstation.assigned) return;
+    if (!workstation.configID) {
+      return addError(line,
+                      "'" + toUtf8(*workstation.assigned) + "' is no number of a configuration.");
+    }
+    if (stored->configID == workstation.configID) return;
     const bool isFree = stored->configID == std::int16_t{0};
-    const bool same = stored->assigned == workstation.assigned ||
-                      (stored->configID && stored->configID == workstation.configID);
-    if (same || (!isFree && !mayReplace("Workstation " + name))) return;
+    if (!isFree && !mayReplace("Workstation " + name)) return;
     maker_.assign(*stored, workstation.assigned);
   }
 
@@ -65,6 +80,8 @@ class Merge {
   PlanMaker maker_;
   OnConflict onConflict_;
   std::string conflicts_;
+  std::string errors_;
+  std::unordered_map<const SiteWorkstation*, std::size_t> lines_;
 };
 
 class Import : public Command {
@@ -92,7 +109,7 @@ class Import : public Command {
   }
 
   ExitCode run(Context& context) override {
-    const Site folder = readSiteFolder(directory_);
+    const SiteFolder folder = readSiteFolder(directory_);
     const OnConflict onConflict = onConflict_ == "skip"     ? OnConflict::Skip
                                   : onConflict_ == "update" ? OnConflict::Update
                                                             : OnConflict::Stop;

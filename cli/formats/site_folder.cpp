@@ -7,8 +7,8 @@
 
 #include "cli/base/failure.h"
 #include "cli/base/progress.h"
+#include "cli/formats/assignments_csv.h"
 #include "cli/formats/configuration_text.h"
-#include "cli/formats/csv_reader.h"
 #include "cli/formats/files.h"
 #include "cli/formats/output.h"
 #include "support/text.h"
@@ -18,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kAssignments = "assignments.csv";
 constexpr std::string_view kPrefix = "configuration-", kSuffix = ".txt";
 constexpr std::size_t kDigits = 5;
 
@@ -75,7 +74,7 @@ class FolderReader {
  public:
   explicit FolderReader(const std::string& directory) : directory_(directory) {}
 
-  Site read() {
+  SiteFolder read() {
     const std::vector<std::string> files = configurationFiles(directory_);
     Progress progress("Reading the folder", files.size());
     for (const std::string& name : files) {
@@ -86,9 +85,9 @@ class FolderReader {
     if (!errors_.empty()) {
       throw Failure(ExitCode::Usage, "The folder '" + directory_ + "' cannot be used." + errors_);
     }
-    std::ranges::sort(site_.configurations, {},
+    std::ranges::sort(folder_.site.configurations, {},
                       [](const auto& record) { return record->configID; });
-    return std::move(site_);
+    return std::move(folder_);
   }
 
  private:
@@ -104,18 +103,22 @@ class FolderReader {
     if (!numbers_.insert(text.record.configID).second) {
       return note(name, 0, "another file has the same configID");
     }
-    site_.configurations.push_back(std::make_shared<const clsPACSConfiguration>(text.record));
+    folder_.site.configurations.push_back(
+        std::make_shared<const clsPACSConfiguration>(text.record));
   }
 
   void readAssignments() {
-    const Csv csv = readCsv(readFile(directory_ + "/" + kAssignments));
-    for (const CsvError& error : csv.errors) note(kAssignments, error.at.line, error.message);
-    for (std::size_t i = 0; i < csv.rows.size(); ++i) {
+    const Csv csv = readCsv(readFile(directory_ + "/" + kAssignmentsFile));
+    for (const CsvError& error : csv.errors) note(kAssignmentsFile, error.at.line, error.message);
+    if (const auto error = headerError(csv)) {
+      return note(kAssignmentsFile, error->at.line, error->message);
+    }
+    for (std::size_t i = 1; i < csv.rows.size(); ++i) {
       const std::vector<CsvCell>& row = csv.rows[i];
-      if (row.size() != 2) {
-        note(kAssignments, row.front().at.line, "a line has a workstation and a configuration");
-      } else if (i > 0) {
+      if (row.size() == 2) {
         addWorkstation(row);
+      } else {
+        note(kAssignmentsFile, row.front().at.line, "a line has a workstation and a configuration");
       }
     }
   }
@@ -125,11 +128,12 @@ class FolderReader {
     workstation.name = fromUtf8(row[0].text);
     if (!row[1].text.empty()) workstation.assigned = fromUtf8(row[1].text);
     workstation.configID = configIDIn(workstation.assigned);
-    site_.workstations.push_back(std::move(workstation));
+    folder_.site.workstations.push_back(std::move(workstation));
+    folder_.lines.push_back(row[0].at.line);
   }
 
   const std::string directory_;
-  Site site_;
+  SiteFolder folder_;
   std::set<std::int16_t> numbers_;
   std::string errors_;
 };
@@ -149,9 +153,9 @@ void writeSiteFolder(const Site& site, const std::string& directory) {
   for (const std::string& name : configurationFiles(directory)) {
     if (!written.contains(name)) fs::remove(pathOf(directory) / pathOf(name), error);
   }
-  writeIfChanged(directory, kAssignments, assignmentsText(site));
+  writeIfChanged(directory, kAssignmentsFile, assignmentsText(site));
 }
 
-Site readSiteFolder(const std::string& directory) { return FolderReader(directory).read(); }
+SiteFolder readSiteFolder(const std::string& directory) { return FolderReader(directory).read(); }
 
 }  // namespace tlpacscfg::cli

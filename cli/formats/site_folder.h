@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 #include "site/site.h"
 
@@ -11,7 +13,15 @@ namespace tlpacscfg::cli {
 /// files stay. Throws Failure.
 void writeSiteFolder(const Site& site, const std::string& directory);
 
-/// Throws Failure, which names every error with its file and line.
-Site readSiteFolder(const std::string& directory);
+struct SiteFolder {
+  Site site;
+  std::vector<std::size_t> lines;  ///< Of each workstation in the file of assignments.
+};
+
+inline constexpr const char* kAssignmentsFile = "assignments.csv";
+
+/// Throws Failure, which names every error with its file and line. What a site may hold can be
+/// read, also an assignment that is no number.
+SiteFolder readSiteFolder(const std::string& directory);
 
 }  // namespace tlpacscfg::cli

@@ -183,6 +183,68 @@ class ImportTest(ChangeTest):
         self.change_site("import", self.folder, "--on-conflict", "update")
         self.assertEqual((self.rows(port)[0][0], self.assignments()["READ-01"]), (10000, "1"))
 
+    def write_assignments(self, *lines):
+        text = "".join(line + "\n" for line in lines)
+        (self.folder / "assignments.csv").write_text(text, "utf-8")
+
+    def refuse_assignments(self, *lines):
+        """Lets the import refuse the file in every way, and gives what it says of it."""
+        self.write_assignments(*lines)
+        for action in ("stop", "skip", "update"):
+            outcome = self.refuse(
+                USAGE, "import", self.folder, "--on-conflict", action, says="assignments.csv:"
+            )
+        return outcome.errors.splitlines()[1:]
+
+    def test_refuses_an_assignment_that_is_no_number(self):
+        header = "workstation,configuration"
+        words = ["Broker (old)", "none", "99999", "-99999", "7x"]
+        for word in words:
+            self.assertEqual(
+                self.refuse_assignments(header, "ANNEX-01,7", f"READ-01,{word}"),
+                [f"assignments.csv:3: '{word}' is no number of a configuration."],
+            )
+        # READ-10 has none, and the service reads a text that is no number as none.
+        self.write_assignments(header, "READ-10,none")
+        service = Service(self)
+        outcome = self.change_site(
+            *("import", self.folder),
+            code=USAGE,
+            connection=service.connection,
+            environment=service.environment,
+        )
+        self.assertIn("assignments.csv:2: 'none' is no number", outcome.errors)
+
+    def test_refuses_a_workstation_that_is_there_twice(self):
+        self.assertEqual(
+            self.refuse_assignments(
+                "workstation,configuration", "READ-01,2", "READ-02,x", "", "read-01 ,2"
+            ),
+            [
+                "assignments.csv:3: 'x' is no number of a configuration.",
+                "assignments.csv:5: The workstation 'read-01 ' stands in line 2 already.",
+            ],
+        )
+
+    def test_refuses_assignments_without_their_header(self):
+        expected = "assignments.csv:1: The first line must be 'workstation,configuration'."
+        self.assertEqual(self.refuse_assignments("READ-01,2", "READ-02,2"), [expected])
+        self.assertEqual(self.refuse_assignments(), [expected])
+        self.assertEqual(
+            self.refuse_assignments("workstation;configuration", "READ-01;2"),
+            [expected + " Commas, not semicolons, separate the cells."],
+        )
+
+    def test_keeps_an_assignment_of_the_site_that_is_no_number(self):
+        self.change("UPDATE System_workstation_cfg SET key_value = 'x' WHERE pc_name = 'READ-01'")
+        self.succeed("export", self.folder)
+        before = self.assignments()
+        self.assertEqual(self.change_site("import", self.folder).out, "Nothing changes.\n")
+        self.assertEqual(self.assignments(), before)
+        self.change("UPDATE System_workstation_cfg SET key_value = '1' WHERE pc_name = 'READ-01'")
+        says = "'x' is no number of a configuration."
+        self.refuse(USAGE, "import", self.folder, "--on-conflict", "update", says=says)
+
 
 class EditTest(ChangeTest):
     def editor(self, script):
