@@ -9,35 +9,33 @@
 #include "cli/commands/site_names.h"
 #include "cli/formats/configuration_text.h"
 #include "cli/formats/files.h"
+#include "cli/formats/private_folder.h"
 
 namespace tlpacscfg::cli {
 namespace {
 
-/// In the user's editor. A text that cannot be used stays in its file.
-Site::Configuration edited(const clsPACSConfiguration& record) {
-  const std::filesystem::path file = std::filesystem::temp_directory_path() /
-                                     pathOf("tlpacscfg-" + std::to_string(processId()) + ".txt");
-  writeFile(file, textOf(record));
-  const std::string name = utf8Of(file);
-  const std::string editor =
-      environmentValue("VISUAL").value_or(environmentValue("EDITOR").value_or(""));
-  if (editor.empty()) throw Failure(ExitCode::Usage, "Set EDITOR to the editor to use.");
-  if (runCommandLine(editor + " \"" + name + "\"") != 0) {
-    throw Failure(ExitCode::Usage, "The editor failed. Nothing was changed.");
+/// The command line of the user's editor. Throws Failure.
+std::string chosenEditor() {
+  for (const char* const variable : {"VISUAL", "EDITOR"}) {
+    const std::string editor = environmentValue(variable).value_or("");
+    if (!editor.empty()) return editor;
   }
-  ConfigurationText text = readConfigurationText(readFile(name));
+  throw Failure(ExitCode::Usage, "Set EDITOR to the editor to use.");
+}
+
+/// What the editor left in the file. Throws Failure.
+Site::Configuration recordIn(const std::string& file, const clsPACSConfiguration& before) {
+  ConfigurationText text = readConfigurationText(readFile(file));
   std::string errors;
   for (const TextError& error : text.errors) {
-    errors += "\n" + name + ":" + std::to_string(error.line) + ": " + error.message;
+    errors += "\n" + file + ":" + std::to_string(error.line) + ": " + error.message;
   }
-  if (text.errors.empty() && text.record.configID != record.configID) {
+  if (text.errors.empty() && text.record.configID != before.configID) {
     errors = "\nThe number cannot be changed; 'copy' makes a configuration with a new one.";
   }
   if (!errors.empty()) throw Failure(ExitCode::Usage, "Nothing was changed." + errors);
-  std::error_code ignored;
-  std::filesystem::remove(file, ignored);
-  text.record.LastUpdateUserID = record.LastUpdateUserID;
-  text.record.LastUpdateDate = record.LastUpdateDate;
+  text.record.LastUpdateUserID = before.LastUpdateUserID;
+  text.record.LastUpdateDate = before.LastUpdateDate;
   return std::make_shared<clsPACSConfiguration>(std::move(text.record));
 }
 
@@ -60,20 +58,45 @@ class Edit : public Command {
   }
 
   ExitCode run(Context& context) override {
-    return runChange(context, change_, {.command = "edit"},
-                     [&](const Site& site, const auto&, Change&) {
-                       const auto record = SiteNames(site).require(name_);
-                       PlanMaker maker(site);
-                       maker.store(record, edited(*record));
-                       Plan plan = maker.plan();
-                       requireRules(site, plan);
-                       return plan;
-                     });
+    const std::string editor = chosenEditor();
+    try {
+      const ExitCode code = runChange(context, change_, {.command = "edit"},
+                                      [&](const Site& site, const auto&, Change&) {
+                                        const auto record = SiteNames(site).require(name_);
+                                        PlanMaker maker(site);
+                                        maker.store(record, edited(*record, editor));
+                                        Plan plan = maker.plan();
+                                        requireRules(site, plan);
+                                        return plan;
+                                      });
+      std::error_code ignored;
+      std::filesystem::remove_all(folder_, ignored);
+      return code;
+    } catch (const Failure& failure) {
+      if (file_.empty()) throw;
+      throw Failure(failure.code(),
+                    std::string(failure.what()) + "\nThe edited text is in '" + file_ + "'.");
+    }
   }
 
  private:
+  Site::Configuration edited(const clsPACSConfiguration& record, const std::string& editor) {
+    folder_ = makePrivateFolder();
+    const auto file = folder_ / ("configuration-" + std::to_string(record.configID) + ".txt");
+    writeFile(file, textOf(record));
+    file_ = utf8Of(file);
+    if (runCommandLine(editor + " \"" + file_ + "\"") != 0) {
+      throw Failure(ExitCode::Usage, "The editor failed. Nothing was changed.");
+    }
+    return recordIn(file_, record);
+  }
+
   std::string name_;
   ChangeOptions change_;
+  /// For the text alone, as editors write backups beside it.
+  std::filesystem::path folder_;
+  /// The text, once it is there to be edited.
+  std::string file_;
 };
 
 }  // namespace

@@ -2,7 +2,7 @@
 import stat
 
 from change_test import CONFIGURATIONS, ChangeTest
-from harness import CONFLICT, DIFFERENCES, USAGE, Service
+from harness import CONFLICT, DIFFERENCES, REFUSED, USAGE, Service
 
 
 class SetTest(ChangeTest):
@@ -247,11 +247,26 @@ class ImportTest(ChangeTest):
 
 
 class EditTest(ChangeTest):
+    def setUp(self):
+        super().setUp()
+        self.temporary = self.directory / "temporary"
+        self.temporary.mkdir()
+
     def editor(self, script):
         file = self.directory / "editor"
         file.write_text(f"#!/bin/sh\n{script}\n")
         file.chmod(file.stat().st_mode | stat.S_IXUSR)
-        return {"EDITOR": str(file), "VISUAL": str(file), "TMPDIR": str(self.directory)}
+        return {"EDITOR": str(file), "VISUAL": "", "TMPDIR": str(self.temporary)}
+
+    def kept_text(self, outcome):
+        """The text that the program left, of which it says where it is."""
+        [folder] = self.temporary.iterdir()
+        [file] = folder.iterdir()
+        self.assertIn(f"The edited text is in '{file}'.\n", outcome.errors)
+        text = file.read_text("utf-8")
+        file.unlink()
+        folder.rmdir()
+        return text
 
     def test_stores_what_the_editor_leaves(self):
         environment = self.editor("""sed -i 's/^Port = .*/Port = 10009/' "$1" """)
@@ -259,25 +274,47 @@ class EditTest(ChangeTest):
         self.assertEqual(outcome.json()["changes"][0]["after"], "10009")
         port = "SELECT flag6 FROM Interface_PACS_cfg WHERE config_id = 5"
         self.assertEqual(self.rows(port), [(10009,)])
-        self.assertEqual(list(self.directory.glob("tlpacscfg-*")), [])
+        self.assertEqual(list(self.temporary.iterdir()), [])
 
     def test_changes_nothing_where_nothing_was_edited(self):
         outcome = self.change_site("edit", "5", environment=self.editor("true"))
         self.assertEqual(outcome.out, "Nothing changes.\n")
+        self.assertEqual(list(self.temporary.iterdir()), [])
+
+    def test_shows_the_text_to_nobody_else(self):
+        script = """cd "$(dirname "$1")" && stat -c %a . >"$TMPDIR/../mode" && cp "$1" backup"""
+        self.change_site("edit", "5", environment=self.editor(script))
+        self.assertEqual((self.directory / "mode").read_text(), "700\n")
+        self.assertEqual(list(self.temporary.iterdir()), [])
 
     def test_refuses_what_cannot_be_stored_and_keeps_the_text(self):
-        def says(text, script):
-            self.refuse(USAGE, "edit", "5", says=text, environment=self.editor(script))
+        def says(text, old, new, *then):
+            script = f"""sed -i 's/^{old} = .*/{new}/' "$1" """
+            outcome = self.refuse(
+                USAGE, "edit", "5", *then, says=text, environment=self.editor(script)
+            )
+            self.assertIn(f"\n{new}\n", "\n" + self.kept_text(outcome))
 
-        says("The rules do not allow this.", """sed -i 's/^Port = .*/Port = 0/' "$1" """)
-        says("The number cannot be changed", """sed -i 's/^configID = .*/configID = 6/' "$1" """)
-        says("The editor failed.", "false")
-        says(".txt:", """sed -i 's/^Port = .*/Port = x/' "$1" """)
-        self.assertNotEqual(list(self.directory.glob("tlpacscfg-*.txt")), [])
-        outcome = self.change_site(
-            "edit", "5", code=USAGE, environment={"EDITOR": "", "VISUAL": ""}
-        )
-        self.assertIn("Set EDITOR to the editor to use.", outcome.errors)
+        says("The rules do not allow this.", "Port", "Port = 0")
+        says("The number cannot be changed", "configID", "configID = 6")
+        says("configuration-5.txt:23: Port: ", "Port", "Port = x")
+        says("It needs --yes.", "Port", "Port = 10009", "--max-changes", "0")
+
+    def test_keeps_the_text_when_the_editor_or_the_database_fails(self):
+        script = """sed -i 's/^Port = .*/Port = 10009/' "$1"; exit """
+        for status, code, text in ((1, USAGE, "The editor failed."), (0, REFUSED, "not today")):
+            if status == 0:
+                self.refuse_rows("System_offline_db_updates")
+            environment = self.editor(script + str(status))
+            outcome = self.refuse(code, "edit", "5", says=text, environment=environment)
+            self.assertIn("\nPort = 10009\n", self.kept_text(outcome))
+
+    def test_prefers_visual_and_needs_an_editor(self):
+        environment = self.editor("false")
+        self.change_site("edit", "5", environment={**environment, "VISUAL": "true"})
+        nothing = {**environment, "EDITOR": "", "VISUAL": ""}
+        self.refuse(USAGE, "edit", "5", environment=nothing, says="Set EDITOR to the editor to use.")
+        self.assertEqual(list(self.temporary.iterdir()), [])
 
 
 class ServiceTest(ChangeTest):

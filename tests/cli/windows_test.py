@@ -1,4 +1,5 @@
 """The program for Windows."""
+import re
 import shutil
 import socket
 import subprocess
@@ -27,6 +28,23 @@ class WindowsTest(CliTest):
         )
         # Wine's own driver manager gives no reason.
         self.assertRegex(outcome.errors, "Data source|HY000: The ODBC driver gave no reason")
+
+    def test_edit_keeps_a_text_that_is_not_stored(self):
+        shutil.copy(self.database, f"{self.directory.parent}/site.db")
+        edit = ["edit", "5", "--journal", "Z:" + str(self.directory / "journal")]
+        options = {"connection": ["--dsn", "TlTestSite"]}
+        outcome = self.succeed(*edit, environment={"VISUAL": "type"}, **options)
+        self.assertTrue(outcome.out.startswith("configID = 5\nPACSType = "), outcome.out)
+        self.assertTrue(outcome.out.endswith("Nothing changes.\n"), outcome.out)
+        outcome = self.fail_with(
+            USAGE, *edit, environment={"VISUAL": "exit 1 & rem"}, says="The editor failed.", **options
+        )
+        file = re.search(r"The edited text is in '(.*)'\.", outcome.errors)[1]
+        self.addCleanup(
+            subprocess.run, ["wine", "cmd", "/c", "rd", "/s", "/q", file.rpartition("\\")[0]], check=True
+        )
+        kept = subprocess.run(["wine", "cmd", "/c", "type", file], capture_output=True, check=True)
+        self.assertTrue(kept.stdout.startswith(b"configID = 5"), kept.stdout)
 
     def test_doctor_knows_the_drivers_of_both_kinds_of_programs(self):
         key = r"HKLM\SOFTWARE\ODBC\ODBC.INI\ODBC Data Sources"
