@@ -1,10 +1,21 @@
 #pragma once
 
+#include <limits>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace tlpacscfg::cli {
+
+/// Where a number goes, and which are allowed.
+struct Number {
+  int* target;
+  int min;
+  int max = std::numeric_limits<int>::max();
+
+  /// Why the text is not such a number; empty when it is one.
+  std::string complaintAbout(const std::string& text) const;
+};
 
 /// One line of a command's table of options and arguments. Parsing, help, the manual page and the
 /// completions are made from it.
@@ -15,7 +26,7 @@ struct Option {
   std::string value;
   std::string help;
   /// Where the value goes; it outlives the program's run.
-  std::variant<bool*, int*, std::string*, std::vector<std::string>*> target;
+  std::variant<bool*, Number, std::string*, std::vector<std::string>*> target;
   bool required = false;
   /// The values that are allowed; empty when there are others.
   std::vector<std::string> choices = {};

@@ -46,7 +46,7 @@ bool mayBeAtWork(const JournalEntry& entry) {
 }
 
 void requireConsent(const Plan& plan, const ChangeOptions& options) {
-  const bool isMany = plan.changes() > static_cast<std::size_t>(std::max(options.maxChanges, 0));
+  const bool isMany = plan.changes() > static_cast<std::size_t>(options.maxChanges);
   if (options.yes || (!isMany && !plan.deletes())) return;
   const std::string reason = plan.deletes()
                                  ? "This deletes configurations."
@@ -144,7 +144,7 @@ std::vector<Option> applyingOptionsOf(ChangeOptions& options, std::vector<Option
         &options.dryRun},
        {"-y,--yes", "", "Delete, and change more than --max-changes, without asking", &options.yes},
        {"--max-changes", "COUNT", "More changes need --yes; 50 when it is not given",
-        &options.maxChanges}});
+        Number{&options.maxChanges, 0}}});
   return own;
 }
 

@@ -21,22 +21,22 @@ class Copy : public Command {
   }
 
   std::vector<Option> options() override {
-    return optionsOf(change_,
-                     {{.names = "CONFIGURATION",
-                       .value = "",
-                       .help = "Its number or description",
-                       .target = &original_,
-                       .required = true},
-                      {.names = "DESCRIPTION",
-                       .value = "",
-                       .help = "Of the copy",
-                       .target = &description_,
-                       .required = true},
-                      {.names = "VALUE",
-                       .value = "",
-                       .help = "FIELD=VALUE, what is different in the copy",
-                       .target = &values_},
-                      {"--number", "NUMBER", "The next free one when it is not given", &number_}});
+    return optionsOf(change_, {{.names = "CONFIGURATION",
+                                .value = "",
+                                .help = "Its number or description",
+                                .target = &original_,
+                                .required = true},
+                               {.names = "DESCRIPTION",
+                                .value = "",
+                                .help = "Of the copy",
+                                .target = &description_,
+                                .required = true},
+                               {.names = "VALUE",
+                                .value = "",
+                                .help = "FIELD=VALUE, what is different in the copy",
+                                .target = &values_},
+                               {"--number", "NUMBER", "The next free one when it is not given",
+                                Number{&number_, 1, INT16_MAX}}});
   }
 
   ExitCode run(Context& context) override {

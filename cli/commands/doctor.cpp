@@ -113,11 +113,11 @@ class Doctor : public Command {
   }
 
   std::vector<Option> options() override {
-    return {{"--time-limit", "SECONDS", "For all of it; 60 when it is not given", &timeLimit_}};
+    return {{"--time-limit", "SECONDS", "For all of it; 60 when it is not given",
+             Number{&timeLimit_, 1, 86400}}};
   }
 
   ExitCode run(Context& context) override {
-    if (timeLimit_ < 1) throw Failure(ExitCode::Usage, "--time-limit: write a number of seconds.");
     const Symptom settings = examineSettingsFile(context.connection);
     Symptoms symptoms = {settings};
     if (settings.health == Health::Error) {

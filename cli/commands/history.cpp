@@ -41,7 +41,7 @@ class History : public Command {
     return {{.names = "NUMBER",
              .value = "",
              .help = "Show what this change did; all are listed when it is not given",
-             .target = &number_}};
+             .target = Number{&number_, 1}}};
   }
 
   ExitCode run(Context& context) override {

@@ -45,7 +45,7 @@ class Undo : public Command {
                                 .value = "",
                                 .help = "Of the change, as 'history' lists it; the last one when "
                                         "it is not given",
-                                .target = &number_}});
+                                .target = Number{&number_, 1}}});
   }
 
   ExitCode run(Context& context) override {

@@ -1,5 +1,7 @@
 #include "cli/connection/connection_options.h"
 
+#include <cstdint>
+
 namespace tlpacscfg::cli {
 
 std::vector<Option> optionsOf(ConnectionOptions& options) {
@@ -17,7 +19,7 @@ std::vector<Option> optionsOf(ConnectionOptions& options) {
       {"--plain-http", "", "Reach a service on this computer without TLS", &options.plainHttp},
       {"--request-bytes", "BYTES",
        "The largest request that the service takes; 1048576 when it is not given",
-       &options.requestBytes},
+       Number{&options.requestBytes, 1024, 1 << 30}},
       {"--site", "NAME", "A site of the settings file", &options.site},
       {"--settings", "FILE", "The settings file, if it is not the user's own",
        &options.settingsFile},
@@ -30,9 +32,9 @@ std::vector<Option> optionsOf(ConnectionOptions& options) {
       {"--root", "DIR", "The network root directory, with TALORA/PROMPTS in it",
        &options.rootDirectory},
       {"--timeout", "SECONDS", "How long to wait for a connection; 15 when it is not given",
-       &options.timeout},
+       Number{&options.timeout, 1, 3600}},
       {"--user-id", "NUMBER", "Stored as the last user of configurations that change",
-       &options.userId},
+       Number{&options.userId, 0, INT16_MAX}},
       {"--journal", "DIR", "Where changes are recorded, if not at the user's own place",
        &options.journal},
   };

@@ -1,7 +1,6 @@
 #include "cli/connection/settings_file.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 
 #include "cli/formats/files.h"
@@ -28,13 +27,12 @@ void set(const Option& option, const Option& unset, const std::string& value,
     **flag = **flag || value == "yes";
   } else if (auto* const text = std::get_if<std::string*>(&option.target)) {
     if ((*text)->empty()) **text = value;
-  } else if (auto* const number = std::get_if<int*>(&option.target)) {
-    int read = 0;
-    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), read);
-    if (error != std::errc{} || end != value.data() + value.size()) {
-      throw Failure(ExitCode::Usage, place + ": '" + value + "' is not a number.");
+  } else if (auto* const number = std::get_if<Number>(&option.target)) {
+    const std::string complaint = number->complaintAbout(value);
+    if (!complaint.empty()) throw Failure(ExitCode::Usage, place + ": " + complaint);
+    if (*number->target == *std::get_if<Number>(&unset.target)->target) {
+      *number->target = std::stoi(value);
     }
-    if (**number == **std::get_if<int*>(&unset.target)) **number = read;
   }
 }
 

@@ -45,8 +45,11 @@ void add(CLI::App& app, const Option& option, const char* group = nullptr) {
     added = app.add_flag(option.names, **flag, option.help);
   } else if (auto* const text = std::get_if<std::string*>(&option.target)) {
     added = app.add_option(option.names, **text, option.help);
-  } else if (auto* const number = std::get_if<int*>(&option.target)) {
-    added = app.add_option(option.names, **number, option.help);
+  } else if (auto* const number = std::get_if<Number>(&option.target)) {
+    added = app.add_option(option.names, *number->target, option.help)
+                ->check([number = *number](const std::string& given) {
+                  return number.complaintAbout(given);
+                });
   } else {
     added = app.add_option(option.names, **std::get_if<std::vector<std::string>*>(&option.target),
                            option.help);

@@ -190,7 +190,9 @@ class SettingsFileTest(CliTest):
         says("There is no site 'man' in", "[main]\n", site="man")
         says("Did you mean 'main'?", "[main]\n", site="man")
         says("sites.ini:2: 'sqlit' is not a setting. Did you mean 'sqlite'?", "[main]\nsqlit = x\n")
-        says("sites.ini:2: 'x' is not a number.", "[main]\ntimeout = x\n")
+        says("sites.ini:2: 'x' is not a number from 1 to 3600.", "[main]\ntimeout = x\n")
+        says("sites.ini:2: '-1' is not a number from 1", "[main]\ntimeout = -1\n")
+        says("sites.ini:2: '70000' is not a number from 0 to 32767.", "[main]\nuser-id = 70000\n")
         says("sites.ini:2: write yes or no.", "[main]\nplain-http = 1\n")
         self.file.unlink()
         self.fail_with(

@@ -139,7 +139,7 @@ class DoctorTest(CliTest):
         (server.path.parent / "server-script.json").write_text('{"login": "stall"}')
         found = self.examine("--time-limit", "1", code=NO_CONNECTION, **options)
         self.assertEqual(found["connection"], ("error", "no answer within the time limit of 1 s"))
-        self.fail_with(USAGE, "doctor", "--time-limit", "0", says="write a number of seconds")
+        self.fail_with(USAGE, "doctor", "--time-limit", "0", says="--time-limit: '0' is not a number from 1")
 
     def test_tells_what_it_found_before_the_connection_was_lost(self):
         server = StandIn(self)

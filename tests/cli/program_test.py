@@ -23,6 +23,25 @@ class ProgramTest(CliTest):
         self.fail_with(USAGE, "list", "workstations", "x", says="'list' does not take 'x'")
         self.fail_with(USAGE, "list", "--timeout", "soon", says="--timeout")
 
+    def test_takes_only_numbers_that_it_can_use(self):
+        for option, most, rest in (
+            ("--timeout", "3601", "from 1 to 3600."),
+            ("--user-id", "32768", "from 0 to 32767."),
+            ("--request-bytes", "1073741825", "from 1024 to 1073741824."),
+        ):
+            for number in (most, "-1", "4294967297", "1.5", "1x"):
+                self.fail_with(
+                    USAGE,
+                    *("list", f"{option}={number}"),
+                    says=f"{option}: '{number}' is not a number {rest}",
+                )
+        self.fail_with(
+            USAGE,
+            *("assign", "none", "*", "--max-changes", "-1"),
+            says="--max-changes: '-1' is not a number of at least 0.",
+        )
+        self.fail_with(USAGE, "undo", "0", says="NUMBER: '0' is not a number of at least 1.")
+
     def test_prints_its_version(self):
         self.assertRegex(self.succeed("--version", connection=[]).out, r"^\d+\.\d+\.\d+\n$")
 

@@ -82,7 +82,7 @@ class CopyTest(ChangeTest):
             USAGE, "copy", "1", "New", "--number", "7", says="There is a configuration 7."
         )
         self.refuse(
-            USAGE, "copy", "1", "New", "--number", "32768", says="32768 is no number of a"
+            USAGE, "copy", "1", "New", "--number", "32768", says="'32768' is not a number from 1 to 32767."
         )
         self.refuse(USAGE, "copy", "1", "O'Neil Clinic", says="The rules do not allow this.")
         self.refuse(USAGE, "copy", "1", "New", "x", says="'x' is no FIELD=VALUE.")
