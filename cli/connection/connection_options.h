@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,9 @@ struct ConnectionOptions {
   int userId = 0;
   /// The directory for the record of changes; empty for the user's own.
   std::string journal;
+
+  /// The options that have their values: "--timeout". The settings of the site set the others.
+  std::set<std::string> given;
 };
 
 /// The lines of the option table that fill it.

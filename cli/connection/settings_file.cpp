@@ -17,22 +17,18 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
-/// Unless the command line gave it: then it differs from `unset`, the same option with its default.
-void set(const Option& option, const Option& unset, const std::string& value,
-         const std::string& place) {
+void set(const Option& option, const std::string& value, const std::string& place) {
   if (auto* const flag = std::get_if<bool*>(&option.target)) {
     if (value != "yes" && value != "no") {
       throw Failure(ExitCode::Usage, place + ": write yes or no.");
     }
-    **flag = **flag || value == "yes";
+    **flag = value == "yes";
   } else if (auto* const text = std::get_if<std::string*>(&option.target)) {
-    if ((*text)->empty()) **text = value;
+    **text = value;
   } else if (auto* const number = std::get_if<Number>(&option.target)) {
     const std::string complaint = number->complaintAbout(value);
     if (!complaint.empty()) throw Failure(ExitCode::Usage, place + ": " + complaint);
-    if (*number->target == *std::get_if<Number>(&unset.target)->target) {
-      *number->target = std::stoi(value);
-    }
+    *number->target = std::stoi(value);
   }
 }
 
@@ -79,8 +75,7 @@ ConnectionOptions withSiteSettings(ConnectionOptions options) {
   const std::string content = readFile(file);
   const std::vector<Option> table = optionsOf(options);
   const std::vector<std::string> names = settingNames(table);
-  ConnectionOptions defaults;
-  const std::vector<Option> unset = optionsOf(defaults);
+  if (options.passwordFromInput) options.given.insert("--password-file");
   std::vector<std::string> sites;
   bool found = false, inSite = false;
   std::size_t number = 0;
@@ -106,8 +101,8 @@ ConnectionOptions withSiteSettings(ConnectionOptions options) {
       throw unknownSetting(place, name, names);
     }
     const auto option = std::ranges::find(table, "--" + name, &Option::names);
-    set(*option, unset[static_cast<std::size_t>(option - table.begin())],
-        std::string(trimmed(line.substr(equals + 1))), place);
+    if (!options.given.insert(option->names).second) continue;
+    set(*option, std::string(trimmed(line.substr(equals + 1))), place);
   }
   if (!found) {
     throw Failure(ExitCode::Usage, "There is no site '" + options.site + "' in " + file + "." +

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <set>
 
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
@@ -114,6 +115,15 @@ class Parser {
     return chosen.front()->get_name();
   }
 
+  /// The options of the program that the command line gave.
+  std::set<std::string> given(const std::vector<Option>& options) const {
+    std::set<std::string> names;
+    for (const Option& option : options) {
+      if (app_.count(option.names) > 0) names.insert(option.names);
+    }
+    return names;
+  }
+
   std::string helpText(const std::string& command) const {
     // The library's own help of the program is that of the command that was parsed.
     if (!command.empty()) return app_.get_subcommand(command)->help("tlpacscfg");
@@ -177,6 +187,7 @@ ExitCode runReported(const Commands& commands, const std::vector<std::string>& a
   context.helpText = [&](const std::string& command) { return parser.helpText(command); };
   const std::string name = parser.parse(arguments);
   if (name.empty()) return ExitCode::Done;
+  context.connection.given = parser.given(connection);
   if (errorsAreTerminal() && !context.output.json && !context.output.csv) Progress::allow();
   const auto command = std::ranges::find_if(
       commands, [&](const auto& candidate) { return candidate->help().name == name; });

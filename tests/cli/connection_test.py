@@ -3,6 +3,7 @@ import shutil
 
 from harness import (
     DEMO,
+    DONE,
     NO_CONNECTION,
     PASSWORD,
     REFUSED,
@@ -143,6 +144,17 @@ class PasswordTest(CliTest):
         self.succeed("list", environment=self.server.environment, **listed)
         self.assertEqual(self.logins(), [PASSWORD] * 3)
 
+    def test_comes_from_standard_input_rather_than_from_the_file_of_the_settings(self):
+        file = self.directory / "password"
+        file.write_text("old")
+        settings = self.directory / "sites.ini"
+        settings.write_text(f"[main]\npassword-file = {file}\n")
+        chosen = ["--site", "main", "--settings", str(settings), *self.server.connection]
+        options = {"connection": chosen, "environment": self.port}
+        self.succeed("list", "--password-stdin", input=PASSWORD + "\n", **options)
+        self.succeed("list", **options)
+        self.assertEqual(self.logins(), [PASSWORD, "old"])
+
     def test_is_not_asked_for_without_a_terminal(self):
         self.fail_with(
             USAGE,
@@ -181,6 +193,35 @@ class SettingsFileTest(CliTest):
     def test_gives_way_to_the_command_line(self):
         self.file.write_text("[main]\nsqlite = missing.db\n")
         self.succeed("list", "--site", "main")
+
+    def test_gives_way_to_a_number_that_is_the_default(self):
+        self.file.write_text("[main]\nuser-id = 7\n")
+        for option, user in (([], 7), (["--user-id", "0"], 0)):
+            port = f"Port={10001 + user}"
+            outcome = self.run_program("set", "5", port, "--site", "main", *option)
+            self.assertEqual(outcome.code, DONE, outcome.errors)
+            stored = self.rows("SELECT last_user_id FROM Interface_PACS_cfg WHERE config_id = 5")
+            self.assertEqual(stored, [(user,)])
+        self.file.write_text("[main]\nrequest-bytes = 1024\n")
+        service = Service(self)
+        options = {
+            "connection": ["--site", "main", *service.connection],
+            "environment": service.environment,
+        }
+        assign = ["assign", "7", "*", "--yes"]
+        self.fail_with(USAGE, *assign, says="where it takes 1024", **options)
+        outcome = self.run_program(*assign, "--request-bytes", 1048576, **options)
+        self.assertEqual(outcome.code, DONE, outcome.errors)
+
+    def test_gives_way_to_a_flag_of_the_command_line(self):
+        self.file.write_text("[main]\nplain-http = yes\n")
+        service = Service(self)
+        options = {
+            "connection": ["--site", "main", *service.connection],
+            "environment": service.environment,
+        }
+        self.fail_with(NO_CONNECTION, "list", says="", **options)
+        self.succeed("list", "--plain-http=false", **options)
 
     def test_is_checked(self):
         def says(text, content, site="main"):
