@@ -85,10 +85,17 @@ class Diff : public Command {
 
   static Site siteOf(const Context& context, const std::string& word) {
     if (isFolder(word)) return readSiteFolder(word).site;
+    // The settings say where the site is; how to get there, the command line may.
+    const ConnectionOptions& given = context.connection;
     ConnectionOptions options;
-    options.settingsFile = context.connection.settingsFile;
-    options.timeout = context.connection.timeout;
     options.site = word.substr(kSitePrefix.size());
+    options.settingsFile = given.settingsFile;
+    options.timeout = given.timeout;
+    options.passwordFile = given.passwordFile;
+    options.passwordFromInput = given.passwordFromInput;
+    for (const char* const name : {"--timeout", "--password-file"}) {
+      if (given.given.contains(name)) options.given.insert(name);
+    }
     Site site = onSite(options, loadSite);
     if (reportUnreadable(site)) {
       throw Failure(ExitCode::Findings, "The site '" + options.site + "' cannot be compared.");

@@ -1,5 +1,5 @@
 """find, where-used, diff and export."""
-from harness import DIFFERENCES, DONE, FINDINGS, USAGE, CliTest, StandIn
+from harness import DIFFERENCES, DONE, FINDINGS, PASSWORD, USAGE, CliTest, StandIn
 
 HARD_TEXTS = [
     "",
@@ -153,6 +153,29 @@ class DiffTest(FolderTest):
             self.differences(*compare, **options),
             [["configuration", "1", "PACSType", "McKesson - XML", "Standard - XML"]],
         )
+
+    def test_takes_passwords_from_the_command_line(self):
+        server = StandIn(self)
+        folder = self.export()
+        environment = {"TDSPORT": server.environment["TDSPORT"]}
+        old, new = self.directory / "old-password", self.directory / "password"
+        old.write_text("old")
+        new.write_text(PASSWORD)
+        settings = self.directory / "sites.ini"
+        settings.write_text(
+            "[main]\nserver = 127.0.0.1\ndatabase = Talora\nuser = anna\n"
+            f"password-file = {old}\n"
+        )
+        for sites, options, typed in (
+            ([folder, "site:main"], ["--password-stdin"], f"{PASSWORD}\n"),
+            ([folder, "site:main"], ["--password-file", new], ""),
+            (["site:main", "site:main"], ["--password-stdin"], f"{PASSWORD}\n{PASSWORD}\n"),
+        ):
+            self.differences(
+                *(*sites, "--settings", settings, *options),
+                code=DONE, connection=[], environment=environment, input=typed,
+            )
+        self.assertEqual(server.passwords(), [PASSWORD] * 4)
 
     def test_refuses_a_folder_with_every_error_in_it(self):
         folder = self.export()

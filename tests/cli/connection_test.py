@@ -126,13 +126,6 @@ class PasswordTest(CliTest):
         self.server = StandIn(self)
         self.port = {"TDSPORT": self.server.environment["TDSPORT"]}
 
-    def logins(self):
-        import json
-
-        record = self.directory / "server/server-record.jsonl"
-        events = [json.loads(line) for line in record.read_text("utf-8").splitlines()]
-        return [event["login"]["password"] for event in events if "login" in event]
-
     def test_comes_from_a_file_from_standard_input_or_from_the_environment(self):
         file = self.directory / "password"
         file.write_bytes(PASSWORD.encode("utf-8") + b"\r\nsecond line\n")
@@ -142,7 +135,7 @@ class PasswordTest(CliTest):
             "list", "--password-stdin", input=PASSWORD + "\n", environment=self.port, **listed
         )
         self.succeed("list", environment=self.server.environment, **listed)
-        self.assertEqual(self.logins(), [PASSWORD] * 3)
+        self.assertEqual(self.server.passwords(), [PASSWORD] * 3)
 
     def test_comes_from_standard_input_rather_than_from_the_file_of_the_settings(self):
         file = self.directory / "password"
@@ -153,7 +146,7 @@ class PasswordTest(CliTest):
         options = {"connection": chosen, "environment": self.port}
         self.succeed("list", "--password-stdin", input=PASSWORD + "\n", **options)
         self.succeed("list", **options)
-        self.assertEqual(self.logins(), [PASSWORD, "old"])
+        self.assertEqual(self.server.passwords(), [PASSWORD, "old"])
 
     def test_is_not_asked_for_without_a_terminal(self):
         self.fail_with(

@@ -149,6 +149,13 @@ class StandIn:
         self.environment = {"TDSPORT": str(self.site.port), "TLPACSCFG_PASSWORD": PASSWORD}
         self.connection = ["--server", "127.0.0.1", "--database", "Talora", "--user", "anna"]
 
+    def passwords(self):
+        """Those of all logins."""
+        record = self.path.parent / "server-record.jsonl"
+        lines = record.read_text("utf-8").splitlines() if record.exists() else []
+        events = [json.loads(line) for line in lines]
+        return [event["login"]["password"] for event in events if "login" in event]
+
 
 class Service:
     """The remote data service, with the test's SQLite site or with the stand-in for SQL Server."""

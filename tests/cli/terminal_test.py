@@ -1,6 +1,5 @@
 """On a terminal: what is asked, and colours."""
 import fcntl
-import json
 import os
 import pty
 import re
@@ -120,35 +119,29 @@ class PasswordTest(TerminalTest):
             "environment": {"TDSPORT": self.server.environment["TDSPORT"]},
         }
 
-    def logins(self):
-        record = self.directory / "server/server-record.jsonl"
-        lines = record.read_text("utf-8").splitlines() if record.exists() else []
-        events = [json.loads(line) for line in lines]
-        return [event["login"]["password"] for event in events if "login" in event]
-
     def test_is_asked_for_and_not_shown(self):
         code, shown, echoes = self.on_terminal("list", typed=PASSWORD + "\n", **self.options)
         self.assertEqual(code, DONE, shown)
         self.assertTrue(shown.startswith("The password of the server: \n"), shown)
         self.assertNotIn(PASSWORD, shown)
-        self.assertEqual(self.logins(), [PASSWORD])
+        self.assertEqual(self.server.passwords(), [PASSWORD])
         self.assertTrue(echoes)
 
     def test_the_time_of_doctor_begins_after_it(self):
         code, shown, _ = self.on_terminal("doctor", typed=PASSWORD + "\n", **self.options)
         self.assertEqual(code, DONE, shown)
-        self.assertEqual(self.logins(), [PASSWORD])
+        self.assertEqual(self.server.passwords(), [PASSWORD])
 
     def test_there_is_none_at_the_end_of_the_input(self):
         code, shown, echoes = self.on_terminal("list", typed="\x04", **self.options)
         self.assertEqual(code, USAGE)
         self.assertIn("There is no password of the server.", shown)
-        self.assertEqual((self.logins(), echoes), ([], True))
+        self.assertEqual((self.server.passwords(), echoes), ([], True))
 
     def test_an_interruption_leaves_a_terminal_that_shows_what_is_typed(self):
         code, _, echoes = self.on_terminal("list", typed="secret\x03", **self.options)
         self.assertEqual((code, echoes), (-signal.SIGINT, True))
-        self.assertEqual(self.logins(), [])
+        self.assertEqual(self.server.passwords(), [])
 
 
 class ColourTest(TerminalTest):
