@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "cli/base/failure.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/selection.h"
 #include "cli/commands/site_names.h"
@@ -42,6 +43,7 @@ class List : public Command {
   }
 
   ExitCode run(Context& context) override {
+    requireFittingFilters();
     const Site site = onSite(context.connection, loadSite);
     write(kind_ == "workstations" ? workstations(site) : configurations(site), context.output,
           "Nothing is listed.");
@@ -49,6 +51,14 @@ class List : public Command {
   }
 
  private:
+  void requireFittingFilters() const {
+    const bool ofWorkstations = kind_ == "workstations";
+    if (ofWorkstations ? where_.empty() : configuration_.empty()) return;
+    throw Failure(ExitCode::Usage, ofWorkstations
+                                       ? "--where is for configurations, not for workstations."
+                                       : "--configuration is for 'list workstations'.");
+  }
+
   bool hasName(std::wstring_view text) const {
     return name_.empty() || fits(text, fromUtf8(name_));
   }

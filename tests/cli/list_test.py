@@ -61,6 +61,13 @@ class ListTest(CliTest):
         self.assertEqual(numbers("Vendor Format=COM - Broker Extended"), [4])
         self.assertEqual(numbers("RequestFileName=c:\\*", "BiDirectional=yes"), [7, 12])
 
+    def test_refuses_a_filter_of_the_other_kind(self):
+        def says(text, *arguments):
+            self.fail_with(USAGE, "list", *arguments, says=text)
+
+        says("--where is for configurations", "workstations", "--where", "PACSType=COM - Broker")
+        says("--configuration is for 'list workstations'.", "--configuration", "none")
+
     def test_suggests_the_right_field_value_and_configuration(self):
         def says(text, *arguments):
             self.fail_with(USAGE, "list", *arguments, says=text)
