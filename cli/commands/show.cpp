@@ -74,14 +74,26 @@ class Show : public Command {
   static Site::Configuration configurationOf(const Site& site, const std::string& name) {
     const SiteNames names(site);
     if (auto record = names.find(name)) return record;
+    names.requireReadable(name);
     const SiteWorkstation* const workstation = names.workstation(name);
     if (workstation == nullptr) {
+      reportUnreadable(site);
       throw Failure(ExitCode::Usage,
                     "There is no configuration and no workstation '" + name + "'.");
     }
-    auto record = workstation->configID ? site.find(*workstation->configID) : nullptr;
-    if (record) return record;
-    throw Failure(ExitCode::Usage, "The workstation '" + name + "' has no configuration.");
+    if (!workstation->configID) {
+      throw Failure(ExitCode::Usage, "The workstation '" + name + "' has '" +
+                                         toUtf8(*workstation->assigned) +
+                                         "', which is not a number of a configuration.");
+    }
+    const std::int16_t configID = *workstation->configID;
+    if (configID == 0) {
+      throw Failure(ExitCode::Usage, "The workstation '" + name + "' has no configuration.");
+    }
+    if (auto record = site.find(configID)) return record;
+    names.requireReadable(std::to_string(configID));
+    throw Failure(ExitCode::Usage, "The workstation '" + name + "' has the configuration " +
+                                       std::to_string(configID) + ", which does not exist.");
   }
 
   static std::string withoutCarriageReturns(std::string text) {

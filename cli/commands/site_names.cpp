@@ -30,11 +30,16 @@ const SiteWorkstation* SiteNames::workstation(const std::string& name) const {
   return found == workstations_.end() ? nullptr : found->second;
 }
 
+const std::vector<Site::Configuration>* SiteNames::described(std::wstring_view description) const {
+  const auto found = configurations_.find(keyOf(description));
+  return found == configurations_.end() ? nullptr : &found->second;
+}
+
 std::vector<Site::Configuration> SiteNames::configurations(const std::string& word) const {
   const std::wstring wanted = fromUtf8(word);
   if (!IsAllDigits(wanted)) {
-    const auto found = configurations_.find(keyOf(wanted));
-    return found == configurations_.end() ? std::vector<Site::Configuration>() : found->second;
+    const auto* const found = described(wanted);
+    return found != nullptr ? *found : std::vector<Site::Configuration>();
   }
   // No larger number is one of a configuration.
   constexpr std::size_t kMaxDigits = 9;
@@ -52,8 +57,17 @@ Site::Configuration SiteNames::find(const std::string& word) const {
                                      std::to_string(found[1]->configID) + ". Use the number.");
 }
 
+void SiteNames::requireReadable(const std::string& word) const {
+  for (const UnreadableConfiguration& row : site_.unreadable) {
+    if (!configIDIn(row.configID) || !isSameAssignment(row.configID, fromUtf8(word))) continue;
+    throw Failure(ExitCode::Findings, "Configuration " + toUtf8(row.configID) +
+                                          " cannot be read: " + toUtf8(row.error.description()));
+  }
+}
+
 Site::Configuration SiteNames::require(const std::string& word) const {
   if (auto found = find(word)) return found;
+  requireReadable(word);
   throw Failure(ExitCode::Usage,
                 "There is no configuration '" + word + "'." + suggestConfiguration(word));
 }

@@ -17,10 +17,14 @@ class SiteNames {
   /// Null when there is none.
   const SiteWorkstation* workstation(const std::string& name) const;
 
+  /// Those with the description; null when there is none.
+  const std::vector<Site::Configuration>* described(std::wstring_view description) const;
   /// Several when they have the description.
   std::vector<Site::Configuration> configurations(const std::string& word) const;
   /// Null when there is none. Throws Failure when there are several.
   Site::Configuration find(const std::string& word) const;
+  /// Throws Failure for the number of a configuration that cannot be read.
+  void requireReadable(const std::string& word) const;
   /// Throws Failure unless there is one.
   Site::Configuration require(const std::string& word) const;
 

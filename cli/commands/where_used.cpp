@@ -31,13 +31,16 @@ class WhereUsed : public Command {
     const Site site = onSite(context.connection, loadSite);
     const SiteNames names(site);
     const auto record = names.find(configuration_);
+    const std::wstring assigned = record ? decimal(record->configID) : fromUtf8(configuration_);
     std::vector<const SiteWorkstation*> users;
     for (const SiteWorkstation& workstation : site.workstations) {
-      const bool uses = record ? workstation.configID == record->configID
-                               : workstation.assigned == fromUtf8(configuration_);
-      if (uses) users.push_back(&workstation);
+      if (isSameAssignment(workstation.assigned, assigned)) users.push_back(&workstation);
     }
-    if (!record && users.empty()) names.require(configuration_);
+    if (!record && users.empty()) {
+      names.requireReadable(configuration_);
+      reportUnreadable(site);
+      names.require(configuration_);
+    }
     write(listingOf(site, users), context.output, "No workstation uses it.");
     return ExitCode::Done;
   }

@@ -42,9 +42,24 @@ class WhereUsedTest(CliTest):
 
     def test_knows_a_configuration_that_is_gone_but_still_assigned(self):
         self.assertIn("ANNEX-02", self.succeed("where-used", "11").out)
+        for stored in (" 11", "011"):
+            self.change(
+                "UPDATE System_workstation_cfg SET key_value = ? WHERE pc_name = 'ANNEX-02'", stored
+            )
+            self.assertIn("ANNEX-02", self.succeed("where-used", "11").out)
+            self.assertIn("ANNEX-02", self.succeed("where-used", "0011").out)
 
     def test_refuses_what_neither_exists_nor_is_used(self):
         self.fail_with(USAGE, "where-used", "13", says="There is no configuration '13'.")
+
+    def test_says_what_cannot_be_read(self):
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 3")
+        self.assertIn("READ-09", self.succeed("where-used", "3").out)
+        self.fail_with(
+            USAGE, "where-used", "Broker (old)", says="configuration 3 cannot be read: Type mismatch"
+        )
+        self.change("DELETE FROM System_workstation_cfg WHERE key_value = '3'")
+        self.fail_with(FINDINGS, "where-used", "3", says=": Configuration 3 cannot be read: Type")
 
     def test_says_that_nothing_uses_it(self):
         self.change("DELETE FROM System_workstation_cfg WHERE key_value = '3'")

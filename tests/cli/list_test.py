@@ -119,6 +119,23 @@ class ShowTest(CliTest):
     def test_refuses_what_is_not_there(self):
         self.fail_with(USAGE, "show", "99", says="no configuration and no workstation '99'")
         self.fail_with(USAGE, "show", "40000", says="no configuration and no workstation '40000'")
-        self.fail_with(USAGE, "show", "annex-02", says="'annex-02' has no configuration")
+        self.fail_with(
+            USAGE,
+            *("show", "annex-02"),
+            says="'annex-02' has the configuration 11, which does not exist.",
+        )
+        self.fail_with(USAGE, "show", "annex-03", says="'annex-03' has no configuration.")
+        self.change("UPDATE System_workstation_cfg SET key_value = 'x' WHERE pc_name = 'READ-01'")
+        self.fail_with(
+            USAGE, "show", "READ-01", says="'READ-01' has 'x', which is not a number of a"
+        )
         self.change("UPDATE Interface_PACS_cfg SET description = 'Same' WHERE config_id IN (3, 4)")
         self.fail_with(USAGE, "show", "same", says="for example 3 and 4. Use the number.")
+
+    def test_says_what_cannot_be_read(self):
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 2")
+        self.change("UPDATE System_workstation_cfg SET key_value = '2' WHERE pc_name = 'READ-01'")
+        for name in ("2", "02", "READ-01"):
+            self.fail_with(FINDINGS, "show", name, says=": Configuration 2 cannot be read: Type")
+        outcome = self.fail_with(USAGE, "show", "CT", says="configuration 2 cannot be read: Type")
+        self.assertIn("There is no configuration and no workstation 'CT'.", outcome.errors)
