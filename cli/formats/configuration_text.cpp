@@ -41,7 +41,6 @@ bool mayBeMissing(const Column& column) { return column.onUpdate != Source::Reco
 class TextReader {
  public:
   ConfigurationText read(std::string_view text) {
-    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
     for (std::size_t line = 1; !text.empty(); ++line) {
       const std::size_t end = std::min(text.find('\n'), text.size());
       readLine(line, trimmed(text.substr(0, end)));

@@ -30,9 +30,7 @@ std::size_t characterLength(std::string_view text) {
 
 class Reader {
  public:
-  explicit Reader(std::string_view text) : text_(text) {
-    if (text_.starts_with("\xEF\xBB\xBF")) at_ = 3;
-  }
+  explicit Reader(std::string_view text) : text_(text) {}
 
   Csv read() {
     while (!atEnd()) readLine();

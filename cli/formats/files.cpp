@@ -21,8 +21,18 @@ std::string utf8Of(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+namespace {
+
+std::string withoutByteOrderMark(std::string content) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (content.starts_with(kByteOrderMark)) content.erase(0, kByteOrderMark.size());
+  return content;
+}
+
+}  // namespace
+
 std::string readFile(const std::string& file) {
-  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
+  if (file == "-") return withoutByteOrderMark({std::istreambuf_iterator<char>(std::cin), {}});
   std::error_code ignored;
   std::ifstream stream(pathOf(file), std::ios::binary);
   if (!stream || std::filesystem::is_directory(pathOf(file), ignored)) {
@@ -32,7 +42,7 @@ std::string readFile(const std::string& file) {
   }
   std::ostringstream content;
   content << stream.rdbuf();
-  return std::move(content).str();
+  return withoutByteOrderMark(std::move(content).str());
 }
 
 void writeFile(const std::filesystem::path& file, std::string_view content, Lasting lasting) {

@@ -12,7 +12,7 @@ namespace tlpacscfg::cli {
 std::filesystem::path pathOf(std::string_view utf8);
 std::string utf8Of(const std::filesystem::path& path);
 
-/// The whole content; "-" reads standard input. Throws Failure.
+/// The whole content without a byte order mark; "-" reads standard input. Throws Failure.
 std::string readFile(const std::string& file);
 
 /// Replaces the file as a whole. Throws Failure with the system's reason.

@@ -183,6 +183,10 @@ class SettingsFileTest(CliTest):
         self.succeed("list", "--site", "main", connection=[])
         self.fail_with(NO_CONNECTION, "list", "--site=annex", connection=[], says="Data source")
 
+    def test_may_begin_with_a_byte_order_mark(self):
+        self.file.write_text(f"[main]\nsqlite = {self.database}\n", encoding="utf-8-sig")
+        self.succeed("list", "--site", "main", connection=[])
+
     def test_gives_way_to_the_command_line(self):
         self.file.write_text("[main]\nsqlite = missing.db\n")
         self.succeed("list", "--site", "main")
