@@ -15,6 +15,8 @@
 #include "cli/connection/site_connection.h"
 #include "cli/formats/output.h"
 #include "cli/program/context.h"
+#include "support/scope_exit.h"
+#include "support/secret.h"
 
 namespace tlpacscfg::cli {
 namespace {
@@ -28,9 +30,10 @@ constexpr const char* kConnecting = "connection";
 /// thread that waits for them cannot be the one that watches the time.
 class Round {
  public:
-  /// Runs every examination. Called by the examining thread.
-  void examine(const ConnectionOptions& options, std::wstring secret) noexcept {
+  /// Runs every examination and wipes the secret. Called by the examining thread.
+  void examine(const ConnectionOptions& options, std::wstring& secret) noexcept {
     try {
+      const ScopeExit wiped([&] { wipe(secret); });
       const SiteConnection connection(options, std::move(secret));
       ExaminedSite site{.options = options};
       for (const Examination& examination : examinations_) finish(examination.run(site));
@@ -127,12 +130,11 @@ class Doctor : public Command {
     const ConnectionOptions options = withSiteSettings(context.connection);
     add(symptoms, examinePasswordFile(options));
     add(symptoms, examineDrivers(options));
-    std::wstring secret = secretOf(options);
+    const auto secret = std::make_shared<std::wstring>(secretOf(options));
     const auto start = steady_clock::now();
     // The examining thread may outlive this function, until the process ends.
     const auto round = std::make_shared<Round>();
-    std::thread thread(
-        [round, options, secret = std::move(secret)] { round->examine(options, secret); });
+    std::thread thread([round, options, secret] { round->examine(options, *secret); });
     const bool inTime = round->waitUntil(start + seconds(timeLimit_));
     ExitCode code = ExitCode::Done;
     add(symptoms, round->symptoms("time limit of " + std::to_string(timeLimit_) + " s"));

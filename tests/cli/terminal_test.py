@@ -19,9 +19,9 @@ class TerminalTest(ChangeTest):
     # Whether the program, or what runs it, edits lines itself; it does when it is ready to read.
     EDITS_LINES = False
 
-    def on_terminal(self, *arguments, prompt="[y/N]", typed="", when_asked=None, streams=STREAMS,
+    def on_terminal(self, *arguments, prompt="[y/N]", typed="", after=0, when_asked=None, streams=STREAMS,
                     **options):
-        """Runs the program on a terminal, where `typed` is typed after the prompt, or `when_asked`
+        """Runs the program on a terminal, where `typed` is typed `after` seconds of the prompt, or `when_asked`
         called. Returns the exit code, what the terminal showed, and whether it would show what is
         typed next."""
         ours, its = pty.openpty()
@@ -38,15 +38,17 @@ class TerminalTest(ChangeTest):
             **{name: its if name in streams else subprocess.DEVNULL for name in self.STREAMS},
         )
         self.addCleanup(process.kill)
-        shown = b""
+        shown, asked = b"", None
         deadline = time.monotonic() + 60
         while not shown.endswith(b"\0"):
             self.assertLess(time.monotonic(), deadline, shown)
             if process.poll() is not None:
                 os.write(its, b"\0")
             elif typed and prompt in self.plain(shown) and self.reads(its):
-                os.write(ours, typed.encode("utf-8"))
-                typed = ""
+                asked = asked or time.monotonic()
+                if time.monotonic() >= asked + after:
+                    os.write(ours, typed.encode("utf-8"))
+                    typed = ""
             elif when_asked and prompt in self.plain(shown):
                 when_asked()
                 when_asked = None
@@ -128,7 +130,9 @@ class PasswordTest(TerminalTest):
         self.assertTrue(echoes)
 
     def test_the_time_of_doctor_begins_after_it(self):
-        code, shown, _ = self.on_terminal("doctor", typed=PASSWORD + "\n", **self.options)
+        code, shown, _ = self.on_terminal(
+            "doctor", "--time-limit", "3", typed=PASSWORD + "\n", after=3.1, **self.options
+        )
         self.assertEqual(code, DONE, shown)
         self.assertEqual(self.server.passwords(), [PASSWORD])
 
