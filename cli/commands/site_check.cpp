@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/base/progress.h"
+#include "cli/commands/site_names.h"
 #include "cli/formats/fields.h"
 #include "config/columns.h"
 #include "config/option_tables.h"
@@ -28,24 +29,13 @@ namespace {
 using Record = clsPACSConfiguration;
 using Findings = std::vector<Finding>;
 
-/// The configurations by name, without blanks around it and in capitals.
-using NamedConfigurations = std::unordered_map<std::wstring, std::vector<Site::Configuration>>;
-
-std::wstring keyOfName(const Record& record) { return upperCase(trimBlanks(record.Description)); }
-
-NamedConfigurations byName(const Site& site) {
-  NamedConfigurations named;
-  for (const auto& record : site.configurations) named[keyOfName(*record)].push_back(record);
-  return named;
-}
-
 /// The checks of one configuration after the other. The window's rules work on a form; one blank
 /// form serves for all.
 class ConfigurationCheck {
  public:
-  ConfigurationCheck(const NamedConfigurations& named,
+  ConfigurationCheck(const SiteNames& names,
                      const std::optional<std::vector<std::wstring>>& xmlFiles, Findings& findings)
-      : named_(named),
+      : names_(names),
         xmlFiles_(xmlFiles),
         blank_(xmlFiles.value_or(std::vector<std::wstring>())),
         findings_(findings) {}
@@ -81,10 +71,10 @@ class ConfigurationCheck {
   /// description looks for.
   std::shared_ptr<colPACSConfiguration> namesake() const {
     auto collection = std::make_shared<colPACSConfiguration>();
-    const auto& named = named_.at(keyOfName(*record_));
+    const auto* const named = names_.described(record_->Description);
     const auto other = std::ranges::find_if(
-        named, [&](const auto& record) { return record->configID != record_->configID; });
-    if (other != named.end()) collection->ColPACSConfigs->add(std::make_shared<Record>(**other));
+        *named, [&](const auto& record) { return record->configID != record_->configID; });
+    if (other != named->end()) collection->ColPACSConfigs->add(std::make_shared<Record>(**other));
     return collection;
   }
 
@@ -143,7 +133,7 @@ class ConfigurationCheck {
     return *std::ranges::find(columns(), binding.field, &Column::field);
   }
 
-  const NamedConfigurations& named_;
+  const SiteNames& names_;
   const std::optional<std::vector<std::wstring>>& xmlFiles_;
   const SettingsForm blank_;
   Findings& findings_;
@@ -158,11 +148,11 @@ void checkConfigurations(const Site& site, const std::optional<std::vector<std::
                         L"", row.error.description() + L" Nobody can load the configurations."});
   }
   const auto& records = site.configurations;
-  const NamedConfigurations named = byName(site);
+  const SiteNames names(site);
   Progress progress("Checking the configurations", records.size());
   const auto findingsFrom = [&](std::size_t first, std::size_t last) {
     Findings found;
-    ConfigurationCheck check(named, xmlFiles, found);
+    ConfigurationCheck check(names, xmlFiles, found);
     for (std::size_t i = first; i < last; ++i) {
       if (i > 0 && records[i - 1]->configID == records[i]->configID) {
         found.push_back({Severity::Error, "duplicate-number", decimal(records[i]->configID),
@@ -271,8 +261,8 @@ std::vector<Finding> findingsAbout(const std::vector<Site::Configuration>& recor
                                    const Site& site,
                                    const std::optional<std::vector<std::wstring>>& xmlFiles) {
   Findings findings;
-  const NamedConfigurations named = byName(site);
-  ConfigurationCheck check(named, xmlFiles, findings);
+  const SiteNames names(site);
+  ConfigurationCheck check(names, xmlFiles, findings);
   for (const auto& record : records) check.check(*record);
   return findings;
 }
