@@ -210,5 +210,24 @@ class DiffTest(FolderTest):
         ):
             self.assertIn(error, outcome.errors)
 
+    def test_compares_workstations_whatever_the_letter_case(self):
+        old = self.export("old")
+        self.change("UPDATE System_pc_names SET pc_name = 'annex-01' WHERE pc_name = 'ANNEX-01'")
+        self.change(
+            "UPDATE System_workstation_cfg SET pc_name = 'annex-01' WHERE pc_name = 'ANNEX-01'"
+        )
+        self.assertEqual(self.differences(old, "site:main", *self.site_file(), code=DONE), [])
+
+    def test_refuses_a_site_that_it_cannot_read_whole(self):
+        folder = self.export()
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 2")
+        outcome = self.fail_with(
+            FINDINGS,
+            *("diff", folder, "site:main", *self.site_file()),
+            says="The site 'main' cannot be compared.",
+        )
+        self.assertIn("configuration 2 cannot be read: Type mismatch", outcome.errors)
+        self.assertEqual(outcome.out, "")
+
     def test_compares_only_what_is_alike(self):
         self.fail_with(USAGE, "diff", "1", self.export(), says="Compare two configurations, or")

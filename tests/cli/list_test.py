@@ -108,6 +108,10 @@ class ShowTest(CliTest):
             self.assertIn(" 6 - O'Neil Clinic\n", self.succeed("show", name).out)
         self.assertIn('7 - Custom map, "Annex" CT\n', self.succeed("show", "annex-01").out)
 
+    def test_separates_several_by_an_empty_line(self):
+        both = self.succeed("show", "6", "annex-01").out
+        self.assertEqual(both, self.succeed("show", "6").out + "\n" + self.succeed("show", "7").out)
+
     def test_gives_every_column_to_programs(self):
         document = self.succeed("show", "2", "5", "--json").json()
         self.assertEqual(document["schema"], "tlpacscfg/records/1")
