@@ -1,6 +1,6 @@
 #include "service/operations.h"
 
-#include "odbc/dialect.h"
+#include "odbc/only_reads.h"
 #include "service/directories.h"
 #include "service/job.h"
 #include "service/json_text.h"
@@ -29,7 +29,7 @@ std::string answerConnect(const Context&, const Request& request) {
 std::string answerQuery(const Context& context, const Request& request) {
   if (context.rights == Rights::ReadAndWrite) return run(StatementKind::Query, context, request);
   // A text could end the transaction that is to be rolled back.
-  if (!onlyReads(request.text("sql"))) throw changesForbidden();
+  if (!onlyReads(request.text("sql"))) throw onlyPlainQueries();
   return run(StatementKind::Read, context, request);
 }
 

@@ -39,6 +39,10 @@ inline Refusal changesForbidden() {
   return {http_status::kForbidden, "The token does not allow changes."};
 }
 
+inline Refusal onlyPlainQueries() {
+  return {http_status::kForbidden, "The token allows only queries that certainly change nothing."};
+}
+
 /// The refusal that a client receives for the exception being handled.
 Refusal refusalOfCurrentException();
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "odbc/access_reader.h"
+#include "odbc/only_reads.h"
 #include "support/scope_exit.h"
 #include "support/secret.h"
 

@@ -67,14 +67,6 @@ std::size_t openOfAssignedSubquery(Tokens tokens, std::size_t word) {
   return first < tokens.size() && tokens[first].isWord(L"SELECT") ? open : 0;
 }
 
-bool isAscii(std::wstring_view text) {
-  return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
-}
-
-bool isFinished(std::wstring_view quoted) {
-  return std::count(quoted.begin(), quoted.end(), L'\'') % 2 == 0;
-}
-
 /// SQLite's driver may get a statement through a conversion that keeps one byte of each UTF-16
 /// unit. The text's bytes, written in hexadecimal, survive it.
 std::wstring inHexadecimal(std::wstring_view quoted) {
@@ -89,7 +81,7 @@ std::wstring inHexadecimal(std::wstring_view quoted) {
 
 void appendInAscii(std::wstring& text, const SqlToken& token) {
   const bool quoted = token.kind == SqlToken::Kind::Text;
-  if (quoted && !isAscii(token.text) && isFinished(token.text)) {
+  if (quoted && !token.isAscii() && token.isFinished()) {
     text += inHexadecimal(token.text);
   } else {
     text += token.text;
@@ -98,7 +90,7 @@ void appendInAscii(std::wstring& text, const SqlToken& token) {
 
 bool needsTranslation(const SqlToken& token) {
   return token.isWord(L"SELECT") || token.isWord(L"GETDATE") ||
-         (token.kind == SqlToken::Kind::Text && !isAscii(token.text));
+         (token.kind == SqlToken::Kind::Text && !token.isAscii());
 }
 
 /// Translates GETDATE(), TOP, `alias = (subquery)` and texts outside ASCII.
@@ -144,19 +136,6 @@ Dialect dialectOf(std::wstring_view dbmsName) {
   if (equalIgnoringCase(dbmsName, L"SQLite")) return Dialect::Sqlite;
   if (equalIgnoringCase(dbmsName, L"MDBTOOLS")) return Dialect::AccessReader;
   return Dialect::SqlServer;
-}
-
-bool onlyReads(std::wstring_view sql) {
-  constexpr const wchar_t* kWriting[] = {L"INTO", L"INSERT",   L"UPDATE", L"DELETE",  L"MERGE",
-                                         L"EXEC", L"CREATE",   L"ALTER",  L"DROP",    L"EXECUTE",
-                                         L"SET",  L"TRUNCATE", L"COMMIT", L"ROLLBACK"};
-  const std::vector<SqlToken> tokens = sqlTokens(sql);
-  const std::size_t first = skipSpace(tokens, 0);
-  return first < tokens.size() && tokens[first].isWord(L"SELECT") &&
-         std::none_of(tokens.begin(), tokens.end(), [&](const SqlToken& token) {
-           return std::any_of(std::begin(kWriting), std::end(kWriting),
-                              [&](const wchar_t* word) { return token.isWord(word); });
-         });
 }
 
 std::vector<std::wstring> statementsFor(Dialect dialect, std::wstring_view sql) {

@@ -17,9 +17,6 @@ enum class Dialect {
 /// By the name that the driver reports for its database management system.
 Dialect dialectOf(std::wstring_view dbmsName);
 
-/// Whether the text is a query that changes nothing, so that it may be executed again.
-bool onlyReads(std::wstring_view sql);
-
 /// The statements of a text, one for each call of the driver.
 std::vector<std::wstring> statementsFor(Dialect dialect, std::wstring_view sql);
 

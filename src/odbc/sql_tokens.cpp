@@ -1,5 +1,7 @@
 #include "odbc/sql_tokens.h"
 
+#include <algorithm>
+
 #include "support/text.h"
 
 namespace tlpacscfg {
@@ -40,6 +42,12 @@ std::size_t endOfRun(std::wstring_view sql, std::size_t start, Predicate belongs
 bool SqlToken::isWord(std::wstring_view word) const {
   return kind == Kind::Word && equalIgnoringCase(text, word);
 }
+
+bool SqlToken::isAscii() const {
+  return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
+}
+
+bool SqlToken::isFinished() const { return std::count(text.begin(), text.end(), kQuote) % 2 == 0; }
 
 std::vector<SqlToken> sqlTokens(std::wstring_view sql) {
   std::vector<SqlToken> tokens;

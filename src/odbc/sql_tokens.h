@@ -15,6 +15,9 @@ struct SqlToken {
 
   bool isSymbol(wchar_t symbol) const { return kind == Kind::Symbol && text[0] == symbol; }
   bool isWord(std::wstring_view word) const;
+  bool isAscii() const;
+  /// Of a quoted text: whether it has its closing quote.
+  bool isFinished() const;
 };
 
 /// Splits a text into words, quoted texts (with their quotes; one without an end goes to the end of

@@ -32,19 +32,6 @@ TEST(DialectTest, SqlServerGetsEveryTextUntouched) {
   }
 }
 
-TEST(DialectTest, OnlyAPlainQueryMayBeExecutedAgain) {
-  for (const std::wstring& sql :
-       {kWorkstationList, loadingStatement(), std::wstring(L" \r\n select 'delete' from t")}) {
-    EXPECT_TRUE(onlyReads(sql)) << toUtf8(sql);
-  }
-  for (const wchar_t* sql :
-       {L"", L"DELETE FROM t", L"WITH c AS (SELECT 1) DELETE FROM c", L"SELECT a INTO b FROM t",
-        L"SELECT 1 delete from t", L"select 1; EXEC p", L"SELECT 1\r\n\r\nINSERT INTO t VALUES(1)",
-        L"SELECT 1; COMMIT"}) {
-    EXPECT_FALSE(onlyReads(sql)) << toUtf8(sql);
-  }
-}
-
 TEST(SqliteDialectTest, TheServersClockIsTheLocalTime) {
   EXPECT_EQ(statementsFor(Dialect::Sqlite, L"SELECT GetDate()"),
             Statements{L"SELECT datetime('now','localtime')"});

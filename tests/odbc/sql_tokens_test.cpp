@@ -58,6 +58,21 @@ TEST(SqlTokensTest, WordsCompareWithoutRegardToCase) {
   EXPECT_FALSE(sqlTokens(L"a")[0].isSymbol(L'a'));
 }
 
+TEST(SqlTokensTest, ATokenOutsideAsciiIsRecognised) {
+  EXPECT_TRUE(sqlTokens(L"az_19\x7F")[0].isAscii());
+  EXPECT_FALSE(sqlTokens(L"a\x80")[0].isAscii());
+  EXPECT_FALSE(sqlTokens(L"'\x3000'")[0].isAscii());
+}
+
+TEST(SqlTokensTest, AFinishedTextHasItsClosingQuote) {
+  for (const wchar_t* text : {L"''", L"'a'", L"''''", L"'O''Brien'"}) {
+    EXPECT_TRUE(sqlTokens(text)[0].isFinished()) << text;
+  }
+  for (const wchar_t* text : {L"'", L"'a", L"'a''", L"'''"}) {
+    EXPECT_FALSE(sqlTokens(text)[0].isFinished()) << text;
+  }
+}
+
 TEST(SqlTokensTest, TheValueOfATextIsWithoutItsQuotes) {
   EXPECT_EQ(sqlTextValue(L"'O''Brien'"), L"O'Brien");
   EXPECT_EQ(sqlTextValue(L"''"), L"");

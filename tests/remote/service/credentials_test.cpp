@@ -168,7 +168,8 @@ TEST_F(CredentialsTest, AQueryWithOneThatMayOnlyReadStoresNothing) {
   const std::string insert = "INSERT INTO System_pc_names VALUES('A', '', 1)";
   for (const std::string& text :
        {insert + " RETURNING pc_name", "SELECT 1\r\n" + insert, "SELECT 1; COMMIT; " + insert,
-        "WITH x AS (SELECT 1) " + insert}) {
+        "WITH x AS (SELECT 1) " + insert, "SELECT 1 --'\n" + insert + "; COMMIT --'",
+        "SELECT 1 /*'*/; " + insert + "; COMMIT --'", "SELECT 1" + insert}) {
     EXPECT_EQ(queryWith(text, kReading), 403) << text;
   }
   EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"0");
