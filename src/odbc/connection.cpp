@@ -22,11 +22,25 @@ void executeDirect(const StatementHandle& statement, std::wstring_view sql) {
   if (code != SQL_NO_DATA) statement.verify(code);
 }
 
+/// Goes to the next result of the statement; false after the last one.
+bool nextResult(const StatementHandle& statement) {
+  const SQLRETURN code = SQLMoreResults(statement.get());
+  if (code == SQL_NO_DATA) return false;
+  statement.verify(code);
+  return true;
+}
+
+/// Executes the text as far as its first result that has columns; false when there is none.
+bool executeToColumns(const StatementHandle& statement, std::wstring_view sql) {
+  executeDirect(statement, sql);
+  while (columnCount(statement) == 0) {
+    if (!nextResult(statement)) return false;
+  }
+  return true;
+}
+
 void drain(const StatementHandle& statement) {
-  for (;;) {
-    const SQLRETURN code = SQLMoreResults(statement.get());
-    if (code == SQL_NO_DATA) return;
-    statement.verify(code);
+  while (nextResult(statement)) {
   }
 }
 
@@ -159,9 +173,9 @@ Table Connection::fetch(std::wstring_view sql, Fetch way) {
   Table table;
   for (const std::wstring& text : statementsFor(dialect_, sql)) {
     const StatementHandle statement = newStatement();
-    const auto execute = [&] { executeDirect(statement, text); };
-    execute();
-    if (columnCount(statement) > 0) {
+    const auto execute = [&] { return executeToColumns(statement, text); };
+    if (!execute()) continue;
+    if (table.columns() == 0) {
       table = way == Fetch::Cells
                   ? fetchCells(statement, limits_.resultCharacters)
                   : fetchBlocks(statement, RowArrays::Supported, execute, limits_.resultCharacters);

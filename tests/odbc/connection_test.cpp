@@ -43,6 +43,14 @@ TEST_F(OdbcConnectionTest, AStatementWithoutAResultGivesNoTable) {
   EXPECT_EQ(connection.query(L"DELETE FROM System_pc_names").columns(), 0U);
 }
 
+TEST_F(OdbcConnectionTest, TheFirstResultThatHasColumnsCounts) {
+  const std::wstring insert = L"INSERT INTO System_pc_names VALUES('A', '', 1)\r\n\r\n";
+  const std::wstring text = insert + L"SELECT 'first', 1\r\n\r\nSELECT 'second'";
+  EXPECT_EQ(cell(connection.query(text), 0, 0), L"first");
+  connection.execute(L"DELETE FROM System_pc_names");
+  EXPECT_EQ(cell(connection.queryOnce(text), 0, 0), L"first");
+}
+
 TEST_F(OdbcConnectionTest, TextsAroundTheWidthOfTheirColumnAreReadCompletely) {
   for (const std::size_t length :
        {0U, 1U, 31U, 32U, 33U, 254U, 255U, 256U, 1000U, 3999U, 4000U, 4001U, 10'000U}) {

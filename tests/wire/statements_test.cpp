@@ -216,6 +216,19 @@ TEST_F(WireStatementTest, ATextThatWritesIsExecutedOnceHoweverLongItsCells) {
               ElementsAre(batch(text), transaction("begin"), batch(text), transaction("commit")));
 }
 
+TEST_F(WireStatementTest, TheFirstResultThatHasColumnsCounts) {
+  storeSite();
+  connect();
+  const std::wstring change = L"UPDATE System_pc_names SET flag2 = 2\r\n\r\n";
+  const std::wstring text = change +
+                            L"SELECT pc_name FROM System_pc_names WHERE flag2 = 1\r\n\r\n"
+                            L"SELECT pc_name, flag2, access_string FROM System_pc_names";
+  EXPECT_EQ(modMain.g_conSql->query(change + change + text).columns(), 1U);
+  EXPECT_EQ(modMain.g_conSql->queryOnce(text).columns(), 1U);
+  EXPECT_EQ(modMain.g_conSql->query(change + change).columns(), 0U);
+  EXPECT_THROW(modMain.g_conSql->query(text + L"\r\n\r\nSELECT a FROM missing"), odbc::Error);
+}
+
 TEST_F(WireStatementTest, AForeignTextThatOnlyReadsIsExecutedOnceWithoutATransaction) {
   const std::wstring text = L"SELECT note FROM t";
   answer(text, {{"note", "nvarchar(max)"}}, {{std::wstring(10'000, L'x')}});
