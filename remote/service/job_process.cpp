@@ -231,6 +231,7 @@ bool isReadable(int descriptor) {
 }  // namespace
 
 std::string JobProcesses::run(const std::string& job) {
+  // The wait for a place counts.
   const auto deadline = Clock::now() + options_.statementSeconds;
   switch (places_.take(deadline, [this] { return isReadable(stopSignal_); })) {
     case Places::Outcome::Taken:

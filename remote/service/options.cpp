@@ -75,7 +75,7 @@ const std::vector<Setting>& settings() {
        seconds(&ServiceOptions::requestSeconds)},
       {"response-seconds", "time for a response to be taken (60)",
        seconds(&ServiceOptions::responseSeconds)},
-      {"statement-seconds", "time for a statement, from opening its connection on (60)",
+      {"statement-seconds", "time for a statement, its wait for a free process included (60)",
        seconds(&ServiceOptions::statementSeconds)},
       {"memory-megabytes", "memory of the service and of each statement (1024)",
        number<std::size_t>(&ServiceOptions::memoryMegabytes, 64, 1 << 20)},

@@ -174,5 +174,28 @@ TEST_F(OperationsTest, TheJournalHasALineForEachRequestAndNoSecret) {
   }
 }
 
+class BusyServiceTest : public ServiceTest {};
+
+TEST_F(BusyServiceTest, TheJournalTellsHowLongARequestWaitedForAWorker) {
+  ASSERT_TRUE(service.start({"--workers", "1"})) << service.log();
+  const RawClient busy(service.port());
+  busy.send("P");
+  // Its worker waits for the rest of the request.
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  std::thread waiting([this] { expectStillServing(); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(700));
+  busy.send("\r\n\r\n");
+  waiting.join();
+  EXPECT_TRUE(eventually([this] { return service.logHolds("operation=/v1/connect"); }));
+  const std::string log = service.log();
+  const std::size_t line = log.find("operation=/v1/connect");
+  const auto field = [&](const std::string& name) {
+    const std::size_t at = log.find(name, line);
+    return at == log.npos ? -1 : std::stoi(log.substr(at + name.size()));
+  };
+  EXPECT_GE(field(" waited="), 500) << log;
+  EXPECT_GE(field(" ms="), field(" waited=")) << log;
+}
+
 }  // namespace
 }  // namespace tlpacscfg::test

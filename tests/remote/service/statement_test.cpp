@@ -1,4 +1,6 @@
 #include <csignal>
+#include <fstream>
+#include <thread>
 
 #include "harness/scratch.h"
 #include "odbc/connection.h"
@@ -24,6 +26,14 @@ class StatementTest : public ServiceTest {
     ASSERT_TRUE(service.start(arguments)) << service.log();
   }
 
+  /// What a process may still take, by its command line.
+  static int secondsOf(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/cmdline");
+    std::vector<std::string> arguments;
+    for (std::string one; std::getline(file, one, '\0');) arguments.push_back(one);
+    return arguments.size() > 3 ? std::stoi(arguments[3]) : 0;
+  }
+
   static std::string requestFor(const std::string& sql) {
     const json body = {{"token", kToken}, {"database", "Talora"}, {"sql", sql}};
     return properRequest("/v1/query", body.dump());
@@ -45,6 +55,24 @@ TEST_F(StatementTest, OneThatTakesTooLongIsEnded) {
   EXPECT_EQ(answer.body["error"], kTooLong);
   EXPECT_TRUE(service.children().empty());
   EXPECT_EQ(query("select 1").status, 200);
+}
+
+TEST_F(StatementTest, TheWaitForAFreeProcessCounts) {
+  // One process at a time.
+  startService(
+      {"--statement-seconds", "1000", "--memory-megabytes", "1024", "--total-megabytes", "2048"});
+  const RawClient first(service.port());
+  const RawClient second(service.port());
+  const pid_t running = beginEndless(first);
+  EXPECT_EQ(secondsOf(running), 1000);
+  second.send(requestFor(kEndless));
+  std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+  kill(running, SIGABRT);
+  EXPECT_TRUE(eventually([&] {
+    const std::vector<pid_t> now = service.children();
+    const int seconds = now.empty() || now.front() == running ? 0 : secondsOf(now.front());
+    return seconds > 0 && seconds < 1000;
+  }));
 }
 
 TEST_F(StatementTest, MoreThanThereAreWorkersStopTheOthersNotForGood) {
