@@ -57,6 +57,7 @@ exit /b 2
 :begin
 rem --- This computer
 > "%report%" echo Report of the tests of TLPACSCFG
+type "%kit%\version.txt" >> "%report%"
 call :say %DATE% %TIME%
 ver >> "%report%"
 for %%v in (ProductName DisplayVersion CurrentBuild UBR) do (
@@ -113,6 +114,7 @@ if "%2"=="64" if "%PROCESSOR_ARCHITECTURE%"=="x86" (
 call :section Sample hosts, %1
 set command="%folder%\plain-host.exe"
 call :sample %1 without-registration
+call :command_line %1
 call :data_sources %2
 for %%p in (%programs%) do call :program %1 %%p
 reg delete HKCU\SOFTWARE\ODBC\ODBC.INI\TlTestSite /f >nul 2>&1
@@ -154,6 +156,18 @@ if errorlevel 1 (
 "%system%\regsvr32.exe" /s /u "%folder%\TlCommClient.dll"
 "%system%\regsvr32.exe" /s /u "%folder%\TLPACSCFG.dll"
 goto :eof
+
+rem command_line FOLDER: the program starts, and knows its version.
+:command_line
+set "output=%kit%\output\%1-command-line.txt"
+"%folder%\tlpacscfg.exe" --version > "%output%" 2>&1
+set "status=%errorlevel%"
+set "version="
+for /f "tokens=2" %%v in ('find "Version " ^< "%kit%\version.txt"') do set "version=%%v"
+set "name=command-line"
+find "%version%" < "%output%" >nul
+if errorlevel 1 goto failed
+goto good
 
 rem data_sources BITS: makes the data sources of the tests, where there is the driver for SQLite.
 :data_sources
@@ -201,16 +215,18 @@ goto :eof
 
 rem sample FOLDER NAME: runs %command%, a sample host, which must print what is expected.
 :sample
+set "name=%2"
 set "output=%kit%\output\%1-host-%2.txt"
 %command% %settings% --no-form > "%output%" 2>&1
 set "status=%errorlevel%"
 find "%expected%" < "%output%" >nul
-if errorlevel 1 goto sample_failed
-call :say %2: passed
+if errorlevel 1 goto failed
+:good
+call :say %name%: passed
 set /a passed+=1
 goto :eof
-:sample_failed
-call :say %2: failed. Exit code %status%
+:failed
+call :say %name%: failed. Exit code %status%
 type "%output%" >> "%report%"
 set /a failed+=1
 goto :eof
