@@ -86,6 +86,10 @@ TEST_F(TokensTest, EachIsFoundByItsSecretAndNoOther) {
   EXPECT_EQ(tokens.find("anna"), nullptr);
 }
 
+TEST_F(TokensTest, SixteenCharactersAreEnough) {
+  EXPECT_NE(Tokens({file("anna", "sixteen-letters-")}).find("sixteen-letters-"), nullptr);
+}
+
 TEST_F(TokensTest, OnePersonMayHaveTwo) {
   TokenFile old = file("anna", kToken);
   TokenFile next = file("anna-next", kOther);

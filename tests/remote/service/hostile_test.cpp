@@ -31,6 +31,13 @@ TEST_F(HostileRequestTest, AWrongTokenIsRefused) {
   EXPECT_EQ(site.value(L"select count(*) from System_pc_names"), L"0");
 }
 
+/// An object of so many members, of which `beginning` has the first.
+std::string membersAfter(const std::string& beginning, int count) {
+  std::string text = beginning + R"(,"application":"x")";
+  for (int i = 2; i < count; ++i) text += ",\"" + std::to_string(i) + R"(":"x")";
+  return text + "}";
+}
+
 TEST_F(HostileRequestTest, BodiesThatAreNoFlatObjectOfTextsAreRefused) {
   startService();
   const std::string token = std::string(R"({"token":")") + kToken + "\"";
@@ -53,6 +60,8 @@ TEST_F(HostileRequestTest, BodiesThatAreNoFlatObjectOfTextsAreRefused) {
       token + R"(,"application":"\ud800"})",
       token + ",\"application\":\"\xff\xfe\"}",
       token + R"(,"application":true})",
+      token + R"(,"application":"x","application":true})",
+      membersAfter(token, 17),
       token + R"(,"application":"x"} and more)",
       std::string(100'000, '['),
       std::string(100'000, '{'),
@@ -97,6 +106,23 @@ TEST_F(HostileRequestTest, RequestsThatAreNoneOfTheOperationsAreRefused) {
   };
   for (const auto& [status, request] : cases) EXPECT_EQ(statusOf(request), status) << request;
   expectStillServing();
+}
+
+TEST_F(HostileRequestTest, WhatIsJustWithinTheLimitsIsServed) {
+  startService();
+  const std::string token = std::string(R"({"token":")") + kToken + "\"";
+  const std::string start = token + R"(,"application":")";
+  constexpr std::size_t kLargest = 1048576;
+  EXPECT_EQ(
+      post("/v1/connect", start + std::string(kLargest - start.size() - 2, 'x') + "\"}").status,
+      200);
+  EXPECT_EQ(post("/v1/connect", membersAfter(token, 16)).status, 200);
+  const std::string body = start + "x\"}";
+  const std::string length = "Content-Length: " + std::to_string(body.size()) + "\r\n";
+  for (const char* type : {"application/json; charset=utf-8", "Application/JSON"}) {
+    const std::string headers = length + "Content-Type: " + type + "\r\n";
+    EXPECT_EQ(statusOf(httpRequest("POST /v1/connect HTTP/1.1", headers, body)), 200) << type;
+  }
 }
 
 TEST_F(HostileRequestTest, AHeaderWithoutAnEndIsCutOff) {

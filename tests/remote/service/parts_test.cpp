@@ -104,6 +104,7 @@ TEST_F(SharedDirectoryTest, APatternIsOneForNames) {
        {std::wstring(), std::wstring(L"Sub\\*"), std::wstring(L"../*"), std::wstring(256, L'*')}) {
     EXPECT_THROW(list(L"Z:\\site", pattern), service::Refusal) << pattern;
   }
+  EXPECT_EQ(list(L"Z:\\site", std::wstring(255, L'*')), Names{L"top.xml"});
 }
 
 TEST_F(SharedDirectoryTest, LetterCaseCountsWhenItIsAskedFor) {
@@ -155,6 +156,17 @@ TEST(OptionsTest, AConfigurationFileHasSettingsDatabasesAndDirectories) {
   ASSERT_EQ(options.directories.size(), 1U);
   EXPECT_EQ(options.directories[0].clientPath, "Z:\\site");
   EXPECT_EQ(options.directories[0].localPath, "/srv/site");
+}
+
+TEST(OptionsTest, TheNameOfATokenHas64CharactersAtMost) {
+  const auto apply = [](std::size_t length) {
+    ServiceOptions options;
+    applyConfiguration(options, "[tokens]\n" + std::string(length, 'a') + " = read, /etc/anna\n");
+  };
+  EXPECT_NO_THROW(apply(1));
+  EXPECT_NO_THROW(apply(64));
+  EXPECT_THROW(apply(0), OptionError);
+  EXPECT_THROW(apply(65), OptionError);
 }
 
 TEST(OptionsTest, TheExampleIsAConfiguration) {
