@@ -17,7 +17,7 @@ namespace {
 /// The command line of the user's editor. Throws Failure.
 std::string chosenEditor() {
   for (const char* const variable : {"VISUAL", "EDITOR"}) {
-    const std::string editor = environmentValue(variable).value_or("");
+    std::string editor = environmentValue(variable).value_or("");
     if (!editor.empty()) return editor;
   }
   throw Failure(ExitCode::Usage, "Set EDITOR to the editor to use.");

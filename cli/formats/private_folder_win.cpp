@@ -12,8 +12,8 @@ namespace tlpacscfg::cli {
 std::filesystem::path makePrivateFolder() {
   const std::string process = std::to_string(processId());
   for (int attempt = 1;; ++attempt) {
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() /
-                                         ("tlpacscfg-" + process + "-" + std::to_string(attempt));
+    std::filesystem::path folder = std::filesystem::temp_directory_path() /
+                                   ("tlpacscfg-" + process + "-" + std::to_string(attempt));
     std::error_code error;
     if (create_directory(folder, error)) return folder;
     if (!error) continue;
