@@ -66,6 +66,17 @@ void requireNoForeignChange(const ForeignChanges& foreign, const Site& site) {
       "Somebody else changed the site meanwhile. Nothing was written." + textOf(foreign, &site));
 }
 
+/// What cannot be read can neither be compared nor be brought back by an undo.
+void requireReadable(const Plan& plan, const Site& site) {
+  for (const ConfigurationChange& change : plan.configurations) {
+    if (!site.isUnreadable(change.configID())) continue;
+    throw Failure(ExitCode::Findings,
+                  "The stored configuration " + std::to_string(change.configID()) +
+                      " cannot be read. Nothing was changed. Mend or delete its row in the "
+                      "database first.");
+  }
+}
+
 ForeignChanges carriedOut(const Plan& plan, Ending ending,
                           const std::function<void()>& beforeCommit) {
   const Progress progress("Changing the site");
@@ -183,7 +194,9 @@ ExitCode runChange(
   return onSite(context.connection, [&] {
     const std::vector<JournalEntry> entries = settledEntries(journal, siteName);
     const Site site = loadSite();
+    reportUnreadable(site);
     const Plan plan = makePlan(site, entries, change);
+    requireReadable(plan, site);
     JournalEntry entry;
     entry.site = siteName;
     entry.command = change.command;

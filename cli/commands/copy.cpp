@@ -62,12 +62,13 @@ class Copy : public Command {
     if (number == 0) {
       const auto& records = site.configurations;
       number = records.empty() ? 1 : std::max<std::int64_t>(records.back()->configID, 0) + 1;
+      while (number <= INT16_MAX && site.isUnreadable(static_cast<std::int16_t>(number))) ++number;
     }
     if (number < 1 || number > INT16_MAX) {
       throw Failure(ExitCode::Usage, std::to_string(number) + " is no number of a configuration.");
     }
     const auto configID = static_cast<std::int16_t>(number);
-    if (site.find(configID)) {
+    if (site.find(configID) || site.isUnreadable(configID)) {
       throw Failure(ExitCode::Usage, "There is a configuration " + std::to_string(number) + ".");
     }
     return configID;

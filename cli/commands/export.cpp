@@ -22,8 +22,9 @@ class Export : public Command {
   std::vector<Option> options() override {
     return {{.names = "DIR",
              .value = "",
-             .help = "The folder: a file a configuration, and assignments.csv. Files of "
-                     "configurations that are gone are removed",
+             .help =
+                 "The folder: a file a configuration, and assignments.csv. Files of "
+                 "configurations that are gone are removed; that of one that cannot be read stays",
              .target = &directory_,
              .required = true}};
   }

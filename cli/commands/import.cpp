@@ -23,7 +23,8 @@ class Merge {
   Plan plan(const SiteFolder& folder) {
     for (const auto& record : folder.site.configurations) {
       const Site::Configuration stored = site_.find(record->configID);
-      const bool differs = stored && digestOf(*stored) != digestOf(*record);
+      const bool differs = site_.isUnreadable(record->configID) ||
+                           (stored && digestOf(*stored) != digestOf(*record));
       if (differs && !mayReplace("Configuration " + std::to_string(record->configID))) continue;
       maker_.store(stored, record);
     }

@@ -21,8 +21,7 @@ namespace fs = std::filesystem;
 constexpr std::string_view kPrefix = "configuration-", kSuffix = ".txt";
 constexpr std::size_t kDigits = 5;
 
-std::string fileNameOf(const clsPACSConfiguration& record) {
-  std::string number = std::to_string(record.configID);
+std::string fileNameOf(std::string number) {
   number.insert(0, kDigits - std::min(kDigits, number.size()), '0');
   return std::string(kPrefix) + number + std::string(kSuffix);
 }
@@ -143,15 +142,17 @@ class FolderReader {
 void writeSiteFolder(const Site& site, const std::string& directory) {
   std::error_code error;
   fs::create_directories(pathOf(directory), error);
-  std::set<std::string> written;
+  std::set<std::string> kept;
   Progress progress("Writing the folder", site.configurations.size());
   for (const auto& record : site.configurations) {
-    writeIfChanged(directory, fileNameOf(*record), textOf(*record));
-    written.insert(fileNameOf(*record));
+    const std::string name = fileNameOf(std::to_string(record->configID));
+    writeIfChanged(directory, name, textOf(*record));
+    kept.insert(name);
     progress.step();
   }
+  for (const auto& row : site.unreadable) kept.insert(fileNameOf(toUtf8(row.configID)));
   for (const std::string& name : configurationFiles(directory)) {
-    if (!written.contains(name)) fs::remove(pathOf(directory) / pathOf(name), error);
+    if (!kept.contains(name)) fs::remove(pathOf(directory) / pathOf(name), error);
   }
   writeIfChanged(directory, kAssignmentsFile, assignmentsText(site));
 }

@@ -10,7 +10,7 @@
 namespace tlpacscfg::cli {
 
 /// Writes what is new or changed, and removes the files of configurations that are gone; other
-/// files stay. Throws Failure.
+/// files stay, also those of configurations that cannot be read. Throws Failure.
 void writeSiteFolder(const Site& site, const std::string& directory);
 
 struct SiteFolder {

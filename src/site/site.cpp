@@ -84,6 +84,12 @@ Site::Configuration Site::find(std::int16_t configID) const {
   return found != configurations.end() && (*found)->configID == configID ? *found : nullptr;
 }
 
+bool Site::isUnreadable(std::int16_t configID) const {
+  return std::ranges::any_of(unreadable, [&](const UnreadableConfiguration& row) {
+    return orNull([&] { return toInt16(row.configID); }) == configID;
+  });
+}
+
 std::optional<std::int16_t> configIDIn(const std::optional<std::wstring>& assigned) {
   return orNull([&] { return assignedConfigID(assigned ? Cell(*assigned) : Cell()); });
 }

@@ -36,6 +36,8 @@ struct Site {
 
   /// The first with the number; null when there is none.
   Configuration find(std::int16_t configID) const;
+  /// Whether a row with the number cannot be read.
+  bool isUnreadable(std::int16_t configID) const;
 };
 
 /// The configuration that the text assigns: 0 for none, and for no text. Null for a text that is no

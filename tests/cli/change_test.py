@@ -7,6 +7,7 @@ from harness import (
     CONFLICT,
     DIFFERENCES,
     DONE,
+    FINDINGS,
     NO_CONNECTION,
     REFUSED,
     USAGE,
@@ -314,6 +315,12 @@ class PlanTest(ChangeTest):
         )
         self.change("DELETE FROM Interface_PACS_cfg WHERE config_id = 7")
         self.refuse(CONFLICT, "apply", self.plan, says="Configuration 7 was deleted.")
+
+    def test_does_not_change_a_row_that_cannot_be_read_any_more(self):
+        self.make_plan("set", "5", "Port=10001")
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 5")
+        says = "The stored configuration 5 cannot be read. Nothing was changed."
+        self.refuse(FINDINGS, "apply", self.plan, says=says)
 
     def test_is_not_stale_when_a_row_was_stored_again_as_it_was(self):
         self.make_plan("assign", "7", "READ-10", "WARD-3A")

@@ -123,6 +123,17 @@ class ExportTest(FolderTest):
     def test_says_what_the_folder_lacks(self):
         self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 2")
         self.fail_with(FINDINGS, "export", "out", says="configuration 2 cannot be read")
+        self.assertFalse((self.directory / "out/configuration-00002.txt").exists())
+
+    def test_keeps_the_file_of_what_cannot_be_read(self):
+        folder = self.export()
+        file = folder / "configuration-00002.txt"
+        before = file.read_bytes()
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 2")
+        self.change("DELETE FROM Interface_PACS_cfg WHERE config_id = 9")
+        self.fail_with(FINDINGS, "export", folder, says="configuration 2 cannot be read")
+        self.assertEqual(file.read_bytes(), before)
+        self.assertFalse((folder / "configuration-00009.txt").exists())
 
     def test_refuses_a_folder_that_cannot_be_written(self):
         (self.directory / "file").write_text("")

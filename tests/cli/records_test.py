@@ -2,7 +2,7 @@
 import stat
 
 from change_test import CONFIGURATIONS, ChangeTest
-from harness import CONFLICT, DIFFERENCES, REFUSED, USAGE, Service
+from harness import CONFLICT, DIFFERENCES, FINDINGS, REFUSED, USAGE, Service
 
 
 class SetTest(ChangeTest):
@@ -86,6 +86,17 @@ class CopyTest(ChangeTest):
         )
         self.refuse(USAGE, "copy", "1", "O'Neil Clinic", says="The rules do not allow this.")
         self.refuse(USAGE, "copy", "1", "New", "x", says="'x' is no FIELD=VALUE.")
+
+
+    def test_passes_over_the_number_of_a_row_that_cannot_be_read(self):
+        self.change_site("copy", "1", "Last")
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 13")
+        outcome = self.change_site("copy", "1", "New")
+        self.assertIn("configuration 13 cannot be read: ", outcome.errors)
+        new = "SELECT config_id FROM Interface_PACS_cfg WHERE description = 'New'"
+        self.assertEqual(self.rows(new), [(14,)])
+        says = "There is a configuration 13."
+        self.refuse(USAGE, "copy", "1", "Other", "--number", "13", says=says)
 
 
 class DeleteTest(ChangeTest):
@@ -234,6 +245,22 @@ class ImportTest(ChangeTest):
             self.refuse_assignments("workstation;configuration", "READ-01;2"),
             [expected + " Commas, not semicolons, separate the cells."],
         )
+
+    def test_stores_nothing_over_a_row_that_cannot_be_read(self):
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = 2")
+        self.change("UPDATE Interface_PACS_cfg SET flag6 = 1 WHERE config_id = 5")
+        unreadable = "configuration 2 cannot be read: "
+        outcome = self.refuse(CONFLICT, "import", self.folder, says=unreadable)
+        self.assertIn("\nConfiguration 2 is another one in the site.", outcome.errors)
+        update = ["import", self.folder, "--on-conflict", "update"]
+        self.refuse(FINDINGS, *update, says="The stored configuration 2 cannot be read. Nothing was")
+        skipped = self.change_site("import", self.folder, "--on-conflict", "skip")
+        self.assertEqual(skipped.out, "Nothing changes.\n")
+        self.assertIn(unreadable, skipped.errors)
+        self.change("UPDATE Interface_PACS_cfg SET flag1 = 1 WHERE config_id = 2")
+        self.change_site(*update)
+        port = "SELECT flag6 FROM Interface_PACS_cfg WHERE config_id = 5"
+        self.assertEqual(self.rows(port), [(10000,)])
 
     def test_keeps_an_assignment_of_the_site_that_is_no_number(self):
         self.change("UPDATE System_workstation_cfg SET key_value = 'x' WHERE pc_name = 'READ-01'")
