@@ -13,6 +13,7 @@ enum class ExitCode {
   Conflict = 4,
   NoConnection = 5,
   Refused = 6,
+  NotAsSent = 7,
 };
 
 /// The page "help exit-codes".

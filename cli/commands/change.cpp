@@ -36,6 +36,9 @@ ChangeState stateOf(Outcome outcome) {
 std::string sentenceOf(ChangeState state) {
   if (state == ChangeState::Stored) return "it is stored.";
   if (state == ChangeState::NotStored) return "it is not stored.";
+  if (state == ChangeState::Pending) {
+    return "whether it is stored is not known; the next start with this site will find out.";
+  }
   return "its rows have been changed again since, so nobody can tell whether it was stored.";
 }
 
@@ -55,7 +58,6 @@ void requireConsent(const Plan& plan, const ChangeOptions& options) {
   if (!inputIsTerminal()) {
     throw Failure(ExitCode::Usage, reason + " Nothing was changed. It needs --yes.");
   }
-  std::cout.flush();
   if (!askYesNo(reason + " Go on?")) throw Failure(ExitCode::Usage, "Nothing was changed.");
 }
 
@@ -88,14 +90,40 @@ void tryOut(const Plan& plan, const Site& site) {
   say("This was a dry run of " + countOf(plan) + ". Nothing was written.");
 }
 
-/// After an error: what the database holds, if it can still be asked.
-void settleByLooking(const Journal& journal, JournalEntry& entry) {
+/// What the database holds after an error; pending when it cannot be asked.
+ChangeState stateByLooking(const Plan& plan) {
   try {
-    journal.settle(entry, stateOf(outcomeOf(entry.plan)));
+    return stateOf(outcomeOf(plan));
   } catch (const RunTimeError&) {
-    say("tlpacscfg: whether change " + std::to_string(entry.number) +
-        " is stored is not known; the next start with this site will find out.");
+    return ChangeState::Pending;
   }
+}
+
+/// A journal that cannot be written is no reason to hide what became of the change.
+void settle(const Journal& journal, JournalEntry& entry, ChangeState state) {
+  try {
+    journal.settle(entry, state);
+  } catch (const Failure& failure) {
+    say(std::string("tlpacscfg: ") + failure.what() +
+        " The next start with this site settles change " + std::to_string(entry.number) + ".");
+  }
+}
+
+std::string howToUndo(const JournalEntry& entry) {
+  const std::string number = std::to_string(entry.number);
+  return "'tlpacscfg undo " + number + "' takes change " + number + " back.";
+}
+
+/// The failure of a change whose entry has begun, after looking what is stored.
+Failure settled(const Journal& journal, JournalEntry& entry, const RunTimeError& error) {
+  const Failure failure = failureOf(error);
+  const ChangeState state = stateByLooking(entry.plan);
+  if (state != ChangeState::Pending) settle(journal, entry, state);
+  if (state == ChangeState::NotStored) return failure;
+  const bool isLost = failure.code() == ExitCode::NoConnection;
+  return {isLost ? failure.code() : ExitCode::NotAsSent, std::string(failure.what()) + "\nChange " +
+                                                             std::to_string(entry.number) + ": " +
+                                                             sentenceOf(state)};
 }
 
 void apply(const Plan& plan, const Site& site, const Journal& journal, JournalEntry entry) {
@@ -107,19 +135,17 @@ void apply(const Plan& plan, const Site& site, const Journal& journal, JournalEn
       begun = true;
     };
     requireNoForeignChange(carriedOut(plan, Ending::Commit, begin), site);
-  } catch (const RunTimeError&) {
-    if (begun) settleByLooking(journal, entry);
+  } catch (const StoredOtherwise& error) {
+    entry.plan = error.stored();
+    settle(journal, entry, ChangeState::Stored);
+    throw Failure(ExitCode::NotAsSent,
+                  toUtf8(error.description()) + "\nIt is stored like this. " + howToUndo(entry));
+  } catch (const RunTimeError& error) {
+    if (begun) throw settled(journal, entry, error);
     throw;
   }
-  const std::string number = std::to_string(entry.number);
-  try {
-    journal.settle(entry, ChangeState::Stored);
-  } catch (const Failure& failure) {
-    say(std::string("tlpacscfg: ") + failure.what() +
-        " The next start with this site settles change " + number + ".");
-  }
-  say("Changed " + countOf(plan) + ". 'tlpacscfg undo " + number + "' takes change " + number +
-      " back.");
+  settle(journal, entry, ChangeState::Stored);
+  say("Changed " + countOf(plan) + ". " + howToUndo(entry));
 }
 
 ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& options,
@@ -137,6 +163,8 @@ ExitCode carryOut(const Plan& plan, const Site& site, const ChangeOptions& optio
   }
   if (plan.changes() == 0) return ExitCode::Done;
   requireFittingRequest(context.connection, requestOf(plan));
+  // What is shown must arrive before anything is stored.
+  flushOutput();
   if (options.dryRun) {
     tryOut(plan, site);
   } else {
@@ -178,7 +206,7 @@ std::vector<JournalEntry> settledEntries(const Journal& journal, const std::stri
   std::erase_if(entries, [&](const JournalEntry& entry) { return entry.site != site; });
   for (JournalEntry& entry : entries) {
     if (entry.state != ChangeState::Pending || mayBeAtWork(entry)) continue;
-    journal.settle(entry, stateOf(outcomeOf(entry.plan)));
+    settle(journal, entry, stateOf(outcomeOf(entry.plan)));
     say("tlpacscfg: change " + std::to_string(entry.number) + " was interrupted; " +
         sentenceOf(entry.state));
   }

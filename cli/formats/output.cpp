@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/base/console.h"
+#include "cli/base/failure.h"
 
 namespace tlpacscfg::cli {
 namespace {
@@ -91,6 +92,11 @@ void write(const Listing& listing, const OutputOptions& options, std::string_vie
   if (options.csv) return writeCsv(listing, options.byteOrderMark);
   if (!listing.rows.empty()) return writeText(listing);
   if (!none.empty()) std::cout << none << '\n';
+}
+
+void flushOutput() {
+  std::cout.flush();
+  if (!std::cout) throw Failure(ExitCode::Usage, "Standard output cannot be written.");
 }
 
 std::string textOf(const Value& value) {

@@ -49,6 +49,9 @@ struct Listing {
 /// Writes to standard output. In text, `none` stands for a listing without rows.
 void write(const Listing& listing, const OutputOptions& options, std::string_view none = "");
 
+/// Throws Failure unless all that was written to standard output arrives.
+void flushOutput();
+
 /// The text of a value; empty for null.
 std::string textOf(const Value& value);
 

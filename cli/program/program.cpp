@@ -8,6 +8,7 @@
 #include "cli/base/failure.h"
 #include "cli/base/progress.h"
 #include "cli/base/suggestion.h"
+#include "cli/formats/output.h"
 #include "cli/program/context.h"
 #include "host/version.h"
 
@@ -199,8 +200,7 @@ ExitCode runReported(const Commands& commands, const std::vector<std::string>& a
 ExitCode runProgram(const Commands& commands, const std::vector<std::string>& arguments) {
   try {
     const ExitCode code = runReported(commands, arguments);
-    std::cout.flush();
-    if (!std::cout) throw Failure(ExitCode::Usage, "Standard output cannot be written.");
+    flushOutput();
     return code;
   } catch (const Failure& failure) {
     return failed(failure.code(), failure.what());

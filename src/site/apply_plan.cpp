@@ -151,6 +151,21 @@ void requireWritten(const SiteCommand& command, const Plan& plan, const StoredRo
   }
 }
 
+/// The plan with what is stored instead of what was sent. A row that is gone is no part of it.
+Plan asStored(Plan plan, const StoredRows& stored) {
+  for (ConfigurationChange& change : plan.configurations) {
+    change.after = stored.configuration(change.configID());
+  }
+  std::erase_if(plan.configurations,
+                [](const ConfigurationChange& change) { return !change.before && !change.after; });
+  std::erase_if(plan.assignments, [&](AssignmentChange& change) {
+    const SiteWorkstation* const now = stored.workstation(change.workstation);
+    if (now != nullptr) change.after = now->assigned;
+    return now == nullptr;
+  });
+  return plan;
+}
+
 /// A plan that holds nothing to compare would be applied to any site.
 void requireDatabase(const SiteCommand& command) {
   if (command.reachesDatabase()) return;
@@ -205,7 +220,12 @@ ForeignChanges applyPlan(const Plan& plan, Ending ending,
   }
   beforeCommit();
   command.execute(requestOf(plan));
-  requireWritten(command, plan, readRows(command, plan, Rows::Changed));
+  const StoredRows stored = readRows(command, plan, Rows::Changed);
+  try {
+    requireWritten(command, plan, stored);
+  } catch (const RunTimeError& error) {
+    throw StoredOtherwise(error, asStored(plan, stored));
+  }
   return {};
 }
 

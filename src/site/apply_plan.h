@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "site/plan.h"
@@ -38,6 +39,19 @@ enum class Ending {
   RollBack,  ///< A dry run.
 };
 
+/// The remote path stored the plan, but not as it was sent, and cannot roll back.
+class StoredOtherwise : public RunTimeError {
+ public:
+  StoredOtherwise(const RunTimeError& reason, Plan stored)
+      : RunTimeError(reason), stored_(std::move(stored)) {}
+
+  /// The plan with the rows after it as they are stored.
+  const Plan& stored() const { return stored_; }
+
+ private:
+  Plan stored_;
+};
+
 /// The statements as the remote path sends them, in one request; blank lines tell them apart.
 std::wstring requestOf(const Plan& plan);
 
@@ -46,8 +60,8 @@ std::wstring requestOf(const Plan& plan);
 /// request, which the service executes as one transaction; the rows are read before and after it,
 /// and a dry run ends the request with a statement that fails.
 /// When somebody else changed a row, nothing is written. `beforeCommit` is called when only the
-/// commit, or the one request, is left to do. Throws RunTimeError when nothing was written,
-/// OutcomeUnknown when that is not known.
+/// commit, or the one request, is left to do. What throws before that has written nothing; after
+/// it, outcomeOf tells what is stored, unless it is a StoredOtherwise.
 [[nodiscard]] ForeignChanges applyPlan(const Plan& plan, Ending ending,
                                        const std::function<void()>& beforeCommit);
 

@@ -8,6 +8,7 @@ from harness import (
     DIFFERENCES,
     DONE,
     FINDINGS,
+    NOT_AS_SENT,
     NO_CONNECTION,
     REFUSED,
     USAGE,
@@ -490,6 +491,40 @@ class OtherPathsTest(ChangeTest):
         )
         self.assertEqual(self.assignments(service.database), before)
         self.assertEqual(self.states(**options), [(1, "assign", "not stored")])
+
+    def test_what_the_service_stores_otherwise_is_told_and_can_be_undone(self):
+        service = Service(self)
+        options = {"connection": service.connection, "environment": service.environment}
+        stored = "SELECT request_filename FROM Interface_PACS_cfg WHERE config_id = 7"
+        before = sqlite3.connect(service.database).execute(stored).fetchone()
+        assigned = self.assignments(service.database)
+        self.change(
+            "CREATE TRIGGER shorten AFTER UPDATE ON Interface_PACS_cfg BEGIN UPDATE "
+            "Interface_PACS_cfg SET request_filename = substr(NEW.request_filename, 1, 5) "
+            "WHERE config_id = NEW.config_id; END",
+            path=service.database,
+        )
+        outcome = self.change_site(
+            "set", "7", "RequestFileName=C:\\long.xml", code=NOT_AS_SENT, **options
+        )
+        self.assertIn("It keeps 5 of 11 characters.", outcome.errors)
+        self.assertIn("'tlpacscfg undo 1' takes change 1 back.", outcome.errors)
+        self.assertNotIn("Nothing was", outcome.errors)
+        self.change("DROP TRIGGER shorten", path=service.database)
+        self.assertEqual(self.states(**options), [(1, "set", "stored")])
+        self.change_site("undo", **options)
+        now = sqlite3.connect(service.database).execute(stored).fetchone()
+        self.assertEqual(now, before)
+        self.change(
+            "CREATE TRIGGER spoil AFTER INSERT ON System_workstation_cfg BEGIN UPDATE "
+            "System_workstation_cfg SET key_value = '3' WHERE pc_name = NEW.pc_name; END",
+            path=service.database,
+        )
+        outcome = self.change_site("assign", "7", "READ-01", code=NOT_AS_SENT, **options)
+        self.assertIn("does not keep the configuration '7'.", outcome.errors)
+        self.change("DROP TRIGGER spoil", path=service.database)
+        self.change_site("undo", **options)
+        self.assertEqual(self.assignments(service.database), assigned)
 
     def test_service_executes_a_plan_as_a_whole(self):
         service = Service(self)

@@ -56,4 +56,4 @@ class DocumentationTest(CliTest):
 
     def test_names_every_exit_code(self):
         codes = re.findall(r"^\| (\d) \|", self.text, re.MULTILINE)
-        self.assertEqual(codes, list("0123456"))
+        self.assertEqual(codes, list("01234567"))

@@ -19,7 +19,7 @@ DEMO = PROJECT / "demo"
 PASSWORD = "pass'word;{ä"
 
 # The exit codes that scripts rely on.
-DONE, DIFFERENCES, USAGE, FINDINGS, CONFLICT, NO_CONNECTION, REFUSED = range(7)
+DONE, DIFFERENCES, USAGE, FINDINGS, CONFLICT, NO_CONNECTION, REFUSED, NOT_AS_SENT = range(8)
 
 
 class Outcome:

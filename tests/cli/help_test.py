@@ -12,7 +12,7 @@ class HelpTest(CliTest):
 
     def test_explains_the_exit_codes(self):
         text = self.succeed("help", "exit-codes").out
-        self.assertEqual([line[2] for line in text.splitlines()[2:]], list("0123456"))
+        self.assertEqual([line[2] for line in text.splitlines()[2:]], list("01234567"))
 
     def test_is_the_help_of_a_command_and_of_the_program(self):
         for command in ("list", "check"):

@@ -5,6 +5,7 @@ import random
 import re
 import signal
 import sqlite3
+import subprocess
 import threading
 import time
 import unittest.mock
@@ -139,6 +140,31 @@ class JournalTest(ChangeTest):
         self.assertIn("Input/output error. The next start with this site settles", outcome.errors)
         self.assertEqual(self.assignments()["READ-01"], "7")
         self.assertIn("change 1 was interrupted; it is stored.", self.change_site("history").errors)
+
+    def start_with_full_disk(self, *arguments):
+        with open("/dev/full", "wb") as full:
+            return subprocess.run(
+                [*harness.PROGRAM, *self.connection, *arguments, "--journal", self.journal],
+                stdout=full,
+                stderr=subprocess.PIPE,
+            )
+
+    def test_a_change_that_cannot_be_shown_is_not_made(self):
+        before = self.everything()
+        outcome = self.start_with_full_disk("assign", "7", "READ-01")
+        self.assertEqual(outcome.returncode, USAGE)
+        self.assertIn(b"Standard output cannot be written.", outcome.stderr)
+        self.assertEqual(self.everything(), before)
+        self.assertFalse(self.journal.exists())
+
+    def test_a_journal_that_cannot_be_settled_hides_no_error_of_the_database(self):
+        self.refuse_rows("System_offline_db_updates")
+        self.journal.mkdir()
+        outcome, _ = self.traced("assign", "7", "READ-01", fails=2)
+        self.assertEqual(outcome.code, REFUSED)
+        self.assertIn("Input/output error. The next start with this site settles", outcome.errors)
+        self.assertIn("not today", outcome.errors)
+        self.assertIn("it is not stored.", self.change_site("history").errors)
 
     def test_is_for_its_owner_unless_the_folder_was_there(self):
         self.change_site("assign", "7", "READ-01")
