@@ -42,10 +42,15 @@ std::string sentenceOf(ChangeState state) {
   return "its rows have been changed again since, so nobody can tell whether it was stored.";
 }
 
-/// The program that makes the change may still be at work.
-bool mayBeAtWork(const JournalEntry& entry) {
-  return entry.process != processId() && entry.computer == toUtf8(system::computerName()) &&
-         isRunning(entry.process);
+/// Whether the program that made the change has ended without settling it. Only its own computer
+/// can tell.
+bool wasInterrupted(const JournalEntry& entry) {
+  if (entry.computer == toUtf8(system::computerName())) {
+    return !isRunning(entry.process, entry.started);
+  }
+  say("tlpacscfg: change " + std::to_string(entry.number) + " is pending; the program on " +
+      entry.computer + " settles it, or its next start there.");
+  return false;
 }
 
 void requireConsent(const Plan& plan, const ChangeOptions& options) {
@@ -205,10 +210,11 @@ std::vector<JournalEntry> settledEntries(const Journal& journal, const std::stri
   std::vector<JournalEntry> entries = journal.entries();
   std::erase_if(entries, [&](const JournalEntry& entry) { return entry.site != site; });
   for (JournalEntry& entry : entries) {
-    if (entry.state != ChangeState::Pending || mayBeAtWork(entry)) continue;
-    settle(journal, entry, stateOf(outcomeOf(entry.plan)));
+    if (entry.state != ChangeState::Pending || !wasInterrupted(entry)) continue;
+    const ChangeState state = stateByLooking(entry.plan);
+    if (state != ChangeState::Pending) settle(journal, entry, state);
     say("tlpacscfg: change " + std::to_string(entry.number) + " was interrupted; " +
-        sentenceOf(entry.state));
+        sentenceOf(state));
   }
   return entries;
 }

@@ -59,11 +59,11 @@ std::string userName() {
 }
 
 std::string documentOf(const JournalEntry& entry) {
-  const ordered_json json = {{"schema", schemaOf(kKind)},  {"state", wordOf(entry.state)},
-                             {"site", entry.site},         {"command", entry.command},
-                             {"time", entry.time},         {"user", entry.user},
-                             {"computer", entry.computer}, {"process", entry.process},
-                             {"undoes", entry.undoes},     {"plan", jsonOf(entry.plan)}};
+  const ordered_json json = {
+      {"schema", schemaOf(kKind)},  {"state", wordOf(entry.state)}, {"site", entry.site},
+      {"command", entry.command},   {"time", entry.time},           {"user", entry.user},
+      {"computer", entry.computer}, {"process", entry.process},     {"started", entry.started},
+      {"undoes", entry.undoes},     {"plan", jsonOf(entry.plan)}};
   return json.dump(2) + "\n";
 }
 
@@ -83,6 +83,7 @@ JournalEntry entryIn(const std::string& content) {
           .user = json.at("user").get<std::string>(),
           .computer = json.at("computer").get<std::string>(),
           .process = json.at("process").get<std::int64_t>(),
+          .started = json.value("started", std::string()),
           .undoes = json.at("undoes").get<int>(),
           .plan = planOf(json.at("plan"))};
 }
@@ -143,6 +144,7 @@ JournalEntry Journal::begin(JournalEntry entry) const {
   entry.user = userName();
   entry.computer = toUtf8(system::computerName());
   entry.process = processId();
+  entry.started = startOf(entry.process);
   const auto cannotWrite = [&](const std::error_code& error) {
     return Failure(ExitCode::Usage, "The journal in '" + utf8Of(directory_) +
                                         "' cannot be written: " + systemReason(error) +

@@ -28,7 +28,8 @@ struct JournalEntry {
   std::string user;
   std::string computer;
   std::int64_t process = 0;
-  int undoes = 0;  ///< The number of the change that this one takes back; 0: none.
+  std::string started;  ///< The start of the process; empty in a file of an older version.
+  int undoes = 0;       ///< The number of the change that this one takes back; 0: none.
   Plan plan;
 };
 

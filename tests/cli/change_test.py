@@ -526,6 +526,24 @@ class OtherPathsTest(ChangeTest):
         self.change_site("undo", **options)
         self.assertEqual(self.assignments(service.database), assigned)
 
+    def test_what_the_service_stored_and_cannot_read_is_found_out_later(self):
+        service = Service(self)
+        options = {"connection": service.connection, "environment": service.environment}
+        self.change(
+            "CREATE TRIGGER spoil AFTER UPDATE OF flag6 ON Interface_PACS_cfg BEGIN UPDATE "
+            "Interface_PACS_cfg SET flag1 = 'abc' WHERE config_id = NEW.config_id; END",
+            path=service.database,
+        )
+        outcome = self.change_site("set", "5", "Port=10001", code=NOT_AS_SENT, **options)
+        self.assertIn("Change 1: whether it is stored is not known", outcome.errors)
+        outcome = self.change_site("history", **options)
+        self.assertIn("change 1 was interrupted; whether it is stored is", outcome.errors)
+        ((flag1,),) = self.rows("SELECT flag1 FROM Interface_PACS_cfg WHERE config_id = 5")
+        mend = "UPDATE Interface_PACS_cfg SET flag1 = ? WHERE config_id = 5"
+        self.change(mend, flag1, path=service.database)
+        outcome = self.change_site("history", **options)
+        self.assertIn("change 1 was interrupted; it is stored.", outcome.errors)
+
     def test_service_executes_a_plan_as_a_whole(self):
         service = Service(self)
         options = {"connection": service.connection, "environment": service.environment}

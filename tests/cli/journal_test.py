@@ -41,14 +41,16 @@ class JournalTest(ChangeTest):
     def entry(self, number=1):
         return self.journal / f"{number:06}.json"
 
-    def leave_pending(self, number=1):
+    def leave_pending(self, **members):
         """What a program leaves that is killed after the commit and before it settles."""
-        process = self.start("--version", connection=[])
-        process.communicate()
-        document = json.loads(self.entry(number).read_text("utf-8"))
-        self.entry(number).write_text(
-            json.dumps({**document, "state": "pending", "process": process.pid}), "utf-8"
-        )
+        document = json.loads(self.entry().read_text("utf-8"))
+        self.entry().write_text(json.dumps({**document, "state": "pending", **members}), "utf-8")
+
+    def wait_for_entry(self):
+        deadline = time.monotonic() + 60
+        while not self.entry().exists() or not self.entry().read_bytes():
+            self.assertLess(time.monotonic(), deadline)
+            time.sleep(0.005)
 
     def test_lists_changes_and_shows_one(self):
         self.change_site("assign", "7", "READ-01")
@@ -276,6 +278,43 @@ class JournalTest(ChangeTest):
         self.assertEqual(self.states(), [(1, "assign", "unknown")])
         self.refuse(USAGE, "undo", "1", says="Change 1 cannot be undone: it is unknown.")
 
+    def test_leaves_a_change_alone_while_its_program_runs(self):
+        other = ["--sqlite", str(self.make_database("other.db"))]
+        self.journal.mkdir()
+        reader = sqlite3.connect(self.database, isolation_level=None)
+        reader.execute("BEGIN")
+        reader.execute("SELECT count(*) FROM System_pc_names").fetchall()
+        process = self.start("assign", "7", "READ-01", "--journal", self.journal)
+        try:
+            self.wait_for_entry()
+            process.send_signal(signal.SIGSTOP)
+            # As a change of a site whose rows can be read meanwhile.
+            text = self.entry().read_text("utf-8")
+            self.journal = self.directory / "other"
+            self.journal.mkdir()
+            self.entry().write_text(text.replace(str(self.database), other[1]), "utf-8")
+            outcome = self.change_site("history", "--csv", connection=other)
+            self.assertEqual((outcome.csv()[1][4], outcome.errors), ("pending", ""))
+        finally:
+            process.kill()
+            process.communicate()
+            reader.close()
+        outcome = self.change_site("history", connection=other)
+        self.assertIn("change 1 was interrupted; it is not stored.", outcome.errors)
+
+    def test_settles_a_change_whose_process_number_another_program_has(self):
+        self.change_site("assign", "7", "READ-01")
+        self.leave_pending(process=os.getpid())
+        self.assertIn("change 1 was interrupted; it is stored.", self.change_site("history").errors)
+
+    def test_leaves_a_change_of_another_computer_to_it(self):
+        self.change_site("assign", "7", "READ-01")
+        self.leave_pending(computer="ELSEWHERE")
+        says = "change 1 is pending; the program on ELSEWHERE settles it, or its next start there."
+        self.assertIn(says, self.change_site("history").errors)
+        self.refuse(USAGE, "undo", "1", says="Change 1 cannot be undone: it is pending.")
+        self.assertIn(says, self.change_site("assign", "7", "READ-02").errors)
+
     def test_a_program_killed_before_its_commit_leaves_the_old_rows(self):
         before = self.everything()
         reader = sqlite3.connect(self.database, isolation_level=None)
@@ -283,10 +322,7 @@ class JournalTest(ChangeTest):
         # The program can write, but not commit, while this transaction has read.
         reader.execute("SELECT count(*) FROM System_pc_names").fetchall()
         process = self.start("assign", "7", "READ-0?", "--journal", self.journal)
-        deadline = time.monotonic() + 60
-        while not self.entry().exists() or not self.entry().read_bytes():
-            self.assertLess(time.monotonic(), deadline)
-            time.sleep(0.005)
+        self.wait_for_entry()
         process.send_signal(signal.SIGKILL)
         process.communicate()
         reader.close()
