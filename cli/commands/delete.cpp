@@ -1,11 +1,25 @@
+#include <algorithm>
+
 #include "cli/base/failure.h"
 #include "cli/commands/change.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/records.h"
 #include "support/text.h"
+#include "ui/settings/values/default_configuration.h"
 
 namespace tlpacscfg::cli {
 namespace {
+
+/// Like the window, which lists the configurations without those that only stand for none.
+void requireNoDefault(const Site& site, const std::vector<Site::Configuration>& records) {
+  for (const auto& record : records) {
+    const auto row = std::ranges::count_if(site.configurations, [&](const auto& other) {
+      return other->configID > 0 && other->configID < record->configID;
+    });
+    if (record->configID <= 0 || mayDelete(static_cast<std::size_t>(row))) continue;
+    throw Failure(ExitCode::Usage, "Nothing was deleted. " + toUtf8(kNotDeletable));
+  }
+}
 
 /// Like the window, which deletes no configuration that a workstation uses.
 void requireUnused(const Site& site, const std::vector<Site::Configuration>& records) {
@@ -24,7 +38,7 @@ class Delete : public Command {
  public:
   CommandHelp help() const override {
     return {.name = "delete",
-            .summary = "Delete configurations that no workstation uses",
+            .summary = "Delete configurations that no workstation uses, but not the first one",
             .examples =
                 "  tlpacscfg --site main delete 12 --yes\n"
                 "  tlpacscfg --site main delete 'Test*' --dry-run\n"};
@@ -43,6 +57,7 @@ class Delete : public Command {
     return runChange(context, change_, {.command = "delete"},
                      [&](const Site& site, const auto&, Change&) {
                        const auto records = selectConfigurations(site, names_, where_);
+                       requireNoDefault(site, records);
                        requireUnused(site, records);
                        PlanMaker maker(site);
                        for (const auto& record : records) maker.store(record, nullptr);

@@ -10,7 +10,9 @@
 #include "cli/commands/site_names.h"
 #include "cli/commands/site_check.h"
 #include "cli/formats/fields.h"
+#include "config/columns.h"
 #include "support/text.h"
+#include "ui/settings/values/default_configuration.h"
 
 namespace tlpacscfg::cli {
 namespace {
@@ -50,15 +52,51 @@ Site configurationsAfter(const Site& site, const Plan& plan) {
   return after;
 }
 
-/// Of each of the configurations what would keep the window from saving it.
-std::set<std::pair<std::wstring, std::wstring>> errorsOf(
-    const std::vector<Site::Configuration>& records, const Site& site) {
-  std::set<std::pair<std::wstring, std::wstring>> errors;
+/// What would keep the window from saving a configuration.
+struct SavingError {
+  std::wstring number;
+  std::wstring field;  ///< Empty when it is about several.
+  std::wstring message;
+
+  auto operator<=>(const SavingError&) const = default;
+};
+
+std::set<SavingError> errorsOf(const std::vector<Site::Configuration>& records, const Site& site) {
+  std::set<SavingError> errors;
   for (const Finding& finding : findingsAbout(records, site, std::nullopt)) {
-    if (finding.severity == Severity::Error)
-      errors.emplace(*finding.configuration, finding.message);
+    if (finding.severity != Severity::Error) continue;
+    errors.insert({*finding.configuration, finding.field, finding.message});
   }
   return errors;
+}
+
+/// What the plan leaves as it was, although the window would complain.
+std::set<SavingError> keptErrors(const Site& site, const Plan& plan) {
+  std::vector<Site::Configuration> before;
+  std::set<std::pair<std::wstring, std::wstring>> kept;
+  for (const ConfigurationChange& change : plan.configurations) {
+    if (!change.before || !change.after) continue;
+    before.push_back(change.before);
+    for (const Column& column : columns()) {
+      if (valueOf(*change.before, column.field) != valueOf(*change.after, column.field)) continue;
+      kept.emplace(decimal(change.configID()), column.property);
+    }
+  }
+  std::set<SavingError> errors = errorsOf(before, site);
+  std::erase_if(errors, [&](const SavingError& error) {
+    return !kept.contains({error.number, error.field});
+  });
+  return errors;
+}
+
+void requireDefaultName(const Plan& plan) {
+  for (const ConfigurationChange& change : plan.configurations) {
+    if (!change.before || !change.after || mayRename(change.configID())) continue;
+    if (change.before->Description == change.after->Description) continue;
+    throw Failure(ExitCode::Usage, "The description of the default configuration, " +
+                                       std::to_string(change.configID()) +
+                                       ", cannot be changed. Nothing was changed.");
+  }
 }
 
 }  // namespace
@@ -102,16 +140,16 @@ Site::Configuration withValues(const clsPACSConfiguration& record,
 }
 
 void requireRules(const Site& site, const Plan& plan) {
-  std::vector<Site::Configuration> before, after;
+  requireDefaultName(plan);
+  std::vector<Site::Configuration> after;
   for (const ConfigurationChange& change : plan.configurations) {
-    if (change.before) before.push_back(change.before);
     if (change.after) after.push_back(change.after);
   }
-  const auto known = errorsOf(before, site);
+  const std::set<SavingError> kept = keptErrors(site, plan);
   std::string text;
-  for (const auto& [number, message] : errorsOf(after, configurationsAfter(site, plan))) {
-    if (known.contains({number, message})) continue;
-    text += "\nConfiguration " + toUtf8(number) + ": " + toUtf8(message);
+  for (const SavingError& error : errorsOf(after, configurationsAfter(site, plan))) {
+    if (kept.contains(error)) continue;
+    text += "\nConfiguration " + toUtf8(error.number) + ": " + toUtf8(error.message);
   }
   if (!text.empty()) {
     throw Failure(ExitCode::Usage, "The rules do not allow this. Nothing was changed." + text);

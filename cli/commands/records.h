@@ -19,8 +19,8 @@ std::vector<Site::Configuration> selectConfigurations(const Site& site,
 Site::Configuration withValues(const clsPACSConfiguration& record,
                                const std::vector<std::string>& values);
 
-/// Throws Failure with what the settings window would say about the rows that the plan inserts or
-/// updates, and did not say before.
+/// Throws Failure when the settings window would not save a row that the plan inserts or updates.
+/// An error of a single field that the plan leaves as it was is none of the plan's.
 void requireRules(const Site& site, const Plan& plan);
 
 }  // namespace tlpacscfg::cli

@@ -42,6 +42,11 @@ class SetTest(ChangeTest):
 
         says("The rules do not allow this. Nothing was changed.\nConfiguration 5: ", "5", "Port=0")
         says("The rules do not allow this.", "5", "Description=")
+        says("The description of the default configuration, 1, cannot be", "1", "Description=X")
+        says("between 0 and 65000", "4", "Port=99999")
+        self.change("UPDATE Interface_PACS_cfg SET flag6 = 65001 WHERE config_id = 4")
+        says("between 0 and 65000", "4", "Port=99999")
+        says("between 0 and 65000", "4", "DeleteFlag=yes")
         says("It holds a single quote", "7", "CloseDictationFile=C:\\it's.xml")
         says("There is no field 'Prot'. Did you mean 'Port'?", "5", "Prot=1")
         says("configID cannot be set.", "5", "configID=6")
@@ -124,6 +129,15 @@ class DeleteTest(ChangeTest):
             says="Nothing was deleted.\nWorkstation ",
         )
         self.refuse(USAGE, "delete", "--yes", says="No configuration is named.")
+
+    def test_refuses_the_first_configuration(self):
+        self.change("UPDATE System_workstation_cfg SET key_value = '0'")
+        refusal = "Nothing was deleted. You are not permitted to delete the 'Default Configuration'."
+        self.refuse(USAGE, "delete", "1", "--yes", says=refusal)
+        self.refuse(USAGE, "delete", "2", "1", "--yes", says=refusal)
+        self.change("DELETE FROM Interface_PACS_cfg WHERE config_id = 1")
+        self.refuse(USAGE, "delete", "2", "--yes", says=refusal)
+        self.change_site("delete", "3", "--yes")
 
     def test_is_stale_when_a_workstation_uses_it_meanwhile(self):
         self.change_site("copy", "1", "Spare")

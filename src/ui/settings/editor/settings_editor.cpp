@@ -9,6 +9,7 @@
 #include "support/system.h"
 #include "support/text.h"
 #include "ui/settings/values/blank_form.h"
+#include "ui/settings/values/default_configuration.h"
 #include "ui/settings/values/settings_binding.h"
 #include "ui/settings/values/settings_files.h"
 #include "ui/settings/values/settings_rules.h"
@@ -18,7 +19,6 @@
 namespace tlpacscfg {
 namespace {
 
-constexpr std::int16_t kDefaultConfiguration = 1;
 constexpr const wchar_t* kUnsaved =
     L"Configuration has not been saved. Would you like to save the current configuration before "
     L"continuing?";
@@ -132,7 +132,7 @@ std::optional<std::wstring> SettingsEditor::show(std::int16_t configID) {
   currentID_ = configID;
   newConfiguration_ = false;
   configurations_->SetCurrentConfig(configID);
-  form[Control::txtDescription].enabled = configID != kDefaultConfiguration;
+  form[Control::txtDescription].enabled = mayRename(configID);
   rulesWanted = true;
   return showRecord(form, *configurations_->CurrentPACSConfig);
 }
@@ -402,8 +402,8 @@ void SettingsEditor::btnNew() {
 
 void SettingsEditor::btnDelete() {
   if (rows.rowCount() == 0) return;
-  if (rows.rowCount() == 1 || !selectedRow || *selectedRow == 0) {
-    return notice(L"You are not permitted to delete the 'Default Configuration'.");
+  if (rows.rowCount() == 1 || !selectedRow || !mayDelete(*selectedRow)) {
+    return notice(kNotDeletable);
   }
   const std::int16_t configID = ConfigurationRows::configIDOfKey(rows.key(*selectedRow));
   const bool used = atSite([&] {
