@@ -87,6 +87,15 @@ class AssignTest(ChangeTest):
         moved = {name: "0" if name.startswith("READ-") else "9" for name in moved}
         self.assertEqual(self.assignments(), before | moved)
 
+    def test_assigns_to_all_that_have_none(self):
+        self.change("UPDATE System_workstation_cfg SET key_value = '0' WHERE pc_name = 'READ-01'")
+        self.change("UPDATE System_workstation_cfg SET key_value = NULL WHERE pc_name = 'READ-02'")
+        self.change("DELETE FROM System_workstation_cfg WHERE pc_name = 'READ-03'")
+        before = self.assignments()
+        self.change_site("assign", "9", "READ-0?", "--from", "none")
+        named = ["READ-01", "READ-02", "READ-03"]
+        self.assertEqual(self.assignments(), before | dict.fromkeys(named, "9"))
+
     def test_shows_what_changes_in_words(self):
         rows = self.change_site("--json", "assign", "7", "READ-01", "READ-10").json()
         self.assertEqual(rows["schema"], "tlpacscfg/changes/1")
@@ -171,6 +180,10 @@ class CsvTest(ChangeTest):
         self.change_site("assign", "--csv", file)
         moved = {"READ-01": "2", "READ-02": "7", "RÖNTGEN-ZH-1": "0", "READ-03": "2"}
         self.assertEqual(self.assignments(), before | moved)
+
+    def test_takes_a_configuration_away(self):
+        self.change_site("assign", "--csv", "-", input="workstation,configuration\nREAD-01,0\n")
+        self.assertEqual(self.assignments()["READ-01"], "0")
 
     def test_reads_standard_input(self):
         self.change_site("assign", "--csv", "-", input="workstation,configuration\nREAD-01,2\n")

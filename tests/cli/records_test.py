@@ -82,6 +82,12 @@ class CopyTest(ChangeTest):
         numbers = [row[0] for row in self.rows(CONFIGURATIONS)]
         self.assertEqual(numbers[-2:], [13, 20])
 
+    def test_names_who_copies(self):
+        self.change("UPDATE Interface_PACS_cfg SET last_user_id = 9 WHERE config_id = 1")
+        self.change_site("copy", "1", "New", "--user-id", "77")
+        user = "SELECT last_user_id FROM Interface_PACS_cfg WHERE description = 'New'"
+        self.assertEqual(self.rows(user), [(77,)])
+
     def test_refuses_a_number_and_a_description_that_are_taken(self):
         self.refuse(
             USAGE, "copy", "1", "New", "--number", "7", says="There is a configuration 7."
@@ -201,12 +207,17 @@ class ImportTest(ChangeTest):
             "There is no workstation LIBRARY in the site.",
         ):
             self.assertIn(line, outcome.errors)
-        self.change_site("import", self.folder, "--on-conflict", "skip")
+        skipped = self.change_site("import", self.folder, "--on-conflict", "skip")
+        self.assertIn("There is no workstation LIBRARY in the site.", skipped.errors)
         port = "SELECT flag6 FROM Interface_PACS_cfg WHERE config_id = 5"
         self.assertEqual((self.rows(port)[0][0], self.assignments()["READ-01"]), (1, "4"))
         self.assertEqual(len(self.rows("SELECT 1 FROM Interface_PACS_cfg WHERE config_id = 9")), 1)
         self.change_site("import", self.folder, "--on-conflict", "update")
         self.assertEqual((self.rows(port)[0][0], self.assignments()["READ-01"]), (10000, "1"))
+
+    def test_leaves_a_row_that_was_only_stored_again(self):
+        self.change("UPDATE Interface_PACS_cfg SET last_user_id = 9 WHERE config_id = 1")
+        self.assertEqual(self.change_site("import", self.folder).out, "Nothing changes.\n")
 
     def write_assignments(self, *lines):
         text = "".join(line + "\n" for line in lines)
