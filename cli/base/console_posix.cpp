@@ -13,27 +13,15 @@
 namespace tlpacscfg::cli {
 namespace {
 
-volatile std::sig_atomic_t g_interruption = 0;
+/// The terminal as it was, while nothing that is typed is shown.
+termios g_shown{};
 
-/// While it exists, Ctrl+C ends a read instead of the program; its end ends the program then.
-class Interruption {
- public:
-  Interruption() {
-    struct sigaction noting {};
-    // Without SA_RESTART: the read fails.
-    noting.sa_handler = [](int signal) { g_interruption = signal; };
-    sigaction(SIGINT, &noting, &before_);
-  }
-  ~Interruption() {
-    sigaction(SIGINT, &before_, nullptr);
-    if (g_interruption != 0) raise(SIGINT);
-  }
-  Interruption(const Interruption&) = delete;
-  Interruption& operator=(const Interruption&) = delete;
-
- private:
-  struct sigaction before_ {};
-};
+/// Ends the program as if it were not caught, and leaves a terminal that shows what is typed.
+void endByInterruption(int signal) {
+  tcsetattr(STDIN_FILENO, TCSAFLUSH, &g_shown);
+  std::signal(signal, SIG_DFL);
+  raise(signal);
+}
 
 }  // namespace
 
@@ -63,18 +51,18 @@ bool outputShowsColours() { return outputIsTerminal(); }
 
 std::optional<std::string> askSecret(const std::string& question) {
   std::optional<std::string> secret = std::string();
-  {
-    const Interruption interruption;
-    termios before{};
-    tcgetattr(STDIN_FILENO, &before);
-    termios silent = before;
-    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
-    const ScopeExit restored([&] { tcsetattr(STDIN_FILENO, TCSAFLUSH, &before); });
-    std::cerr << question << std::flush;
-    if (!std::getline(std::cin, *secret)) secret.reset();
-    std::cerr << '\n';
-  }
+  tcgetattr(STDIN_FILENO, &g_shown);
+  const auto before = std::signal(SIGINT, endByInterruption);
+  termios silent = g_shown;
+  silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+  const ScopeExit restored([&] {
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &g_shown);
+    std::signal(SIGINT, before);
+  });
+  std::cerr << question << std::flush;
+  if (!std::getline(std::cin, *secret)) secret.reset();
+  std::cerr << '\n';
   return secret;
 }
 
