@@ -8,7 +8,7 @@
 #include "cli/base/failure.h"
 #include "cli/base/process.h"
 #include "cli/base/progress.h"
-#include "cli/commands/selection.h"
+#include "cli/commands/loaded_site.h"
 #include "cli/connection/settings_file.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/changes.h"

@@ -4,6 +4,7 @@
 #include "cli/commands/change.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/records.h"
+#include "cli/commands/selection.h"
 #include "support/text.h"
 #include "ui/settings/values/default_configuration.h"
 

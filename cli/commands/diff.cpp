@@ -5,7 +5,7 @@
 
 #include "cli/base/failure.h"
 #include "cli/commands/commands.h"
-#include "cli/commands/selection.h"
+#include "cli/commands/loaded_site.h"
 #include "cli/commands/site_names.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/changes.h"

@@ -2,7 +2,7 @@
 
 #include "cli/base/console.h"
 #include "cli/commands/commands.h"
-#include "cli/commands/selection.h"
+#include "cli/commands/loaded_site.h"
 #include "cli/connection/site_connection.h"
 #include "cli/formats/site_folder.h"
 #include "cli/program/context.h"

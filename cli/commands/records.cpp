@@ -6,8 +6,6 @@
 #include <utility>
 
 #include "cli/base/failure.h"
-#include "cli/commands/selection.h"
-#include "cli/commands/site_names.h"
 #include "cli/commands/site_check.h"
 #include "cli/formats/fields.h"
 #include "config/columns.h"
@@ -16,23 +14,6 @@
 
 namespace tlpacscfg::cli {
 namespace {
-
-void select(const Site& site, const SiteNames& names, const std::string& word,
-            std::set<Site::Configuration>& selected) {
-  if (!isPattern(word) || names.find(word)) {
-    selected.insert(names.require(word));
-    return;
-  }
-  bool fitsAny = false;
-  for (const auto& record : site.configurations) {
-    if (!fits(record->Description, fromUtf8(word))) continue;
-    selected.insert(record);
-    fitsAny = true;
-  }
-  if (!fitsAny) {
-    throw Failure(ExitCode::Usage, "No configuration fits the pattern '" + word + "'.");
-  }
-}
 
 /// The configurations of the site after the plan; nothing else of it.
 Site configurationsAfter(const Site& site, const Plan& plan) {
@@ -100,27 +81,6 @@ void requireDefaultName(const Plan& plan) {
 }
 
 }  // namespace
-
-std::vector<Site::Configuration> selectConfigurations(const Site& site,
-                                                      const std::vector<std::string>& words,
-                                                      const std::vector<std::string>& conditions) {
-  if (words.empty() && conditions.empty()) {
-    throw Failure(ExitCode::Usage, "No configuration is named. Nothing was changed.");
-  }
-  std::set<Site::Configuration> selected;
-  const SiteNames names(site);
-  for (const std::string& word : words) select(site, names, word, selected);
-  const std::vector<FieldFilter> filters(conditions.begin(), conditions.end());
-  std::vector<Site::Configuration> records;
-  for (const auto& record : site.configurations) {
-    if (!words.empty() && !selected.contains(record)) continue;
-    const bool accepted = std::ranges::all_of(
-        filters, [&](const FieldFilter& filter) { return filter.accepts(*record); });
-    if (accepted) records.push_back(record);
-  }
-  if (records.empty()) throw Failure(ExitCode::Usage, "No configuration fits.");
-  return records;
-}
 
 Site::Configuration withValues(const clsPACSConfiguration& record,
                                const std::vector<std::string>& values) {

@@ -1,10 +1,10 @@
 #include "cli/commands/selection.h"
 
 #include <algorithm>
+#include <set>
 
-#include "cli/base/console.h"
 #include "cli/base/failure.h"
-#include "cli/base/progress.h"
+#include "cli/commands/site_names.h"
 #include "cli/formats/fields.h"
 #include "config/columns.h"
 #include "support/text.h"
@@ -32,6 +32,23 @@ bool fitsFolded(std::wstring_view text, std::wstring_view pattern) {
     }
   }
   return pattern.find_first_not_of(L'*', inPattern) == pattern.npos;
+}
+
+void select(const Site& site, const SiteNames& names, const std::string& word,
+            std::set<Site::Configuration>& selected) {
+  if (!isPattern(word) || names.find(word)) {
+    selected.insert(names.require(word));
+    return;
+  }
+  bool fitsAny = false;
+  for (const auto& record : site.configurations) {
+    if (!fits(record->Description, fromUtf8(word))) continue;
+    selected.insert(record);
+    fitsAny = true;
+  }
+  if (!fitsAny) {
+    throw Failure(ExitCode::Usage, "No configuration fits the pattern '" + word + "'.");
+  }
 }
 
 }  // namespace
@@ -62,40 +79,53 @@ bool FieldFilter::accepts(const clsPACSConfiguration& record) const {
   return text != nullptr ? fits(*text, pattern_) : value == value_;
 }
 
-Listing listingOf(const Site& site, const std::vector<const SiteWorkstation*>& workstations) {
-  Listing listing{.kind = "workstations",
-                  .columns = {{"workstation", "Workstation"},
-                              {"configuration", "Number"},
-                              {"description", "Configuration"}},
-                  .rows = {}};
-  listing.rows.reserve(workstations.size());
-  for (const SiteWorkstation* const workstation : workstations) {
-    const auto configID = workstation->configID;
-    Value number, description;
-    if (!configID) {
-      number = toUtf8(*workstation->assigned);
-      description = "(not a number)";
-    } else if (*configID != 0) {
-      number = std::int64_t{*configID};
-      const auto record = site.find(*configID);
-      description = record ? toUtf8(record->Description) : "(does not exist)";
+std::vector<const SiteWorkstation*> selectWorkstations(const Site& site,
+                                                       const std::vector<std::string>& words) {
+  const SiteNames names(site);
+  std::set<const SiteWorkstation*> selected;
+  for (const std::string& word : words) {
+    bool fitsAny = false;
+    if (const SiteWorkstation* const named = names.workstation(word)) {
+      selected.insert(named);
+      continue;
     }
-    listing.add(toUtf8(workstation->name), std::move(number), std::move(description));
+    for (const SiteWorkstation& workstation : site.workstations) {
+      if (!isPattern(word) || !fits(workstation.name, fromUtf8(word))) continue;
+      selected.insert(&workstation);
+      fitsAny = true;
+    }
+    if (fitsAny) continue;
+    throw Failure(ExitCode::Usage,
+                  isPattern(word)
+                      ? "No workstation fits the pattern '" + word + "'."
+                      : "There is no workstation '" + word + "'." + names.suggestWorkstation(word));
   }
-  return listing;
+  std::vector<const SiteWorkstation*> inOrder;
+  for (const SiteWorkstation& workstation : site.workstations) {
+    if (words.empty() || selected.contains(&workstation)) inOrder.push_back(&workstation);
+  }
+  return inOrder;
 }
 
-Site loadSite() {
-  const Progress progress("Reading the site");
-  return readSite();
-}
-
-bool reportUnreadable(const Site& site) {
-  for (const UnreadableConfiguration& row : site.unreadable) {
-    say("tlpacscfg: configuration " + toUtf8(row.configID) +
-        " cannot be read: " + toUtf8(row.error.description()));
+std::vector<Site::Configuration> selectConfigurations(const Site& site,
+                                                      const std::vector<std::string>& words,
+                                                      const std::vector<std::string>& conditions) {
+  if (words.empty() && conditions.empty()) {
+    throw Failure(ExitCode::Usage, "No configuration is named. Nothing was changed.");
   }
-  return !site.unreadable.empty();
+  std::set<Site::Configuration> selected;
+  const SiteNames names(site);
+  for (const std::string& word : words) select(site, names, word, selected);
+  const std::vector<FieldFilter> filters(conditions.begin(), conditions.end());
+  std::vector<Site::Configuration> records;
+  for (const auto& record : site.configurations) {
+    if (!words.empty() && !selected.contains(record)) continue;
+    const bool accepted = std::ranges::all_of(
+        filters, [&](const FieldFilter& filter) { return filter.accepts(*record); });
+    if (accepted) records.push_back(record);
+  }
+  if (records.empty()) throw Failure(ExitCode::Usage, "No configuration fits.");
+  return records;
 }
 
 }  // namespace tlpacscfg::cli

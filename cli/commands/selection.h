@@ -4,15 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/formats/output.h"
 #include "config/columns.h"
 #include "site/site.h"
 
 /// What the words of a command line mean in a site.
 namespace tlpacscfg::cli {
-
-/// readSite, on a terminal with its progress.
-Site loadSite();
 
 /// Whether the text fits the pattern, in which * stands for any letters and ? for one, whatever the
 /// letter case.
@@ -33,10 +29,16 @@ class FieldFilter {
   FieldValue value_;
 };
 
-/// Rows for a listing of workstations with their configurations.
-Listing listingOf(const Site& site, const std::vector<const SiteWorkstation*>& workstations);
+/// The workstations that have one of the names or fit one of the patterns, each once, in the order
+/// of the site; all of them when there are no words. Throws Failure for a word that fits none.
+std::vector<const SiteWorkstation*> selectWorkstations(const Site& site,
+                                                       const std::vector<std::string>& words);
 
-/// Says on standard error which configurations of the site cannot be read. True when there are any.
-bool reportUnreadable(const Site& site);
+/// The configurations of the numbers, descriptions and patterns that also satisfy every condition
+/// "FIELD=VALUE", each once. Without a word and a condition there is none. Throws Failure for a
+/// word that fits none, and when none is left.
+std::vector<Site::Configuration> selectConfigurations(const Site& site,
+                                                      const std::vector<std::string>& words,
+                                                      const std::vector<std::string>& conditions);
 
 }  // namespace tlpacscfg::cli

@@ -2,6 +2,7 @@
 #include "cli/commands/change.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/records.h"
+#include "cli/commands/selection.h"
 
 namespace tlpacscfg::cli {
 namespace {

@@ -1,10 +1,7 @@
 #include "cli/commands/site_names.h"
 
-#include <set>
-
 #include "cli/base/failure.h"
 #include "cli/base/suggestion.h"
-#include "cli/commands/selection.h"
 #include "config/summary_texts.h"
 #include "support/conversions.h"
 #include "support/text.h"
@@ -84,34 +81,6 @@ std::string SiteNames::suggestConfiguration(const std::string& word) const {
   std::vector<std::string> known;
   for (const auto& record : site_.configurations) known.push_back(toUtf8(record->Description));
   return suggestion(word, known);
-}
-
-std::vector<const SiteWorkstation*> selectWorkstations(const Site& site,
-                                                       const std::vector<std::string>& words) {
-  const SiteNames names(site);
-  std::set<const SiteWorkstation*> selected;
-  for (const std::string& word : words) {
-    bool fitsAny = false;
-    if (const SiteWorkstation* const named = names.workstation(word)) {
-      selected.insert(named);
-      continue;
-    }
-    for (const SiteWorkstation& workstation : site.workstations) {
-      if (!isPattern(word) || !fits(workstation.name, fromUtf8(word))) continue;
-      selected.insert(&workstation);
-      fitsAny = true;
-    }
-    if (fitsAny) continue;
-    throw Failure(ExitCode::Usage,
-                  isPattern(word)
-                      ? "No workstation fits the pattern '" + word + "'."
-                      : "There is no workstation '" + word + "'." + names.suggestWorkstation(word));
-  }
-  std::vector<const SiteWorkstation*> inOrder;
-  for (const SiteWorkstation& workstation : site.workstations) {
-    if (words.empty() || selected.contains(&workstation)) inOrder.push_back(&workstation);
-  }
-  return inOrder;
 }
 
 }  // namespace tlpacscfg::cli

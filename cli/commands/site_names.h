@@ -37,9 +37,4 @@ class SiteNames {
   std::unordered_map<std::wstring, std::vector<Site::Configuration>> configurations_;
 };
 
-/// The workstations that have one of the names or fit one of the patterns, each once, in the order
-/// of the site; all of them when there are no words. Throws Failure for a word that fits none.
-std::vector<const SiteWorkstation*> selectWorkstations(const Site& site,
-                                                       const std::vector<std::string>& words);
-
 }  // namespace tlpacscfg::cli

@@ -1,5 +1,5 @@
 #include "cli/commands/commands.h"
-#include "cli/commands/selection.h"
+#include "cli/commands/loaded_site.h"
 #include "cli/commands/site_names.h"
 #include "cli/connection/site_connection.h"
 #include "cli/program/context.h"
