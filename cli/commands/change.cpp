@@ -121,7 +121,7 @@ std::string howToUndo(const JournalEntry& entry) {
 
 /// The failure of a change whose entry has begun, after looking what is stored.
 Failure settled(const Journal& journal, JournalEntry& entry, const RunTimeError& error) {
-  const Failure failure = failureOf(error);
+  Failure failure = failureOf(error);
   const ChangeState state = stateByLooking(entry.plan);
   if (state != ChangeState::Pending) settle(journal, entry, state);
   if (state == ChangeState::NotStored) return failure;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "cli/base/failure.h"
@@ -33,14 +34,9 @@ Site configurationsAfter(const Site& site, const Plan& plan) {
   return after;
 }
 
-/// What would keep the window from saving a configuration.
-struct SavingError {
-  std::wstring number;
-  std::wstring field;  ///< Empty when it is about several.
-  std::wstring message;
-
-  auto operator<=>(const SavingError&) const = default;
-};
+/// What would keep the window from saving a configuration: its number, the field, which is empty
+/// when it is about several, and the message.
+using SavingError = std::tuple<std::wstring, std::wstring, std::wstring>;
 
 std::set<SavingError> errorsOf(const std::vector<Site::Configuration>& records, const Site& site) {
   std::set<SavingError> errors;
@@ -65,7 +61,8 @@ std::set<SavingError> keptErrors(const Site& site, const Plan& plan) {
   }
   std::set<SavingError> errors = errorsOf(before, site);
   std::erase_if(errors, [&](const SavingError& error) {
-    return !kept.contains({error.number, error.field});
+    const auto& [number, field, message] = error;
+    return !kept.contains({number, field});
   });
   return errors;
 }
@@ -109,7 +106,8 @@ void requireRules(const Site& site, const Plan& plan) {
   std::string text;
   for (const SavingError& error : errorsOf(after, configurationsAfter(site, plan))) {
     if (kept.contains(error)) continue;
-    text += "\nConfiguration " + toUtf8(error.number) + ": " + toUtf8(error.message);
+    const auto& [number, field, message] = error;
+    text += "\nConfiguration " + toUtf8(number) + ": " + toUtf8(message);
   }
   if (!text.empty()) {
     throw Failure(ExitCode::Usage, "The rules do not allow this. Nothing was changed." + text);
