@@ -7,32 +7,11 @@
 #include "cli/commands/site_names.h"
 #include "cli/formats/fields.h"
 #include "config/columns.h"
+#include "support/pattern.h"
 #include "support/text.h"
 
 namespace tlpacscfg::cli {
 namespace {
-
-bool fitsFolded(std::wstring_view text, std::wstring_view pattern) {
-  // Where to go on when a star has to stand for one letter more.
-  std::size_t star = pattern.npos, textAtStar = 0;
-  std::size_t at = 0, inPattern = 0;
-  while (at < text.size()) {
-    const bool more = inPattern < pattern.size();
-    if (more && pattern[inPattern] == L'*') {
-      star = inPattern++;
-      textAtStar = at;
-    } else if (more && (pattern[inPattern] == L'?' || pattern[inPattern] == text[at])) {
-      ++inPattern;
-      ++at;
-    } else if (star != pattern.npos) {
-      inPattern = star + 1;
-      at = ++textAtStar;
-    } else {
-      return false;
-    }
-  }
-  return pattern.find_first_not_of(L'*', inPattern) == pattern.npos;
-}
 
 void select(const Site& site, const SiteNames& names, const std::string& word,
             std::set<Site::Configuration>& selected) {
@@ -56,7 +35,7 @@ void select(const Site& site, const SiteNames& names, const std::string& word,
 bool isPattern(std::string_view word) { return word.find_first_of("*?") != std::string_view::npos; }
 
 bool fits(std::wstring_view text, std::wstring_view pattern) {
-  return fitsFolded(upperCase(text), upperCase(pattern));
+  return matchesPattern(upperCase(text), upperCase(pattern));
 }
 
 FieldFilter::FieldFilter(const std::string& condition)

@@ -7,15 +7,10 @@
 #include "cli/base/console.h"
 #include "cli/base/failure.h"
 #include "cli/base/suggestion.h"
+#include "support/trimmed_line.h"
 
 namespace tlpacscfg::cli {
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r");
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
 
 void set(const Option& option, const std::string& value, const std::string& place) {
   if (auto* const flag = std::get_if<bool*>(&option.target)) {
@@ -82,12 +77,12 @@ ConnectionOptions withSiteSettings(ConnectionOptions options) {
   std::string_view rest = content;
   while (!rest.empty()) {
     ++number;
-    const std::string_view line = trimmed(rest.substr(0, rest.find('\n')));
+    const std::string_view line = trimmedLine(rest.substr(0, rest.find('\n')));
     rest.remove_prefix(
         std::min(rest.size(), rest.find('\n') == rest.npos ? rest.size() : rest.find('\n') + 1));
     if (line.empty() || line.front() == '#' || line.front() == ';') continue;
     if (line.front() == '[') {
-      sites.emplace_back(trimmed(line.substr(1, line.find(']') - 1)));
+      sites.emplace_back(trimmedLine(line.substr(1, line.find(']') - 1)));
       inSite = sites.back() == options.site;
       found = found || inSite;
       continue;
@@ -95,14 +90,14 @@ ConnectionOptions withSiteSettings(ConnectionOptions options) {
     if (!inSite) continue;
     const std::string place = file + ":" + std::to_string(number);
     const std::size_t equals = line.find('=');
-    const std::string name(trimmed(line.substr(0, equals)));
+    const std::string name(trimmedLine(line.substr(0, equals)));
     const auto known = std::ranges::find(names, name);
     if (equals == line.npos || known == names.end()) {
       throw unknownSetting(place, name, names);
     }
     const auto option = std::ranges::find(table, "--" + name, &Option::names);
     if (!options.given.insert(option->names).second) continue;
-    set(*option, std::string(trimmed(line.substr(equals + 1))), place);
+    set(*option, std::string(trimmedLine(line.substr(equals + 1))), place);
   }
   if (!found) {
     throw Failure(ExitCode::Usage, "There is no site '" + options.site + "' in " + file + "." +

@@ -10,6 +10,7 @@
 #include "config/columns.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
+#include "support/trimmed_line.h"
 
 namespace tlpacscfg::cli {
 namespace {
@@ -19,12 +20,6 @@ bool isControl(char letter) { return static_cast<unsigned char>(letter) < 0x20 |
 bool wouldBeMisread(const std::string& text) {
   return text.starts_with('"') || text.starts_with(' ') || text.ends_with(' ') ||
          std::ranges::any_of(text, isControl);
-}
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r");
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
 /// Throws Failure.
@@ -43,7 +38,7 @@ class TextReader {
   ConfigurationText read(std::string_view text) {
     for (std::size_t line = 1; !text.empty(); ++line) {
       const std::size_t end = std::min(text.find('\n'), text.size());
-      readLine(line, trimmed(text.substr(0, end)));
+      readLine(line, trimmedLine(text.substr(0, end)));
       text.remove_prefix(std::min(end + 1, text.size()));
     }
     for (std::size_t i = 0; i < kColumnCount; ++i) {
@@ -63,14 +58,14 @@ class TextReader {
     const std::size_t equals = line.find('=');
     if (equals == line.npos) return note(number, "this is not FIELD = VALUE");
     try {
-      const Column& column = columnNamed(trimmed(line.substr(0, equals)));
+      const Column& column = columnNamed(trimmedLine(line.substr(0, equals)));
       const auto place = static_cast<std::size_t>(&column - columns().data());
       if (found_[place]) {
         return note(number, "the field " + toUtf8(column.property) + " is there twice");
       }
       found_.set(place);
       setValue(result_.record, column.field,
-               valueIn(column, unquoted(trimmed(line.substr(equals + 1)))));
+               valueIn(column, unquoted(trimmedLine(line.substr(equals + 1)))));
     } catch (const Failure& failure) {
       note(number, failure.what());
     }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "service/refusal.h"
+#include "support/pattern.h"
 #include "support/text.h"
 
 namespace tlpacscfg::service {
@@ -92,28 +93,6 @@ Place placeOf(const std::vector<SharedDirectory>& shared, const std::wstring& cl
     place.below += L'\\' + name;
   }
   return place;
-}
-
-bool matchesPattern(std::wstring_view name, std::wstring_view pattern) {
-  std::size_t inName = 0, inPattern = 0;
-  std::size_t star = pattern.npos, resume = 0;
-  while (inName < name.size()) {
-    if (inPattern < pattern.size() && pattern[inPattern] == L'*') {
-      star = inPattern++;
-      resume = inName;
-    } else if (inPattern < pattern.size() &&
-               (pattern[inPattern] == L'?' || pattern[inPattern] == name[inName])) {
-      ++inPattern;
-      ++inName;
-    } else if (star != pattern.npos) {
-      // Let the last star match one character more.
-      inPattern = star + 1;
-      inName = ++resume;
-    } else {
-      return false;
-    }
-  }
-  return pattern.find_first_not_of(L'*', inPattern) == pattern.npos;
 }
 
 std::vector<std::wstring> listFiles(const FileQuery& query) {

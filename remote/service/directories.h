@@ -30,7 +30,4 @@ struct FileQuery {
 /// link that leads out of the root.
 std::vector<std::wstring> listFiles(const FileQuery& query);
 
-/// Whether the whole name matches the pattern: * any characters, ? one character.
-bool matchesPattern(std::wstring_view name, std::wstring_view pattern);
-
 }  // namespace tlpacscfg::service

@@ -7,6 +7,7 @@
 #include "service/private_file.h"
 #include "shared/loopback.h"
 #include "support/text.h"
+#include "support/trimmed_line.h"
 
 namespace tlpacscfg::service {
 namespace {
@@ -97,14 +98,8 @@ void applySetting(ServiceOptions& options, const std::string& name, const std::s
   throw OptionError("there is no setting '" + name + "'");
 }
 
-std::string trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r");
-  if (first == text.npos) return {};
-  return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
-}
-
 /// NAME = RIGHTS, FILE
-TokenFile tokenOf(const std::string& name, const std::string& value) {
+TokenFile tokenOf(const std::string& name, std::string_view value) {
   // The name is a field of the journal.
   constexpr const char* kLetters =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.";
@@ -112,12 +107,12 @@ TokenFile tokenOf(const std::string& name, const std::string& value) {
     throw OptionError("the name of a token has letters, digits, '-', '_' and '.'");
   }
   const std::size_t comma = value.find(',');
-  const std::string rights = trimmed(value.substr(0, comma));
+  const std::string_view rights = trimmedLine(value.substr(0, comma));
   if (comma == value.npos || (rights != "read" && rights != "read-write")) {
     throw OptionError("a token is 'NAME = read, FILE' or 'NAME = read-write, FILE'");
   }
   return {name, rights == "read" ? Rights::Read : Rights::ReadAndWrite,
-          trimmed(value.substr(comma + 1))};
+          std::string(trimmedLine(value.substr(comma + 1)))};
 }
 
 void applyLine(ServiceOptions& options, const std::string& section, const std::string& name,
@@ -164,7 +159,7 @@ void applyConfiguration(ServiceOptions& options, std::string_view configuration)
   int lineNumber = 0;
   while (!configuration.empty()) {
     const std::size_t end = configuration.find('\n');
-    const std::string line = trimmed(configuration.substr(0, end));
+    const std::string_view line = trimmedLine(configuration.substr(0, end));
     configuration.remove_prefix(end == configuration.npos ? configuration.size() : end + 1);
     ++lineNumber;
     try {
@@ -175,8 +170,8 @@ void applyConfiguration(ServiceOptions& options, std::string_view configuration)
       }
       const std::size_t equals = line.find('=');
       if (equals == line.npos) throw OptionError("a line is 'name = value'");
-      applyLine(options, section, trimmed(line.substr(0, equals)),
-                trimmed(line.substr(equals + 1)));
+      applyLine(options, section, std::string(trimmedLine(line.substr(0, equals))),
+                std::string(trimmedLine(line.substr(equals + 1))));
     } catch (const OptionError& error) {
       throw OptionError("line " + std::to_string(lineNumber) + ": " + error.what());
     }

@@ -16,34 +16,9 @@ namespace {
 using service::applyConfiguration;
 using service::FileQuery;
 using service::listFiles;
-using service::matchesPattern;
 using service::OptionError;
 using service::ServiceOptions;
 using service::SharedDirectory;
-
-TEST(PatternTest, StarsAndQuestionMarksStandForCharacters) {
-  const struct {
-    const wchar_t* name;
-    const wchar_t* pattern;
-    bool matches;
-  } cases[] = {
-      {L"a.xml", L"*.xml", true}, {L".xml", L"*.xml", true},   {L"a.xml.txt", L"*.xml", false},
-      {L"a.xml", L"a.xml", true}, {L"a.xml", L"?.xml", true},  {L"ab.xml", L"?.xml", false},
-      {L"a.xml", L"*", true},     {L"", L"*", true},           {L"", L"", true},
-      {L"", L"?", false},         {L"abc", L"a*c", true},      {L"abcbc", L"a*bc", true},
-      {L"abcbd", L"a*bc", false}, {L"abc", L"***", true},      {L"abc", L"abc*", true},
-      {L"a", L"", false},         {L"a.XML", L"*.xml", false}, {L"a+b", L"a+b", true},
-  };
-  for (const auto& [name, pattern, matches] : cases) {
-    EXPECT_EQ(matchesPattern(name, pattern), matches) << name << L" " << pattern;
-  }
-}
-
-TEST(PatternTest, ManyStarsTakeNoLongerThanTheTextIsLong) {
-  std::wstring pattern;
-  for (int i = 0; i < 100; ++i) pattern += L"*a";
-  EXPECT_FALSE(matchesPattern(std::wstring(250, L'a') + L"b", pattern));
-}
 
 class SharedDirectoryTest : public CoreTest {
  protected:
