@@ -131,7 +131,7 @@ class PasswordTest(TerminalTest):
 
     def test_the_time_of_doctor_begins_after_it(self):
         code, shown, _ = self.on_terminal(
-            "doctor", "--time-limit", "3", typed=PASSWORD + "\n", after=3.1, **self.options
+            "doctor", "--time-limit", "10", typed=PASSWORD + "\n", after=10.1, **self.options
         )
         self.assertEqual(code, DONE, shown)
         self.assertEqual(self.server.passwords(), [PASSWORD])

@@ -60,7 +60,8 @@ TEST_F(ScreensTest, NothingIsClippedOrCoveredInAnyFormat) {
     EXPECT_THAT(layoutProblemsOfScrolled(window), IsEmpty());
     for (const int format : {0, 1, 2, 3, 9, 7, 4, 5, 8}) {
       pickCode(window, cmbVendorType, static_cast<std::int16_t>(format));
-      waitUntil(
+      awaitRules(
+          window,
           [&] {
             return enabled(window, cmbStartPACS) != isBroker(format) &&
                    visible(window, cmbXMLConfugrationFile) == usesFile(format);
@@ -76,12 +77,14 @@ TEST_F(ScreensTest, NothingIsClippedOrCoveredInAnyResponseType) {
   edit([](HWND window) {
     for (int type = 0; type < 3; ++type) {
       pick(window, cmbResponseType, type);
-      waitUntil([&] { return visible(window, txtApplicableFields) == (type > 0); },
-                "the rules of the type are applied");
+      awaitRules(
+          window, [&] { return visible(window, txtApplicableFields) == (type > 0); },
+          "the rules of the type are applied");
       expectPages(window, "response type " + std::to_string(type));
     }
     press(window, chkResponseEnabled);
-    waitUntil([&] { return !enabled(window, cmbResponseType); }, "responses are off");
+    awaitRules(
+        window, [&] { return !enabled(window, cmbResponseType); }, "responses are off");
     expectPages(window, "without responses");
   });
 }

@@ -40,7 +40,8 @@ TEST_F(SettingsCommandsTest, NewStartsAnEmptyConfigurationOnTheFirstTab) {
     EXPECT_EQ(list_view::selectedRow(rows(window)), -1);
     EXPECT_FALSE(enabled(window, btnDelete));
     EXPECT_EQ(focusOf(window), control(window, txtDescription));
-    waitUntil([&] { return !enabled(window, cmbContextUpdate); }, "the rules are applied");
+    awaitRules(
+        window, [&] { return !enabled(window, cmbContextUpdate); }, "the rules are applied");
   });
   EXPECT_TRUE(messages.empty());
   EXPECT_EQ(count(), L"3");

@@ -38,13 +38,21 @@ HWND SettingsTest::openSettings(HWND list) {
   click(list, IDC_frmPACSList_cmdEditConfig);
   const HWND window = windowNamed(kSettingsTitle);
   // The rules hide one of the two; until they have run both are visible.
-  waitUntil(
+  awaitRules(
+      window,
       [&] {
         return visible(window, Control::cmbResPassword) !=
                visible(window, Control::txtApplicableFields);
       },
       "the rules are applied");
   return window;
+}
+
+void SettingsTest::awaitRules(HWND window, const std::function<bool()>& shown,
+                              const std::string& what) {
+  waitUntil(shown, what);
+  // The window changes one control after the other, and answers when it has changed the last.
+  SendMessageW(window, WM_NULL, 0, 0);
 }
 
 void SettingsTest::closeSettings(HWND window) {

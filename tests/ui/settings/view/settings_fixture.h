@@ -29,6 +29,8 @@ class SettingsTest : public WindowTest {
   void edit(const std::function<void(HWND)>& script);
   /// Opens the window and waits until the field rules have been applied.
   static HWND openSettings(HWND list);
+  /// Waits until a control shows that rules are being applied, and until all of them have been.
+  static void awaitRules(HWND window, const std::function<bool()>& shown, const std::string& what);
   static void closeSettings(HWND window);
 
   static HWND control(HWND window, Control which);

@@ -126,7 +126,8 @@ TEST_F(SettingsKeyboardTest, TheFocusLeavesAFieldThatARuleDisables) {
     SendMessageW(window, WM_NEXTDLGCTL,
                  reinterpret_cast<WPARAM>(control(window, txtRequestFileName)), TRUE);
     pickCode(window, cmbVendorType, 8);
-    waitUntil([&] { return !enabled(window, txtRequestFileName); }, "the rules are applied");
+    awaitRules(
+        window, [&] { return !enabled(window, txtRequestFileName); }, "the rules are applied");
     EXPECT_NE(focusOf(window), control(window, txtRequestFileName));
     EXPECT_TRUE(IsWindowEnabled(focusOf(window)));
   });

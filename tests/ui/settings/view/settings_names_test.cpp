@@ -49,8 +49,9 @@ TEST_F(SettingsNamesTest, EveryControlHasANameOfItsOwnInEveryResponseType) {
   edit([this](HWND window) {
     for (int type = 0; type < 3; ++type) {
       pick(window, cmbResponseType, type);
-      waitUntil([&] { return visible(window, txtApplicableFields) == (type > 0); },
-                "the rules are applied");
+      awaitRules(
+          window, [&] { return visible(window, txtApplicableFields) == (type > 0); },
+          "the rules are applied");
       expectNames(window);
     }
   });
@@ -104,8 +105,9 @@ TEST_F(SettingsNamesTest, TheNameOfTheResponseFieldFollowsItsLabel) {
   addConsistent(1, L"Default", L"bidirectional = 1");
   edit([this](HWND window) {
     pick(window, cmbResponseType, 1);
-    waitUntil([&] { return text(window, lblResponseFileName) == L"URL Address"; },
-              "the rules are applied");
+    awaitRules(
+        window, [&] { return text(window, lblResponseFileName) == L"URL Address"; },
+        "the rules are applied");
     EXPECT_EQ(toldName(control(window, txtResponseFileName)), L"URL Address");
   });
 }

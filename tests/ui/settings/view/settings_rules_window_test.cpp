@@ -9,8 +9,9 @@ using enum Control;
 class SettingsRulesWindowTest : public SettingsTest {
  protected:
   static void awaitEnabled(HWND window, Control which, bool wanted) {
-    waitUntil([&] { return enabled(window, which) == wanted; },
-              toUtf8(design(which).name) + (wanted ? " enabled" : " disabled"));
+    awaitRules(
+        window, [&] { return enabled(window, which) == wanted; },
+        toUtf8(design(which).name) + (wanted ? " enabled" : " disabled"));
   }
 };
 
