@@ -64,7 +64,7 @@ class Copy : public Command {
       number = records.empty() ? 1 : std::max<std::int64_t>(records.back()->configID, 0) + 1;
       while (number <= INT16_MAX && site.isUnreadable(static_cast<std::int16_t>(number))) ++number;
     }
-    if (number < 1 || number > INT16_MAX) {
+    if (number > INT16_MAX) {
       throw Failure(ExitCode::Usage, std::to_string(number) + " is no number of a configuration.");
     }
     const auto configID = static_cast<std::int16_t>(number);

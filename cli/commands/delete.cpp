@@ -13,11 +13,13 @@ namespace {
 
 /// Like the window, which lists the configurations without those that only stand for none.
 void requireNoDefault(const Site& site, const std::vector<Site::Configuration>& records) {
+  const auto numberOf = [](const Site::Configuration& record) { return record->configID; };
+  const auto listed = std::ranges::upper_bound(site.configurations, 0, {}, numberOf);
   for (const auto& record : records) {
-    const auto row = std::ranges::count_if(site.configurations, [&](const auto& other) {
-      return other->configID > 0 && other->configID < record->configID;
-    });
-    if (record->configID <= 0 || mayDelete(static_cast<std::size_t>(row))) continue;
+    if (record->configID <= 0) continue;
+    const auto place =
+        std::ranges::lower_bound(listed, site.configurations.end(), record->configID, {}, numberOf);
+    if (mayDelete(static_cast<std::size_t>(place - listed))) continue;
     throw Failure(ExitCode::Usage, "Nothing was deleted. " + toUtf8(kNotDeletable));
   }
 }
