@@ -12,9 +12,7 @@ namespace {
 bool takesBack(const PlanFile& file, const Site& site, const std::vector<JournalEntry>& entries) {
   const auto entry = std::ranges::find(entries, file.undoes, &JournalEntry::number);
   if (entry == entries.end() || isUndone(entries, file.undoes)) return false;
-  const auto undo = jsonOf(reversed(entry->plan, site)), plan = jsonOf(file.plan);
-  return undo.at("configurations") == plan.at("configurations") &&
-         undo.at("assignments") == plan.at("assignments");
+  return changeTheSame(reversed(entry->plan, site), file.plan);
 }
 
 class Apply : public Command {

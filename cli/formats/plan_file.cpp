@@ -1,5 +1,7 @@
 #include "cli/formats/plan_file.h"
 
+#include <nlohmann/json.hpp>
+
 #include "cli/base/failure.h"
 #include "cli/formats/files.h"
 #include "cli/formats/output.h"
@@ -13,7 +15,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-constexpr const char* kKind = "plan";
+constexpr const char* kPlanKind = "plan";
 
 ordered_json jsonOf(const std::optional<std::wstring>& text) {
   return text ? ordered_json(toUtf8(*text)) : ordered_json(nullptr);
@@ -68,7 +70,7 @@ void requireOneRow(const ConfigurationChange& change) {
 
 }  // namespace
 
-ordered_json jsonOf(const Plan& plan) {
+ordered_json planJson(const Plan& plan) {
   ordered_json json = {{"configurations", ordered_json::array()},
                        {"assignments", ordered_json::array()},
                        {"restsOn", ordered_json::array()}};
@@ -115,9 +117,15 @@ Plan planOf(const ordered_json& json) {
   return plan;
 }
 
+bool changeTheSame(const Plan& first, const Plan& second) {
+  const auto one = planJson(first), other = planJson(second);
+  return one.at("configurations") == other.at("configurations") &&
+         one.at("assignments") == other.at("assignments");
+}
+
 std::string planDocument(const PlanFile& file) {
-  ordered_json json = {{"schema", schemaOf(kKind)}, {"undoes", file.undoes}};
-  json.update(jsonOf(file.plan));
+  ordered_json json = {{"schema", schemaOf(kPlanKind)}, {"undoes", file.undoes}};
+  json.update(planJson(file.plan));
   json["statements"] = ordered_json::array();
   for (const std::wstring& statement : statementsOf(file.plan)) {
     json["statements"].push_back(toUtf8(statement));
@@ -132,7 +140,7 @@ PlanFile readPlanFile(const std::string& file) {
   };
   try {
     const ordered_json json = ordered_json::parse(content);
-    if (json.at("schema") != schemaOf(kKind)) throw notAPlan("its schema is another one.");
+    if (json.at("schema") != schemaOf(kPlanKind)) throw notAPlan("its schema is another one.");
     return {.plan = planOf(json), .undoes = json.value("undoes", 0)};
   } catch (const ordered_json::exception& error) {
     throw notAPlan(error.what());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "site/plan.h"
@@ -8,10 +8,13 @@
 /// Plans as JSON: a file to be read, kept and applied later.
 namespace tlpacscfg::cli {
 
-nlohmann::ordered_json jsonOf(const Plan& plan);
+nlohmann::ordered_json planJson(const Plan& plan);
 
 /// Throws what the library throws, and RunTimeError, for what is no plan.
 Plan planOf(const nlohmann::ordered_json& json);
+
+/// Whether both change the same from the same, whatever else they rest on.
+bool changeTheSame(const Plan& first, const Plan& second);
 
 struct PlanFile {
   Plan plan;

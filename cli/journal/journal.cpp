@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <nlohmann/json.hpp>
 #include <system_error>
 #include <utility>
 
@@ -24,7 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::ordered_json;
 
-constexpr const char* kKind = "change";
+constexpr const char* kEntryKind = "change";
 constexpr const char* kExtension = ".json";
 constexpr std::array kStates = {"pending", "stored", "not stored", "unknown"};
 
@@ -60,10 +61,10 @@ std::string userName() {
 
 std::string documentOf(const JournalEntry& entry) {
   const ordered_json json = {
-      {"schema", schemaOf(kKind)},  {"state", wordOf(entry.state)}, {"site", entry.site},
-      {"command", entry.command},   {"time", entry.time},           {"user", entry.user},
-      {"computer", entry.computer}, {"process", entry.process},     {"started", entry.started},
-      {"undoes", entry.undoes},     {"plan", jsonOf(entry.plan)}};
+      {"schema", schemaOf(kEntryKind)}, {"state", wordOf(entry.state)}, {"site", entry.site},
+      {"command", entry.command},       {"time", entry.time},           {"user", entry.user},
+      {"computer", entry.computer},     {"process", entry.process},     {"started", entry.started},
+      {"undoes", entry.undoes},         {"plan", planJson(entry.plan)}};
   return json.dump(2) + "\n";
 }
 
@@ -75,7 +76,7 @@ ChangeState stateOf(const std::string& word) {
 
 JournalEntry entryIn(const std::string& content) {
   const ordered_json json = ordered_json::parse(content);
-  if (json.at("schema") != schemaOf(kKind)) raise(ErrorNumber::InvalidProcedureCall);
+  if (json.at("schema") != schemaOf(kEntryKind)) raise(ErrorNumber::InvalidProcedureCall);
   return {.state = stateOf(json.at("state").get<std::string>()),
           .site = json.at("site").get<std::string>(),
           .command = json.at("command").get<std::string>(),
