@@ -10,7 +10,7 @@
 #include "automation/com_server.h"
 #include "automation/registration.h"
 
-using namespace tlpacscfg;
+namespace tlpacscfg {
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** result) {
   if (result == nullptr) return E_POINTER;
@@ -34,3 +34,5 @@ STDAPI DllRegisterServer() {
 STDAPI DllUnregisterServer() {
   return guarded([] { return unregisterServer(); });
 }
+
+}  // namespace tlpacscfg

@@ -15,7 +15,7 @@
 namespace tlpacscfg {
 namespace {
 
-std::wstring textOf(REFGUID id) {
+std::wstring guidText(REFGUID id) {
   std::array<wchar_t, 39> text{};
   StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
   return text.data();
@@ -23,7 +23,7 @@ std::wstring textOf(REFGUID id) {
 
 RegisteredClass registered(const CreatableClass& type) {
   const GUID* const library = comServer().typeLibrary;
-  return {textOf(type.id), type.progId, library ? textOf(*library) : std::wstring()};
+  return {guidText(type.id), type.progId, library ? guidText(*library) : std::wstring()};
 }
 
 using Key = UniqueHandle<HKEY, RegCloseKey>;
@@ -83,7 +83,7 @@ bool unregisterTypeLibrary() {
   const std::wstring version =
       std::to_wstring(kTypeLibraryMajor) + L"." + std::to_wstring(kTypeLibraryMinor);
   const std::wstring kind = k64Bit ? L"\\0\\win64" : L"\\0\\win32";
-  if (!keyExists(L"TypeLib\\" + textOf(*library) + L"\\" + version + kind)) return true;
+  if (!keyExists(L"TypeLib\\" + guidText(*library) + L"\\" + version + kind)) return true;
   return SUCCEEDED(UnRegisterTypeLib(*library, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL,
                                      k64Bit ? SYS_WIN64 : SYS_WIN32));
 }

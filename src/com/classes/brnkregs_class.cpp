@@ -38,7 +38,7 @@ OwnedVariant getAppRegValue(brnkregs& registry, Arguments& arguments) {
   return OwnedVariant(value.has_value());
 }
 
-std::vector<Member> members() {
+std::vector<Member> registryMembers() {
   return MemberTable<brnkregs>()
       .rawMethod(L"CreateRegEntry", 1, {L"pDatatype", L"KeyToAdd", L"ValueToAdd"}, 0,
                  createRegEntry)
@@ -58,7 +58,7 @@ std::vector<Member> members() {
 
 template <>
 const ComClass& comClassOf<brnkregs>() {
-  static const ComClass type{CLSID_brnkregs, DIID__brnkregs, members()};
+  static const ComClass type{CLSID_brnkregs, DIID__brnkregs, registryMembers()};
   return type;
 }
 

@@ -24,10 +24,9 @@ auto shared(Value& variable) {
   return [&variable](clsConfig&) -> Value& { return variable; };
 }
 
-using Configurations = std::shared_ptr<colPACSConfiguration>;
-using Workstations = std::shared_ptr<colWorkstation>;
-
-std::vector<Member> members() {
+std::vector<Member> configMembers() {
+  using Configurations = std::shared_ptr<colPACSConfiguration>;
+  using Workstations = std::shared_ptr<colWorkstation>;
   const auto setConfigurations = [](clsConfig& config, Configurations configurations) {
     config.m_colPACSConfig = std::move(configurations);
   };
@@ -83,7 +82,7 @@ std::vector<Member> members() {
 
 template <>
 const ComClass& comClassOf<clsConfig>() {
-  static const ComClass type{CLSID_clsConfig, DIID__clsConfig, members()};
+  static const ComClass type{CLSID_clsConfig, DIID__clsConfig, configMembers()};
   return type;
 }
 

@@ -9,18 +9,18 @@ namespace tlpacscfg {
 namespace {
 
 using Record = clsPACSConfiguration;
-using Table = MemberTable<Record>;
+using Members = MemberTable<Record>;
 
-void addColumns(Table& table) {
+void addColumns(Members& members) {
   DISPID id = 0;
   for (const Column& column : columns()) {
     ++id;
-    std::visit([&](auto member) { table.field(column.property, id, member); }, column.field);
+    std::visit([&](auto member) { members.field(column.property, id, member); }, column.field);
   }
 }
 
-Table::Names propertiesInLoadOrder() {
-  Table::Names names;
+Members::Names propertiesInLoadOrder() {
+  Members::Names names;
   for (const Column* column : columnsInLoadOrder()) names.emplace_back(column->property);
   return names;
 }
@@ -36,10 +36,10 @@ OwnedVariant fillFields(Record& record, Arguments& arguments) {
   return OwnedVariant();
 }
 
-std::vector<Member> members() {
-  Table table;
-  addColumns(table);
-  return table.field(L"ExistingConfig", 39, &Record::ExistingConfig)
+std::vector<Member> configurationMembers() {
+  Members members;
+  addColumns(members);
+  return members.field(L"ExistingConfig", 39, &Record::ExistingConfig)
       .field(L"Deleted", 40, &Record::Deleted)
       .field(L"Changed", 41, &Record::Changed)
       .rawMethod(L"FillFields", 42, propertiesInLoadOrder(), 0, fillFields)
@@ -59,7 +59,8 @@ std::vector<Member> members() {
 
 template <>
 const ComClass& comClassOf<clsPACSConfiguration>() {
-  static const ComClass type{CLSID_clsPACSConfiguration, DIID__clsPACSConfiguration, members()};
+  static const ComClass type{CLSID_clsPACSConfiguration, DIID__clsPACSConfiguration,
+                             configurationMembers()};
   return type;
 }
 

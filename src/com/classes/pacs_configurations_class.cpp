@@ -8,11 +8,10 @@
 namespace tlpacscfg {
 namespace {
 
-using Collection = colPACSConfiguration;
-using Record = Collection::Pointer;
-using Records = std::shared_ptr<Collection::Records>;
-
-std::vector<Member> members() {
+std::vector<Member> configurationsMembers() {
+  using Collection = colPACSConfiguration;
+  using Record = Collection::Pointer;
+  using Records = std::shared_ptr<Collection::Records>;
   return MemberTable<Collection>()
       .rawMethod(L"Item", DISPID_VALUE, {L"index"}, 0,
                  [](Collection& collection, Arguments& arguments) {
@@ -53,7 +52,8 @@ std::vector<Member> members() {
 
 template <>
 const ComClass& comClassOf<colPACSConfiguration>() {
-  static const ComClass type{CLSID_colPACSConfiguration, DIID__colPACSConfiguration, members()};
+  static const ComClass type{CLSID_colPACSConfiguration, DIID__colPACSConfiguration,
+                             configurationsMembers()};
   return type;
 }
 

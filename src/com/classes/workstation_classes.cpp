@@ -8,10 +8,9 @@
 namespace tlpacscfg {
 namespace {
 
-using Collection = colWorkstation;
-using Workstations = std::shared_ptr<Collection::Workstations>;
-
-std::vector<Member> collectionMembers() {
+std::vector<Member> workstationsMembers() {
+  using Collection = colWorkstation;
+  using Workstations = std::shared_ptr<Collection::Workstations>;
   return MemberTable<Collection>()
       .rawMethod(L"Item", DISPID_VALUE, {L"index"}, 0,
                  [](Collection& collection, Arguments& arguments) {
@@ -31,7 +30,7 @@ std::vector<Member> collectionMembers() {
       .members();
 }
 
-std::vector<Member> members() {
+std::vector<Member> workstationMembers() {
   return MemberTable<clsWorkstation>()
       .field(L"configID", 1, &clsWorkstation::configID)
       .field(L"WorkStation", 2, &clsWorkstation::WorkStation)
@@ -44,13 +43,13 @@ std::vector<Member> members() {
 
 template <>
 const ComClass& comClassOf<colWorkstation>() {
-  static const ComClass type{CLSID_colWorkstation, DIID__colWorkstation, collectionMembers()};
+  static const ComClass type{CLSID_colWorkstation, DIID__colWorkstation, workstationsMembers()};
   return type;
 }
 
 template <>
 const ComClass& comClassOf<clsWorkstation>() {
-  static const ComClass type{CLSID_clsWorkstation, DIID__clsWorkstation, members()};
+  static const ComClass type{CLSID_clsWorkstation, DIID__clsWorkstation, workstationMembers()};
   return type;
 }
 
