@@ -155,7 +155,7 @@ class Session(socketserver.StreamRequestHandler):
 
     def stored(self, text):
         try:
-            statements = self.store.statements(text)
+            statements = list(self.store.statements(text))
         except store.Refusal as refusal:
             yield self.refused(refusal), "statement"
             return

@@ -97,13 +97,13 @@ class Store:
         self.connection.create_function("fitted", 2, self.fitted)
         self.connection.create_function("fitting", 1, self.set_fitting)
         self.connection.create_function("is_fitting", 0, lambda: self.fitting)
-        self.types = {}
+        self.types = {}  # Of each column, by its name in lower case.
         for (table,) in self.connection.execute(
             "SELECT name FROM sqlite_master WHERE type = 'table'"
         ).fetchall():
             columns = self.connection.execute(f"PRAGMA table_info({table})").fetchall()
             types = {column[1]: column[2].lower() for column in columns}
-            self.types.update(types)
+            self.types.update({name.lower(): kind for name, kind in types.items()})
             self.watch(table, types)
             self.connection.executemany(
                 "INSERT INTO INFORMATION_SCHEMA_COLUMNS VALUES(?, ?, ?)",
@@ -288,7 +288,7 @@ class Store:
         return columns
 
     def type_of(self, name, values):
-        declared = {column.lower(): kind for column, kind in self.types.items()}.get(name.lower())
+        declared = self.types.get(name.lower())
         if declared is None and values and all(isinstance(value, int) for value in values):
             return "int"
         if declared is None and name.lower().startswith("getdate"):

@@ -1,5 +1,6 @@
 """The part of the TDS 7.4 protocol that a driver needs to log in and to run statements."""
 import datetime
+import functools
 import struct
 
 SQL_BATCH, RPC, REPLY, ATTENTION, TRANSACTION, LOGIN7, PRELOGIN = 1, 3, 4, 6, 14, 16, 18
@@ -207,6 +208,7 @@ class UnlimitedText:
         return struct.pack("<Q", len(content)) + chunk + struct.pack("<I", 0)
 
 
+@functools.cache
 def column_type(name):
     fixed = {
         "smallint": Integer(2),

@@ -1,4 +1,5 @@
 """Translates the T-SQL of administration programs into SQLite's dialect."""
+import functools
 import re
 
 TOKEN = re.compile(
@@ -122,9 +123,10 @@ def item_end(tokens, start):
     return position
 
 
+@functools.lru_cache(maxsize=1024)
 def statements(batch, joins_lines=False):
     """The statements of a batch, which need no separators. With `joins_lines` a backslash before a
-    line break inside a text joins the lines."""
+    line break inside a text joins the lines. Kept, because most tests send the batches of others."""
     tokens = []
     for match in TOKEN.finditer(batch):
         kind, text = match.lastgroup, match.group()
@@ -133,7 +135,7 @@ def statements(batch, joins_lines=False):
         if kind == "text" and joins_lines:
             text = re.sub(r"\\\r?\n", "", text)
         tokens.append((kind, text))
-    return [Statement(part) for part in split(tokens)]
+    return tuple(Statement(part) for part in split(tokens))
 
 
 def split(tokens):
