@@ -22,5 +22,5 @@ function(tl_unity target)
     # warns when one of them names what another one names, too.
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage -Wno-shadow)
   endif()
-  set_target_properties(${target} PROPERTIES UNITY_BUILD ${TL_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${TL_UNITY} UNITY_BUILD_BATCH_SIZE 16)
 endfunction()

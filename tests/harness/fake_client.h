@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <functional>
 #include <memory>
@@ -52,5 +54,11 @@ std::shared_ptr<ClientScript> connectFakeClient(const std::wstring& database = L
 
 /// The same, with a client that works on the database of the data source TlTestSite.
 std::shared_ptr<ClientScript> connectSiteClient();
+
+/// The way to the data that a test takes, and its name.
+enum class Path { Direct, Remote };
+inline std::string pathName(const ::testing::TestParamInfo<Path>& path) {
+  return path.param == Path::Direct ? "Direct" : "Remote";
+}
 
 }  // namespace tlpacscfg::test

@@ -15,10 +15,10 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-const WireColumns kWorkstationColumns = {{"pc_name", "nvarchar(50)"},
-                                         {"key_value", "nvarchar(max)"},
-                                         {"access_string", "nvarchar(255)"},
-                                         {"flag2", "int"}};
+const WireColumns kColumns = {{"pc_name", "nvarchar(50)"},
+                              {"key_value", "nvarchar(max)"},
+                              {"access_string", "nvarchar(255)"},
+                              {"flag2", "int"}};
 
 const std::wstring kTwoStatements =
     L"DELETE FROM system_workstation_cfg\r\nWHERE pc_name = 'PC-1'\r\n\r\n"
@@ -91,8 +91,7 @@ TEST_F(WireFailureTest, ARefusedStatementFailsTheConnectionTest) {
 }
 
 TEST_F(WireFailureTest, AConnectionLostWhileRowsArriveIsReported) {
-  answer(L"select p.pc_name", kWorkstationColumns, {{L"READ-01", L"1", L"", L"1"}},
-         AfterRows::HangsUp);
+  answer(L"select p.pc_name", kColumns, {{L"READ-01", L"1", L"", L"1"}}, AfterRows::HangsUp);
   answerTestStatement();
   connect();
   loadWorkstations();
@@ -121,7 +120,7 @@ TEST_F(WireFailureTest, TextsOfAnyLengthArriveWhole) {
 
 TEST_F(WireFailureTest, LettersOutsideTheBasicPlaneArriveWhole) {
   const std::wstring name = fromUtf8("\xF0\x9F\x8F\xA5 clinic");
-  answer(L"select p.pc_name", kWorkstationColumns, {{name, L"1", L"", L"1"}});
+  answer(L"select p.pc_name", kColumns, {{name, L"1", L"", L"1"}});
   connect();
   loadWorkstations();
   ASSERT_EQ(workstations.ColWorkStations->count(), 1U);

@@ -11,8 +11,6 @@
 namespace tlpacscfg::test {
 namespace {
 
-enum class Path { Direct, Remote };
-
 class AssignmentsTest : public SiteTest, public ::testing::WithParamInterface<Path> {
  protected:
   void load(int count) {
@@ -174,9 +172,7 @@ TEST_P(AssignmentsTest, ProgressIsReportedAfterEachCommand) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, AssignmentsTest, ::testing::Values(Path::Direct, Path::Remote),
-                         [](const auto& path) {
-                           return path.param == Path::Direct ? "Direct" : "Remote";
-                         });
+                         pathName);
 
 class DirectAssignmentsTest : public AssignmentsTest {};
 INSTANTIATE_TEST_SUITE_P(Path, DirectAssignmentsTest, ::testing::Values(Path::Direct));

@@ -23,9 +23,6 @@ namespace {
 
 using ::testing::ExitedWithCode;
 
-constexpr const char* kEndless =
-    "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) SELECT count(*) FROM c";
-
 std::string textOf(const std::string& file) {
   std::ifstream stream(file);
   return {std::istreambuf_iterator<char>(stream), {}};

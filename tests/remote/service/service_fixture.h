@@ -11,6 +11,10 @@
 
 namespace tlpacscfg::test {
 
+/// A statement that runs forever in constant memory.
+inline constexpr const char* kEndless =
+    "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) SELECT count(*) FROM c";
+
 struct ServiceAnswer {
   int status = 0;
   nlohmann::json body;

@@ -11,9 +11,6 @@ namespace {
 
 using nlohmann::json;
 
-/// Runs forever in constant memory.
-constexpr const char* kEndless =
-    "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) SELECT count(*) FROM c";
 /// Gives rows forever.
 constexpr const char* kEndlessRows =
     "SELECT x FROM (WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) "

@@ -12,8 +12,6 @@ namespace {
 using enum Control;
 using ::testing::IsEmpty;
 
-constexpr int kTabs = 5;
-
 bool isBroker(int format) { return format == 4 || format == 5; }
 bool usesFile(int format) { return format == 7 || format == 9; }
 

@@ -11,8 +11,6 @@ using enum Control;
 using system::Answer;
 using system::Buttons;
 
-enum class Path { Direct, Remote };
-
 class SettingsConflictTest : public SettingsEditorTest, public ::testing::WithParamInterface<Path> {
  protected:
   void openSite(std::int16_t configID) {
@@ -281,9 +279,7 @@ TEST_P(SettingsConflictTest, ANumberThatAnotherTakesIsReplacedByTheNext) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, SettingsConflictTest, ::testing::Values(Path::Direct, Path::Remote),
-                         [](const auto& path) {
-                           return path.param == Path::Direct ? "Direct" : "Remote";
-                         });
+                         pathName);
 
 }  // namespace
 }  // namespace tlpacscfg::test

@@ -11,6 +11,7 @@
 
 namespace tlpacscfg::test {
 
+inline constexpr int kTabs = 5;
 inline constexpr const wchar_t* kSettingsTitle = L"Corvane Expert Integration Settings";
 
 /// The settings window, opened from the list window.

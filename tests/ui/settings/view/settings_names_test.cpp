@@ -11,8 +11,6 @@ namespace {
 using enum Control;
 using ::testing::IsEmpty;
 
-constexpr int kTabs = 5;
-
 class SettingsNamesTest : public SettingsTest {
  protected:
   RecordedAnnotations annotations_;
