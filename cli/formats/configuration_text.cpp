@@ -25,7 +25,7 @@ bool wouldBeMisread(const std::string& text) {
 /// Throws Failure.
 std::string unquoted(std::string_view value) {
   if (!value.starts_with('"')) return std::string(value);
-  const auto text = nlohmann::json::parse(value, nullptr, false);
+  const auto text = nlohmann::ordered_json::parse(value, nullptr, false);
   if (!text.is_string()) throw Failure(ExitCode::Usage, "the quoted text is not a JSON string");
   return text.get<std::string>();
 }
@@ -81,7 +81,7 @@ std::string textOf(const clsPACSConfiguration& record) {
   std::string text;
   for (const Column& column : columns()) {
     std::string value = wordsOf(column, record);
-    if (wouldBeMisread(value)) value = nlohmann::json(value).dump();
+    if (wouldBeMisread(value)) value = nlohmann::ordered_json(value).dump();
     text += toUtf8(column.property) + (value.empty() ? " =" : " = ") + value + "\n";
   }
   return text;
