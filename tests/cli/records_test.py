@@ -88,6 +88,14 @@ class CopyTest(ChangeTest):
         user = "SELECT last_user_id FROM Interface_PACS_cfg WHERE description = 'New'"
         self.assertEqual(self.rows(user), [(77,)])
 
+    def test_is_undone_although_a_workstation_had_the_number_before(self):
+        self.change("UPDATE System_workstation_cfg SET key_value = '13' WHERE pc_name = 'READ-01'")
+        before = self.rows(CONFIGURATIONS)
+        self.change_site("copy", "1", "Spare")
+        self.assertEqual(self.rows("SELECT MAX(config_id) FROM Interface_PACS_cfg"), [(13,)])
+        self.change_site("undo", "--yes")
+        self.assertEqual(self.rows(CONFIGURATIONS), before)
+
     def test_refuses_a_number_and_a_description_that_are_taken(self):
         self.refuse(
             USAGE, "copy", "1", "New", "--number", "7", says="There is a configuration 7."

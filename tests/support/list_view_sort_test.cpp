@@ -156,6 +156,7 @@ TEST(CompareTest, AscendingComparisonsReturnZeroOneTwo) {
   EXPECT_EQ(CompareDates(L"2012-10-24", L"2012-10-25"), 0);
   EXPECT_EQ(CompareDates(L"2012-10-24", L"2012-10-24"), 1);
   EXPECT_EQ(CompareDates(L"2012-10-25", L"2012-10-24"), 2);
+  EXPECT_EQ(CompareDates(L"2012-10-24 00:30:00", L"2012-10-24"), 2);
 }
 
 TEST(CompareTest, DescendingComparisonsReturnTwoOneZero) {

@@ -40,6 +40,7 @@ TEST_F(SettingsEditorTest, TheListHoldsEveryStoredConfigurationUnderItsKey) {
   EXPECT_EQ(L"9", editor.rows.cell(2, ConfigurationRows::kConfigID));
   EXPECT_EQ(L"9 - Nine", editor.rows.cell(2, ConfigurationRows::kConfiguration));
   EXPECT_EQ(L"9", editor.rows.cell(2, ConfigurationRows::kHiddenID));
+  EXPECT_EQ(L"", editor.rows.cell(3, ConfigurationRows::kConfigID));
   EXPECT_EQ(L"C9", editor.rows.key(2));
   EXPECT_EQ(9, ConfigurationRows::configIDOfKey(L"C9"));
   EXPECT_EQ(std::nullopt, editor.rows.rowOfKey(L"C7"));

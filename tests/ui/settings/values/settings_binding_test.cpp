@@ -149,6 +149,8 @@ TEST(BindingTest, ABrokerRecordShowsTheFirstRequestPasswordOptionDisabled) {
       showRecord(form, record);
       EXPECT_EQ(0, form[cmbRequestPassword].position);
       EXPECT_FALSE(form[cmbRequestPassword].enabled);
+      readBack(form, record);
+      EXPECT_EQ(0, record.RequestPasswordOpt);
     }
   }
 }
