@@ -67,8 +67,8 @@ TEST_F(StatementTest, TheWaitForAFreeProcessCounts) {
   kill(running, SIGABRT);
   EXPECT_TRUE(eventually([&] {
     const std::vector<pid_t> now = service.children();
-    const int seconds = now.empty() || now.front() == running ? 0 : secondsOf(now.front());
-    return seconds > 0 && seconds < 1000;
+    const int limit = now.empty() || now.front() == running ? 0 : secondsOf(now.front());
+    return limit > 0 && limit < 1000;
   }));
 }
 
