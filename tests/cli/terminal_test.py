@@ -38,12 +38,14 @@ class TerminalTest(ChangeTest):
             **{name: its if name in streams else subprocess.DEVNULL for name in self.STREAMS},
         )
         self.addCleanup(process.kill)
-        shown, asked = b"", None
+        shown, asked, ended = b"", None, False
         deadline = time.monotonic() + 60
         while not shown.endswith(b"\0"):
             self.assertLess(time.monotonic(), deadline, shown)
             if process.poll() is not None:
-                os.write(its, b"\0")
+                if not ended:
+                    os.write(its, b"\0")
+                    ended = True
             elif typed and prompt in self.plain(shown) and self.reads(its):
                 asked = asked or time.monotonic()
                 if time.monotonic() >= asked + after:
