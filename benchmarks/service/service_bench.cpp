@@ -135,24 +135,30 @@ class SilentConnection {
   int socket_;
 };
 
-void measureWaiting(const Service& service, int connections) {
-  const std::size_t filesBefore = openFiles(service);
+void awaitOpenFiles(const Service& service, const std::function<bool(std::size_t)>& enough) {
+  const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!enough(openFiles(service))) {
+    if (std::chrono::steady_clock::now() > latest) {
+      throw std::runtime_error("The service did not accept or close all connections.");
+    }
+    std::this_thread::yield();
+  }
+}
+
+/// `filesAtRest`: those that the service has open without any connection.
+void measureWaiting(const Service& service, std::size_t filesAtRest, int connections) {
+  awaitOpenFiles(service, [&](std::size_t files) { return files <= filesAtRest; });
   const double before = memoryOf(service);
   std::vector<std::unique_ptr<SilentConnection>> waiting;
   for (int i = 0; i < connections; ++i) {
     waiting.push_back(std::make_unique<SilentConnection>(service, i));
   }
-  const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(3);
-  while (openFiles(service) < filesBefore + waiting.size()) {
-    if (std::chrono::steady_clock::now() > latest) {
-      throw std::runtime_error("The service did not accept all connections.");
-    }
-    std::this_thread::yield();
-  }
+  awaitOpenFiles(service, [&](std::size_t files) { return files >= filesAtRest + waiting.size(); });
   record("waiting-memory", 0, Series::Component, (memoryOf(service) - before) / connections);
 }
 
 void run(bool full, const Service& service, const std::string& connect) {
+  const std::size_t filesAtRest = openFiles(service);
   SQLHENV environment = SQL_NULL_HENV;
   check(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment));
   check(SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION,
@@ -169,7 +175,7 @@ void run(bool full, const Service& service, const std::string& connect) {
       round % 2 == 0 ? ours() : beside();
     }
   }
-  measureWaiting(service, full ? 200 : 20);
+  measureWaiting(service, filesAtRest, full ? 200 : 20);
   SQLFreeHandle(SQL_HANDLE_ENV, environment);
 }
 
