@@ -11,7 +11,7 @@ if(NOT TL_SANITIZE)
       add_link_options(-Wl,--no-seh)
     endif()
   else()
-    # Of libraries, too: all end in programs.
+    # Static libraries, too: they become part of programs only, and share precompiled headers with them.
     add_compile_options(-fPIE -fstack-clash-protection -fcf-protection)
     add_link_options(-pie -Wl,-z,relro,-z,now)
   endif()
